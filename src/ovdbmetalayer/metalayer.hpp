@@ -1,0 +1,73 @@
+// The metadata layer: which indexes hold the metadata, the calling thread's context for reading it, and the two lookups
+// that need to know how types are stored. Everything is read through the C interface of the core.
+//
+// The metadata are ordinary objects of the database. Column numbers of the metadata tables:
+//
+//   table            3 base table (reference, none)   6 name (text)          9 reference tag (uint64)
+//                    10 primitive type (uint64, 8)
+//   type             6 name (text)                    10 primitive type (uint64)
+//   member           3 declaring table (reference)    5 type: a type object, or the table it refers to (reference)
+//                    6 name (text)                    9 column index (int64)
+//   index            3 table (reference)              6 index handle (uint64) 7 name (text)  8 unique (bool)
+//   indexed column   3 index (reference)              4 member (reference)    5 position in the key (uint64)
+//                    6 ascending (bool)
+//   set specifier    3 set specifier of the type (text)   4 first word of the type name's raw view (uint64)
+//
+// Columns 0 and 1 of every table are the object's number (uint64) and its set specifier. Numbers not listed are unused.
+#ifndef OVDBMETALAYER_METALAYER_HPP_
+#define OVDBMETALAYER_METALAYER_HPP_
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ovcoredb/ovcoredb.h"
+
+#if defined(__GNUC__)
+#define OVDBMETALAYER_API __attribute__((visibility("default")))
+#else
+#define OVDBMETALAYER_API
+#endif
+
+namespace metalayer {
+
+// The calling thread's context for metadata reads. A host sets it before it plans or converts type names; 0 until then.
+struct OVDBMETALAYER_API TlsMetalayerContext {
+  static std::uint64_t& Current();
+};
+
+// Handles of the indexes over the metadata.
+struct OVDBMETALAYER_API Table {
+  static std::uint64_t index_id_TableName();  // tables by name
+};
+struct OVDBMETALAYER_API Member {
+  static std::uint64_t index_id_MemberPK();  // members by the object number of their table, then by name
+};
+struct OVDBMETALAYER_API Index {
+  static std::uint64_t index_id_IndexPK();  // indexes by the object number of their table, then by name
+};
+struct OVDBMETALAYER_API IndexedColumn {
+  static std::uint64_t index_id_IndexedColumnPK();  // by the object number of their index, then by position in the key
+};
+struct OVDBMETALAYER_API SetSpecifier {
+  static std::uint64_t index_id_Type();  // by the first word of the raw view of the type's name
+};
+
+// The primitive type number of a type object, read on the current context: 1 text, 2 binary, 3 int64, 4 uint64,
+// 5 decimal, 6 float, 7 double, 8 reference (a table is such a type), 10 bool. 0 for the null reference and for a type
+// that states none. Returns a status of the core; prim_type is written only when that is 0.
+OVDBMETALAYER_API std::uint32_t PrimTypeByTypeRef(const OV_OBJ_REF& type, std::uint32_t& prim_type);
+
+// A type name such as "Shop.Order", split at its full stops.
+using DottedName = std::vector<std::u16string>;
+
+// What a name is looked up by: a 128-bit digest of it (FNV-1a over the units of every part, each part followed by a
+// full stop).
+struct RawView {
+  std::uint64_t words[2];
+};
+OVDBMETALAYER_API RawView DottedName2RawView(const DottedName& name);
+
+}  // namespace metalayer
+
+#endif  // OVDBMETALAYER_METALAYER_HPP_
