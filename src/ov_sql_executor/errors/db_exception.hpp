@@ -1,0 +1,27 @@
+#ifndef OV_SQL_EXECUTOR_ERRORS_DB_EXCEPTION_HPP_
+#define OV_SQL_EXECUTOR_ERRORS_DB_EXCEPTION_HPP_
+
+#include <cstdint>
+
+#include "ov_sql_executor/errors/export.hpp"
+
+namespace db_util {
+
+// A failure met while rows are produced or metadata are read: a status of the core database, passed on unchanged, or
+// one of the codes below. Thrown and caught by value; deliberately not a std::exception.
+struct OV_SQL_EXECUTOR_API db_exception {
+  std::uint32_t code;
+};
+
+// Codes raised by this library's own logic.
+inline constexpr std::uint32_t unsupported_conversion = 1027;  // no conversion between the two types
+inline constexpr std::uint32_t key_too_long = 4197;            // an index key does not fit its buffer
+inline constexpr std::uint32_t type_error = 7020;    // an operand of a type that the operation does not accept
+inline constexpr std::uint32_t out_of_range = 7041;  // overflow, division by zero, a value outside the target's range
+
+// The core's status for a column that holds no value.
+inline constexpr std::uint32_t no_value_status = 4272;
+
+}  // namespace db_util
+
+#endif  // OV_SQL_EXECUTOR_ERRORS_DB_EXCEPTION_HPP_

@@ -1,0 +1,46 @@
+#ifndef OV_SQL_EXECUTOR_ERRORS_OV_EXCEPTION_HPP_
+#define OV_SQL_EXECUTOR_ERRORS_OV_EXCEPTION_HPP_
+
+#include <array>
+#include <cstdint>
+#include <exception>
+#include <string>
+#include <string_view>
+
+#include "ov_sql_executor/errors/export.hpp"
+
+namespace error_handling {
+
+// 128 bits that travel with an error. Every error of this library sets all of them.
+using error_detail = std::array<std::uint32_t, 4>;
+inline constexpr error_detail no_detail = {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF};
+
+// Codes of OVException.
+inline constexpr std::uint32_t internal_error = 7007;
+inline constexpr std::uint32_t not_implemented = 7022;
+inline constexpr std::uint32_t bad_escape = 7042;
+
+// An error in the plan or in the statement's text: a number and a message. Thrown by value.
+class OV_SQL_EXECUTOR_API OVException : public std::exception {
+ public:
+  // message holds one UTF-16 unit per character. Throws std::range_error "bad conversion" if it is not valid UTF-16.
+  OV_SQL_EXECUTOR_HIDDEN OVException(std::uint32_t error_code, std::wstring_view error_message,
+                                     const error_detail& error_detail_bits);
+
+  // The message in UTF-8.
+  const char* what() const noexcept override { return utf8_message.c_str(); }
+
+  std::uint32_t code;
+  std::wstring message;
+  error_detail detail;
+  std::string utf8_message;
+};
+
+[[noreturn]] void raise_error(std::uint32_t code, const error_detail& detail, std::wstring_view message);
+
+// raise_error with the code not_implemented.
+[[noreturn]] void raise_not_implemented(const error_detail& detail, std::wstring_view message);
+
+}  // namespace error_handling
+
+#endif  // OV_SQL_EXECUTOR_ERRORS_OV_EXCEPTION_HPP_

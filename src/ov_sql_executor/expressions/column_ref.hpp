@@ -1,0 +1,122 @@
+// The planner's names for the values of a row. The host makes them, the library only reads them.
+#ifndef OV_SQL_EXECUTOR_EXPRESSIONS_COLUMN_REF_HPP_
+#define OV_SQL_EXECUTOR_EXPRESSIONS_COLUMN_REF_HPP_
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "ov_sql_executor/database/table_cache.hpp"
+#include "ov_sql_executor/values/value.hpp"
+
+namespace physical_queryplan {
+
+using operator_library::Binary;
+using operator_library::Decimal;
+using operator_library::NullValue;
+using operator_library::SetSpecifier;
+
+// Four 32-bit words that name a variable or a computed column.
+using identifier = std::array<std::uint32_t, 4>;
+
+// A property, by its metadata object.
+struct property_ref {
+  OV_OBJ_REF object;
+
+  friend bool operator==(const property_ref& left, const property_ref& right) {
+    return left.object.object_number == right.object.object_number;
+  }
+};
+
+struct variable_origin;
+
+// A variable over the objects of a table. Two are equal when tables (by object number), ids and origins are; the cache
+// takes no part.
+struct variable {
+  OV_OBJ_REF table{};
+  std::shared_ptr<meta_data::Table::TableCache> cache;
+  identifier id{};
+  std::optional<std::unique_ptr<variable_origin>> parent;  // never a null pointer
+
+  inline variable();
+  inline variable(OV_OBJ_REF table_object, std::shared_ptr<meta_data::Table::TableCache> table_cache, identifier name,
+                  std::optional<std::unique_ptr<variable_origin>> origin = std::nullopt);
+  inline variable(const variable& other);  // copies the origin, shares the cache
+  inline variable(variable&& other) noexcept;
+  inline variable& operator=(variable other) noexcept;
+  inline ~variable();
+
+  friend inline bool operator==(const variable& left, const variable& right);
+};
+
+// Where a variable comes from: another variable and the properties that lead from it.
+struct variable_origin {
+  physical_queryplan::variable variable;
+  std::vector<property_ref> path;
+
+  friend bool operator==(const variable_origin& left, const variable_origin& right) = default;
+};
+
+// A property of a variable, with values of alternative T.
+template <class T>
+struct property_column {
+  property_ref property;
+  physical_queryplan::variable variable;
+
+  friend bool operator==(const property_column& left, const property_column& right) = default;
+};
+
+// A value that the plan computes, of alternative T.
+template <class T>
+struct computed {
+  identifier id{};
+
+  friend bool operator==(const computed& left, const computed& right) = default;
+};
+
+using computed_column =
+    std::variant<computed<bool>, computed<db_string::tt_string>, computed<std::uint64_t>, computed<std::int64_t>,
+                 computed<Decimal>, computed<double>, computed<float>, computed<Binary>, computed<OV_OBJ_REF>,
+                 computed<SetSpecifier>, computed<NullValue>>;
+
+// Names one value of a row. Two are equal when their alternatives and their payloads are.
+using column_ref =
+    std::variant<property_column<bool>, property_column<db_string::tt_string>, property_column<std::uint64_t>,
+                 property_column<std::int64_t>, property_column<Decimal>, property_column<double>,
+                 property_column<float>, property_column<Binary>, property_column<OV_OBJ_REF>,
+                 property_column<SetSpecifier>,  //
+                 computed<bool>, computed<db_string::tt_string>, computed<std::uint64_t>, computed<std::int64_t>,
+                 computed<Decimal>, computed<double>, computed<float>, computed<Binary>, computed<OV_OBJ_REF>,
+                 computed<SetSpecifier>, computed<NullValue>,  //
+                 variable>;
+static_assert(std::variant_size_v<column_ref> == 22);
+
+inline variable::variable() = default;
+inline variable::variable(OV_OBJ_REF table_object, std::shared_ptr<meta_data::Table::TableCache> table_cache,
+                          identifier name, std::optional<std::unique_ptr<variable_origin>> origin)
+    : table(table_object), cache(std::move(table_cache)), id(name), parent(std::move(origin)) {}
+inline variable::variable(const variable& other) : table(other.table), cache(other.cache), id(other.id) {
+  if (other.parent) parent = std::make_unique<variable_origin>(**other.parent);
+}
+inline variable::variable(variable&& other) noexcept = default;
+inline variable& variable::operator=(variable other) noexcept {
+  std::swap(table, other.table);
+  std::swap(cache, other.cache);
+  std::swap(id, other.id);
+  std::swap(parent, other.parent);
+  return *this;
+}
+inline variable::~variable() = default;
+
+inline bool operator==(const variable& left, const variable& right) {
+  return left.table.object_number == right.table.object_number && left.id == right.id &&
+         left.parent.has_value() == right.parent.has_value() && (!left.parent || **left.parent == **right.parent);
+}
+
+}  // namespace physical_queryplan
+
+#endif  // OV_SQL_EXECUTOR_EXPRESSIONS_COLUMN_REF_HPP_

@@ -1,0 +1,101 @@
+// The scalar expressions of a physical plan. The host makes them, the library only reads them; the order of the
+// alternatives and the layout of their fields are part of the interface.
+#ifndef OV_SQL_EXECUTOR_EXPRESSIONS_EXPRESSION_HPP_
+#define OV_SQL_EXECUTOR_EXPRESSIONS_EXPRESSION_HPP_
+
+#include <cstdint>
+#include <variant>
+#include <vector>
+
+#include "ov_sql_executor/expressions/column_ref.hpp"
+#include "ov_sql_executor/values/type_identity.hpp"
+
+namespace physical_queryplan {
+
+struct expression;
+
+// The type of an operation's result: one tag per alternative of value, in the same order.
+using result_type_tag = std::variant<meta_support::TypeIdentity<bool>, meta_support::TypeIdentity<db_string::tt_string>,
+                                     meta_support::TypeIdentity<std::uint64_t>,
+                                     meta_support::TypeIdentity<std::int64_t>, meta_support::TypeIdentity<Decimal>,
+                                     meta_support::TypeIdentity<double>, meta_support::TypeIdentity<float>,
+                                     meta_support::TypeIdentity<Binary>, meta_support::TypeIdentity<OV_OBJ_REF>,
+                                     meta_support::TypeIdentity<SetSpecifier>, meta_support::TypeIdentity<NullValue>>;
+
+// What all operations hold. Too few operands are refused when the plan is translated; surplus ones are ignored.
+struct operation {
+  result_type_tag result_type;
+  std::vector<expression> operands;
+};
+
+struct Equality : operation {};        // 0, operands: left, right
+struct Inequality : operation {};      // 1
+struct AtMost : operation {};          // 2
+struct Less : operation {};            // 3
+struct Greater : operation {};         // 4
+struct AtLeast : operation {};         // 5
+struct And : operation {};             // 6
+struct Or : operation {};              // 7
+struct Not : operation {};             // 8, one operand
+struct NullTest : operation {};        // 9, one operand
+struct NotNullTest : operation {};     // 10, one operand
+struct Sum : operation {};             // 11, left, right
+struct Difference : operation {};      // 12
+struct Negation : operation {};        // 13, one operand
+struct Quotient : operation {};        // 14, left, right
+struct Product : operation {};         // 15
+struct PatternMatch : operation {};    // 16, text, pattern
+struct PrefixTest : operation {};      // 17, text, prefix
+struct Conditional : operation {};     // 18, condition, then, else; the result type selects the conversion
+struct ExclusiveOr : operation {};     // 19, left, right
+struct Concatenation : operation {};   // 20, any number of texts
+struct TypeTest : operation {};        // 21, object, set specifier
+struct ObjectNumber : operation {};    // 22, one reference
+struct ToBool : operation {};          // 23, one operand, like all conversions
+struct ToUint64 : operation {};        // 24
+struct ToInt64 : operation {};         // 25
+struct ToDecimal : operation {};       // 26
+struct ToFloat : operation {};         // 27
+struct ToDouble : operation {};        // 28
+struct ToText : operation {};          // 29
+struct ToSetSpecifier : operation {};  // 30
+struct PrefixPattern : operation {};   // 31, pattern
+
+// The value of the statement's parameter of that number, expected to be of alternative T.
+template <class T>
+struct parameter {
+  std::uint64_t number = 0;
+};
+
+// A value of the statement's text (0 to 10), or a parameter (11 to 21).
+using literal = std::variant<bool, db_string::tt_string, std::uint64_t, std::int64_t, Decimal, double, float, Binary,
+                             OV_OBJ_REF, SetSpecifier, NullValue,  //
+                             parameter<bool>, parameter<db_string::tt_string>, parameter<std::uint64_t>,
+                             parameter<std::int64_t>, parameter<Decimal>, parameter<double>, parameter<float>,
+                             parameter<Binary>, parameter<OV_OBJ_REF>, parameter<SetSpecifier>, parameter<NullValue>>;
+static_assert(std::variant_size_v<literal> == 22);
+
+// Operations (0 to 31), the alternatives of column_ref (32 to 53) and literals (54).
+using expression_variant =
+    std::variant<Equality, Inequality, AtMost, Less, Greater, AtLeast, And, Or, Not, NullTest, NotNullTest, Sum,
+                 Difference, Negation, Quotient, Product, PatternMatch, PrefixTest, Conditional, ExclusiveOr,
+                 Concatenation, TypeTest, ObjectNumber, ToBool, ToUint64, ToInt64, ToDecimal, ToFloat, ToDouble, ToText,
+                 ToSetSpecifier, PrefixPattern,  //
+                 property_column<bool>, property_column<db_string::tt_string>, property_column<std::uint64_t>,
+                 property_column<std::int64_t>, property_column<Decimal>, property_column<double>,
+                 property_column<float>, property_column<Binary>, property_column<OV_OBJ_REF>,
+                 property_column<SetSpecifier>,  //
+                 computed<bool>, computed<db_string::tt_string>, computed<std::uint64_t>, computed<std::int64_t>,
+                 computed<Decimal>, computed<double>, computed<float>, computed<Binary>, computed<OV_OBJ_REF>,
+                 computed<SetSpecifier>, computed<NullValue>,  //
+                 variable,                                     //
+                 literal>;
+static_assert(std::variant_size_v<expression_variant> == 55);
+
+struct expression : expression_variant {
+  using expression_variant::expression_variant;
+};
+
+}  // namespace physical_queryplan
+
+#endif  // OV_SQL_EXECUTOR_EXPRESSIONS_EXPRESSION_HPP_

@@ -1,0 +1,106 @@
+// A strict order on expressions by their structure, so that they can be members of a std::set. It means nothing else:
+// different expressions are never equivalent, and the order may change between versions.
+#ifndef OV_SQL_EXECUTOR_EXPRESSIONS_EXPRESSION_ORDER_HPP_
+#define OV_SQL_EXECUTOR_EXPRESSIONS_EXPRESSION_ORDER_HPP_
+
+#include <algorithm>
+#include <bit>
+#include <compare>
+#include <concepts>
+#include <span>
+#include <type_traits>
+#include <variant>
+#include <vector>
+
+#include "ov_sql_executor/expressions/expression.hpp"
+
+namespace physical_queryplan {
+
+inline std::strong_ordering structural_order(const expression& left, const expression& right);
+
+namespace structural {
+
+template <class T>
+requires std::integral<T> || std::same_as<T, Decimal> std::strong_ordering order(T left, T right) {
+  return left <=> right;
+}
+
+// By bit pattern: a NaN is like itself only, and the two zeros differ.
+inline std::strong_ordering order(double left, double right) {
+  return std::bit_cast<std::uint64_t>(left) <=> std::bit_cast<std::uint64_t>(right);
+}
+inline std::strong_ordering order(float left, float right) {
+  return std::bit_cast<std::uint32_t>(left) <=> std::bit_cast<std::uint32_t>(right);
+}
+
+inline std::strong_ordering order(const db_string::tt_string& left, const db_string::tt_string& right) {
+  const std::span a(left.data(), left.size());
+  const std::span b(right.data(), right.size());
+  return std::lexicographical_compare_three_way(a.begin(), a.end(), b.begin(), b.end());
+}
+inline std::strong_ordering order(const Binary& left, const Binary& right) { return left.bytes <=> right.bytes; }
+inline std::strong_ordering order(const SetSpecifier& left, const SetSpecifier& right) {
+  return left.units <=> right.units;
+}
+inline std::strong_ordering order(const NullValue&, const NullValue&) { return std::strong_ordering::equal; }
+
+inline std::strong_ordering order(const OV_OBJ_REF& left, const OV_OBJ_REF& right) {
+  if (const auto first = left.object_number <=> right.object_number; first != 0) return first;
+  return left.second_word <=> right.second_word;
+}
+
+template <class T>
+std::strong_ordering order(const parameter<T>& left, const parameter<T>& right) {
+  return left.number <=> right.number;
+}
+
+template <class T>
+std::strong_ordering order(const computed<T>& left, const computed<T>& right) {
+  return left.id <=> right.id;
+}
+
+inline std::strong_ordering order(const variable& left, const variable& right) {
+  if (const auto table = order(left.table, right.table); table != 0) return table;
+  if (const auto id = left.id <=> right.id; id != 0) return id;
+  if (const auto known = left.parent.has_value() <=> right.parent.has_value(); known != 0 || !left.parent) return known;
+  const variable_origin& a = **left.parent;
+  const variable_origin& b = **right.parent;
+  if (const auto origin = order(a.variable, b.variable); origin != 0) return origin;
+  return std::lexicographical_compare_three_way(
+      a.path.begin(), a.path.end(), b.path.begin(), b.path.end(),
+      [](const property_ref& x, const property_ref& y) { return order(x.object, y.object); });
+}
+
+template <class T>
+std::strong_ordering order(const property_column<T>& left, const property_column<T>& right) {
+  const auto property = order(left.property.object, right.property.object);
+  return property != 0 ? property : order(left.variable, right.variable);
+}
+
+template <class... Alternatives>
+std::strong_ordering order(const std::variant<Alternatives...>& left, const std::variant<Alternatives...>& right);
+
+template <class Operation>
+requires std::derived_from<Operation, operation> std::strong_ordering order(const Operation& left,
+                                                                            const Operation& right) {
+  if (const auto tag = left.result_type.index() <=> right.result_type.index(); tag != 0) return tag;
+  return std::lexicographical_compare_three_way(left.operands.begin(), left.operands.end(), right.operands.begin(),
+                                                right.operands.end(), structural_order);
+}
+
+template <class... Alternatives>
+std::strong_ordering order(const std::variant<Alternatives...>& left, const std::variant<Alternatives...>& right) {
+  if (const auto index = left.index() <=> right.index(); index != 0 || left.valueless_by_exception()) return index;
+  return std::visit([&right]<class T>(const T& held) { return structural::order(held, *std::get_if<T>(&right)); },
+                    left);
+}
+
+}  // namespace structural
+
+inline std::strong_ordering structural_order(const expression& left, const expression& right) {
+  return structural::order(static_cast<const expression_variant&>(left), static_cast<const expression_variant&>(right));
+}
+
+}  // namespace physical_queryplan
+
+#endif  // OV_SQL_EXECUTOR_EXPRESSIONS_EXPRESSION_ORDER_HPP_

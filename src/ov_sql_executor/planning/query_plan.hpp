@@ -1,0 +1,166 @@
+// The physical plan that the host builds and hands to physical_to_exec::Plan. The order of the alternatives and the
+// layout of their fields are part of the interface.
+#ifndef OV_SQL_EXECUTOR_PLANNING_QUERY_PLAN_HPP_
+#define OV_SQL_EXECUTOR_PLANNING_QUERY_PLAN_HPP_
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <set>
+#include <variant>
+#include <vector>
+
+#include "ov_sql_executor/expressions/column_ref.hpp"
+#include "ov_sql_executor/expressions/expression.hpp"
+#include "ov_sql_executor/expressions/expression_order.hpp"
+
+namespace physical_queryplan::QueryPlan {
+
+struct PredicateVariant;
+
+// Inputs of an alternative; never null in a valid plan.
+using child_ptr = std::unique_ptr<PredicateVariant>;
+
+// The expression's value becomes the column so named.
+struct assignment {
+  physical_queryplan::expression expression;
+  column_ref column;
+};
+
+struct order_key {
+  bool ascending = true;
+  physical_queryplan::expression expression;
+};
+
+// What the eight kinds of aggregate hold. Only Average reads its result type: the first two alternatives give a
+// Decimal, the last two a double.
+struct aggregation {
+  std::variant<meta_support::TypeIdentity<std::int64_t>, meta_support::TypeIdentity<Decimal>,
+               meta_support::TypeIdentity<double>, meta_support::TypeIdentity<float>>
+      result_type;
+  std::vector<expression> arguments;
+  computed_column column;
+};
+
+struct SumOf : aggregation {};              // 0, one argument
+struct CountOf : aggregation {};            // 1, one argument: its values that are not NULL
+struct CountRows : aggregation {};          // 2, no argument
+struct Maximum : aggregation {};            // 3, one argument
+struct Minimum : aggregation {};            // 4, one argument
+struct Average : aggregation {};            // 5, one argument
+struct CountDistinct : aggregation {};      // 6, one argument: its distinct values
+struct CountDistinctRows : aggregation {};  // 7, any number: the distinct rows of them
+
+using aggregate = std::variant<SumOf, CountOf, CountRows, Maximum, Minimum, Average, CountDistinct, CountDistinctRows>;
+
+// A bound on a key column. rejects_null: objects without a value in the column do not match, and a NULL bound matches
+// nothing.
+struct bound {
+  physical_queryplan::expression expression;
+  bool rejects_null = true;
+
+  friend bool operator<(const bound& left, const bound& right) {
+    const auto order = structural_order(left.expression, right.expression);
+    return order != 0 ? order < 0 : left.rejects_null < right.rejects_null;
+  }
+};
+
+// The bounds on one leading key column of a scan; all of them hold together. Without any, the column is unrestricted.
+struct scan_range {
+  std::set<bound> equal_to;
+  std::set<bound> less_than;
+  std::set<bound> at_most;
+  std::set<bound> greater_than;
+  std::set<bound> at_least;
+  std::set<bound> starts_with;
+};
+
+// 0: every left row with every row of the right input, which may refer to the left input's columns.
+struct NestedLoopJoin {
+  child_ptr left;
+  child_ptr right;
+};
+
+// 1: the same; a left row without a partner appears once, extended with NULLs.
+struct LeftJoin {
+  child_ptr left;
+  child_ptr right;
+};
+
+// 2: pairs of rows of two independent inputs for which the condition holds (all, without one), and the rows of either
+// side without a partner, extended with NULLs.
+struct FullJoin {
+  std::optional<expression> condition;
+  child_ptr left;
+  child_ptr right;
+};
+
+// 3: the objects of a key interval of an index, one per row. index is the index's metadata object; element i of ranges
+// restricts its key column i.
+struct Scan {
+  physical_queryplan::variable variable;
+  OV_OBJ_REF index{};
+  std::vector<scan_range> ranges;
+  bool ascending = true;
+};
+
+// 4: the child's rows for which the predicate is true.
+struct Filter {
+  expression predicate;
+  child_ptr child;
+};
+
+// 5: the named columns of the child, in order. Every item is a column reference.
+struct Projection {
+  std::vector<expression> items;
+  child_ptr child;
+};
+
+// 6: one row of one value.
+struct GenerativeAssignment {
+  physical_queryplan::expression expression;
+  column_ref column;
+};
+
+// 7: the child's rows, each with computed columns appended.
+struct Extension {
+  std::vector<assignment> assignments;
+  child_ptr child;
+};
+
+// 8: one row per group: the aggregates, then the grouping values. Without grouping expressions, one row.
+struct Aggregation {
+  std::vector<aggregate> aggregates;
+  std::vector<assignment> group_by;
+  child_ptr child;
+};
+
+// 9: the child's rows, sorted; the first key is the most significant.
+struct OrderBy {
+  std::vector<order_key> keys;
+  child_ptr child;
+};
+
+// 10: the child's rows without the first offset ones, at most limit of them.
+struct LimitOffset {
+  std::optional<expression> limit;
+  std::optional<expression> offset;
+  child_ptr child;
+};
+
+// 11: all rows of the left input, then all of the right. Both have the same columns.
+struct Union {
+  child_ptr left;
+  child_ptr right;
+};
+
+using predicate_variant = std::variant<NestedLoopJoin, LeftJoin, FullJoin, Scan, Filter, Projection,
+                                       GenerativeAssignment, Extension, Aggregation, OrderBy, LimitOffset, Union>;
+
+struct PredicateVariant : predicate_variant {
+  using predicate_variant::predicate_variant;
+};
+
+}  // namespace physical_queryplan::QueryPlan
+
+#endif  // OV_SQL_EXECUTOR_PLANNING_QUERY_PLAN_HPP_

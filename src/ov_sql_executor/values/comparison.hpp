@@ -1,0 +1,18 @@
+#ifndef OV_SQL_EXECUTOR_VALUES_COMPARISON_HPP_
+#define OV_SQL_EXECUTOR_VALUES_COMPARISON_HPP_
+
+#include <compare>
+#include <optional>
+
+#include "ov_sql_executor/values/value_view.hpp"
+
+namespace ov::sql_executor {
+
+// The order of two values as the comparison operators see it: nothing where one is NULL; numbers of all types exactly,
+// unordered for a NaN; texts, binaries, references (by object number) and set specifiers with their own kind. Throws
+// db_exception type_error for every other pair and std::bad_variant_access for the view of a valueless value.
+std::optional<std::partial_ordering> compare_values(const value_view& left, const value_view& right);
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_VALUES_COMPARISON_HPP_

@@ -1,0 +1,36 @@
+// What this library knows of the database's encoded text; how characters become bits is the core's business.
+//
+//    +---------------------------+------------------------------------+
+//    | header                    | payload                            |
+//    | 0xxxxxxx* 1xxxxxxx        | n bytes, text from the top bit on  |
+//    +---------------------------+------------------------------------+
+//
+// The x bits of the header, most significant group first, count the unused bits at the end of the payload. The order of
+// the payload bits is the order of the texts; a text begins with another exactly when its payload begins with its bits.
+#ifndef OV_SQL_EXECUTOR_VALUES_ENCODED_TEXT_HPP_
+#define OV_SQL_EXECUTOR_VALUES_ENCODED_TEXT_HPP_
+
+#include <compare>
+#include <cstdint>
+#include <span>
+
+#include "ov_sql_executor/values/value_view.hpp"
+
+namespace ov::sql_executor {
+
+struct text_bits {
+  std::uint64_t bits;                     // the length of the text
+  std::span<const std::uint8_t> payload;  // as many bytes as the bits need
+};
+
+// The one reading of the header. Bytes without a terminated header, and a header that counts more unused bits than
+// there are, give an empty text.
+text_bits bit_count(text_view text);
+
+std::strong_ordering compare_texts(text_view left, text_view right);
+
+bool text_starts_with(text_view text, text_view prefix);
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_VALUES_ENCODED_TEXT_HPP_

@@ -1,0 +1,41 @@
+#ifndef OV_SQL_EXECUTOR_VALUES_NUMERIC_ORDER_HPP_
+#define OV_SQL_EXECUTOR_VALUES_NUMERIC_ORDER_HPP_
+
+#include <compare>
+#include <cstdint>
+#include <utility>
+
+#include "ov_sql_executor/values/int128.hpp"
+#include "ov_sql_executor/values/numeric_type.hpp"
+
+namespace ov::sql_executor {
+
+// A floating-point number against an integer, and against a count of millionths: both exact.
+std::partial_ordering compare_with_integer(double left, int128 right);
+std::partial_ordering compare_with_millionths(double left, std::int64_t right);
+
+// The order of the numbers that two values denote: exact for every pair of types, unordered where a NaN takes part.
+// Infinities are beyond every finite number and equal to themselves.
+template <numeric_alternative Left, numeric_alternative Right>
+std::partial_ordering compare_numbers(Left left, Right right) {
+  using operator_library::Decimal;
+  if constexpr (std::same_as<Left, Right>) {
+    return left <=> right;
+  } else if constexpr (floating_alternative<Left> && floating_alternative<Right>) {
+    return static_cast<double>(left) <=> static_cast<double>(right);
+  } else if constexpr (floating_alternative<Left> && integer_alternative<Right>) {
+    return compare_with_integer(static_cast<double>(left), right);
+  } else if constexpr (floating_alternative<Left>) {
+    return compare_with_millionths(static_cast<double>(left), right.raw);
+  } else if constexpr (integer_alternative<Left> && integer_alternative<Right>) {
+    return int128{left} <=> int128{right};
+  } else if constexpr (integer_alternative<Left> && std::same_as<Right, Decimal>) {
+    return int128{left} * Decimal::scale <=> int128{right.raw};
+  } else {
+    return 0 <=> compare_numbers(right, left);
+  }
+}
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_VALUES_NUMERIC_ORDER_HPP_

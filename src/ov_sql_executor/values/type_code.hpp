@@ -1,0 +1,24 @@
+#ifndef OV_SQL_EXECUTOR_VALUES_TYPE_CODE_HPP_
+#define OV_SQL_EXECUTOR_VALUES_TYPE_CODE_HPP_
+
+#include <cstdint>
+
+namespace ov::sql_executor {
+
+// The plan's numbering of the types of columns and casts. It is not the order of the value's alternatives.
+enum class type_code : std::int32_t {
+  uint64 = 0,
+  int64 = 1,
+  decimal = 2,
+  float32 = 3,
+  float64 = 4,
+  tt_string = 5,
+  binary = 6,
+  obj_ref = 7,
+  set_specifier = 8,
+  boolean = 9,
+};
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_VALUES_TYPE_CODE_HPP_

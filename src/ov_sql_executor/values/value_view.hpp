@@ -1,0 +1,48 @@
+// A value looked at where it lies: in a list of the execution context, in a buffer that the core lends, or in
+// registers.
+#ifndef OV_SQL_EXECUTOR_VALUES_VALUE_VIEW_HPP_
+#define OV_SQL_EXECUTOR_VALUES_VALUE_VIEW_HPP_
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <type_traits>
+#include <variant>
+#include <vector>
+
+#include "ov_sql_executor/values/value.hpp"
+
+namespace ov::sql_executor {
+
+// The bytes of an encoded text; not owned.
+struct text_view {
+  std::span<const std::uint8_t> bytes;
+};
+
+// The bytes of a Binary; not owned.
+struct binary_view {
+  std::span<const std::uint8_t> bytes;
+};
+
+// The alternatives of value in the same order, behind one for the valueless state: the index of a view is the index of
+// the value plus one. Texts, binaries and set specifiers are borrowed; the rest is held.
+using value_view =
+    std::variant<std::monostate, bool, text_view, std::uint64_t, std::int64_t, operator_library::Decimal, double, float,
+                 binary_view, OV_OBJ_REF, std::u16string_view, operator_library::NullValue>;
+
+static_assert(std::is_trivially_copyable_v<value_view>);
+
+inline constexpr std::size_t view_count = std::variant_size_v<value_view>;
+
+// The view of a value that stays where it is.
+value_view view_of(const value& source);
+
+// A value of its own, texts and bytes copied. Throws std::bad_variant_access for the view of a valueless value.
+value to_value(const value_view& view);
+
+// The same, built in place at the end of a list.
+void append_value(std::vector<value>& list, const value_view& view);
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_VALUES_VALUE_VIEW_HPP_
