@@ -1,0 +1,56 @@
+// The keys that name the ends of an index range, read from the bytes of the C interface (drawn at
+// orv_context_create_iterator).
+#ifndef OVCOREDB_INDEX_KEY_HPP_
+#define OVCOREDB_INDEX_KEY_HPP_
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "ovcoredb/database.hpp"
+#include "ovcoredb/key_component.hpp"
+#include "ovcoredb/object_store.hpp"
+
+namespace ovcoredb {
+
+enum class part_source : std::uint8_t { number, set_specifier, column };
+
+// One column of an index's key.
+struct key_part {
+  part_source source = part_source::number;
+  column_type type = column_type::uint64;  // a set specifier counts as text
+  bool ascending = true;
+  std::uint32_t place = 0;  // in table::columns, if the source is a column
+
+  bool holds_bytes() const { return type == column_type::text || type == column_type::binary; }
+};
+
+key_component read_component(const key_part& part, std::uint64_t number, const object_place& place);
+
+// How index entries begin: the first component's word and whether it is not NULL, both turned round if that column
+// descends. Entries are ordered by these two before anything else.
+struct leading_order {
+  std::uint64_t word = 0;
+  bool high = false;
+};
+
+inline leading_order leading_order_of(const key_component& first, bool ascending) {
+  const bool present = first.kind != component_kind::null;
+  return ascending ? leading_order{first.word, present} : leading_order{~first.word, !present};
+}
+
+// An end of a range, lying before or behind the entries whose keys begin with its components.
+struct range_end {
+  std::vector<key_component> components;  // at most as many as the key has columns
+  std::vector<std::uint8_t> bytes;        // what the components' spans refer to
+  leading_order leading;
+  bool behind_equal = false;
+};
+
+// Replaces the end's components by those of `key`. False when the key is not well formed or does not fit the parts.
+// Reads nothing behind the key's terminator or its first malformed byte.
+bool read_key(const std::uint8_t* key, std::span<const key_part> parts, range_end& end);
+
+}  // namespace ovcoredb
+
+#endif  // OVCOREDB_INDEX_KEY_HPP_

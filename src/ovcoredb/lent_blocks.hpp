@@ -1,0 +1,25 @@
+// Counted blocks that a context lends until its next call.
+#ifndef OVCOREDB_LENT_BLOCKS_HPP_
+#define OVCOREDB_LENT_BLOCKS_HPP_
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "ovcoredb/contexts.hpp"
+#include "ovcoredb/text_code.hpp"
+
+namespace ovcoredb {
+
+enum class text_form : std::uint8_t { plain, base };
+
+// Each returns a status of the C interface, ORV_OUT_OF_MEMORY included, and throws nothing.
+std::uint32_t lend_units(context_state& lender, std::u16string_view units, const std::uint8_t** out) noexcept;
+std::uint32_t lend_decoded(context_state& lender, std::span<const std::uint8_t> encoded, text_form form,
+                           const std::uint8_t** out) noexcept;
+std::uint32_t lend_encoded(context_state& lender, std::u16string_view units, text_end end,
+                           const std::uint8_t** out) noexcept;
+
+}  // namespace ovcoredb
+
+#endif  // OVCOREDB_LENT_BLOCKS_HPP_

@@ -1,0 +1,112 @@
+// An ordered index: a B-tree of small entries. An entry holds the beginning of its object's key, which decides most
+// comparisons; the rest of the key is read from the object's columns when two beginnings are equal.
+#ifndef OVCOREDB_ORDERED_INDEX_HPP_
+#define OVCOREDB_ORDERED_INDEX_HPP_
+
+#include <absl/container/btree_set.h>
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "ovcoredb/index_key.hpp"
+#include "ovcoredb/object_store.hpp"
+
+namespace ovcoredb {
+
+//    word     63                                                             0   see leading_order
+//    tagged   63 leading_order::high | 62 ... 16 object number | 15 ... 0 tag
+//
+// For a single number column the two words in this order are the index order, duplicates in object order included.
+struct index_entry {
+  std::uint64_t word;
+  std::uint64_t tagged;
+
+  index_entry(leading_order leading, std::uint64_t number, std::uint16_t tag)
+      : word(leading.word), tagged(std::uint64_t{leading.high} << 63 | number << 16 | tag) {}
+
+  bool high() const { return (tagged >> 63) != 0; }
+  std::uint64_t number() const { return tagged << 1 >> 17; }
+  std::uint16_t tag() const { return static_cast<std::uint16_t>(tagged); }
+};
+
+class ordered_index {
+ public:
+  ordered_index(const object_store& objects, std::uint64_t handle, std::vector<key_part> parts, bool unique);
+  ordered_index(const ordered_index&) = delete;
+  ordered_index& operator=(const ordered_index&) = delete;
+
+  std::uint64_t handle() const { return handle_; }
+  const std::vector<key_part>& parts() const { return parts_; }
+
+  void insert(std::uint64_t number);  // throws unique_violation
+  void erase(std::uint64_t number);   // while the object's columns can still be read
+
+  // Whether the entry lies before the end.
+  bool before(const index_entry& entry, const range_end& end) const {
+    const int order = compare_key(entry, end);
+    return order < 0 || (order == 0 && end.behind_equal);
+  }
+
+ private:
+  struct by_key {
+    const index_entry& entry;  // compared without its object number
+  };
+  struct entry_order {
+    using is_transparent = void;
+    const ordered_index* index;
+    bool operator()(const index_entry& a, const index_entry& b) const { return index->less(a, b); }
+    bool operator()(const index_entry& a, const range_end& b) const { return index->before(a, b); }
+    bool operator()(const range_end& a, const index_entry& b) const { return !index->before(b, a); }
+    bool operator()(const index_entry& a, by_key b) const { return index->compare_keys(a, b.entry) < 0; }
+    bool operator()(by_key a, const index_entry& b) const { return index->compare_keys(a.entry, b) < 0; }
+  };
+  using tree = absl::btree_set<index_entry, entry_order>;
+
+ public:
+  using position = tree::const_iterator;
+  position begin() const { return entries_.begin(); }
+  position end() const { return entries_.end(); }
+  position find(const range_end& end) const { return entries_.lower_bound(end); }  // the first entry not before it
+
+ private:
+  static int compare_leading(const index_entry& a, std::uint64_t word, bool high) {
+    if (a.word != word) return a.word < word ? -1 : 1;
+    return static_cast<int>(a.high()) - static_cast<int>(high);
+  }
+
+  bool less(const index_entry& a, const index_entry& b) const {
+    if (a.word != b.word) return a.word < b.word;
+    if (leading_is_key_) return a.tagged < b.tagged;
+    const int order = compare_keys(a, b);
+    return order != 0 ? order < 0 : a.tagged < b.tagged;
+  }
+
+  int compare_keys(const index_entry& a, const index_entry& b) const {
+    const int order = compare_leading(a, b.word, b.high());
+    return order != 0 || leading_is_key_ ? order : compare_rest(a.number(), b.number());
+  }
+
+  int compare_key(const index_entry& a, const range_end& end) const {
+    if (end.components.empty()) return 0;
+    const int order = compare_leading(a, end.leading.word, end.leading.high);
+    return order != 0 || leading_is_key_ ? order : compare_rest(a.number(), end);
+  }
+
+  index_entry entry_of(std::uint64_t number) const;
+  bool holds_null(std::uint64_t number) const;
+  int compare_rest(std::uint64_t a, std::uint64_t b) const;
+  int compare_rest(std::uint64_t number, const range_end& end) const;
+
+  const object_store& objects_;
+  std::uint64_t handle_;
+  std::vector<key_part> parts_;
+  bool unique_;
+  std::size_t first_rest_;  // the first part that equal beginnings leave open
+  bool leading_is_key_;     // none is left open
+  tree entries_;
+};
+
+}  // namespace ovcoredb
+
+#endif  // OVCOREDB_ORDERED_INDEX_HPP_

@@ -1,0 +1,39 @@
+// Encoded text: an order-preserving, prefix-free bit code over UTF-16 code units, behind a one-byte header. Any
+// sequence of units can be encoded, unpaired surrogates included, and comes back unchanged.
+#ifndef OVCOREDB_TEXT_CODE_HPP_
+#define OVCOREDB_TEXT_CODE_HPP_
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace ovcoredb {
+
+// text: the text itself. upper_limit: sorts above every text that begins with the given one, and below every other text
+// that is greater.
+enum class text_end : std::uint8_t { text, upper_limit };
+
+// The number of bytes that encode_text writes.
+std::size_t encoded_size(std::u16string_view units, text_end end);
+
+// Writes encoded_size bytes. Equal texts give equal bytes.
+void encode_text(std::u16string_view units, text_end end, std::uint8_t* out);
+
+// Where the bits of an encoded text lie. Bytes without a complete header hold no bits.
+struct text_payload {
+  const std::uint8_t* bytes = nullptr;
+  std::uint64_t bits = 0;
+};
+text_payload payload_of(std::span<const std::uint8_t> encoded);
+
+// Replaces `units` by the decoded text; false when the bytes are not an encoded text, `units` then holds anything.
+bool decode_text(std::span<const std::uint8_t> encoded, std::u16string& units);
+
+// Replaces `units` by its base form, in which texts that differ only in case are equal (full Unicode case folding).
+void fold_case(std::u16string& units);
+
+}  // namespace ovcoredb
+
+#endif  // OVCOREDB_TEXT_CODE_HPP_
