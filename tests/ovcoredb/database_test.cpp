@@ -1,0 +1,214 @@
+// What the host defines and loads is what the C interface reads, and what is refused leaves nothing behind.
+#include "ovcoredb/database.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "key_writer.hpp"
+#include "sample_database.hpp"
+
+namespace {
+
+using ovcoredb::cell;
+using ovcoredb::column_type;
+using sample = sample_database;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+std::u16string units_of(const std::uint8_t* block) {
+  std::uint32_t count = 0;
+  std::memcpy(&count, block, sizeof count);
+  std::u16string units(count, u'\0');
+  std::memcpy(units.data(), block + 4, count * sizeof(char16_t));
+  return units;
+}
+
+std::vector<std::uint64_t> all_of(std::uint64_t context, std::uint64_t index) {
+  return walk(context, index, inclusive, key_writer().end(), key_writer().end());
+}
+
+struct database_test : testing::Test {
+  sample db;
+  ovcoredb::context context{db.database};
+  std::uint64_t handle = context.handle();
+
+  std::uint64_t ulong_of(OV_OBJ_REF object, std::uint32_t column) {
+    std::uint64_t value = 0;
+    EXPECT_EQ(orv_context_get_ulong(handle, object.object_number, object.second_word, column, &value), ORV_OK);
+    return value;
+  }
+  std::u16string string_of(OV_OBJ_REF object, std::uint16_t tag, std::uint32_t column) {
+    const std::uint8_t* block = nullptr;
+    EXPECT_EQ(orv_context_get_string(handle, object.object_number, tag, column, &block), ORV_OK);
+    return units_of(block);
+  }
+  std::u16string set_specifier_of(OV_OBJ_REF object) {
+    const std::uint8_t* block = nullptr;
+    EXPECT_EQ(orv_context_get_setspec(handle, object.object_number, object.second_word, &block), ORV_OK);
+    return units_of(block);
+  }
+};
+
+TEST_F(database_test, every_type_comes_back) {
+  db.insert_empty_place();
+  const OV_OBJ_REF object = db.insert_place(42, u"Zürich");
+  const std::uint64_t number = object.object_number;
+  const std::uint64_t word = object.second_word;
+  std::int64_t signed_value = 0;
+  float small = 0;
+  double large = 0;
+  ORV_BYTES bytes{};
+  ORV_REFERENCE_VALUE reference{};
+  EXPECT_EQ(ulong_of(object, 0), number);
+  EXPECT_EQ(ulong_of(object, sample::id), 42u);
+  EXPECT_EQ(ulong_of(object, sample::open), 1u);
+  EXPECT_EQ(orv_context_get_long(handle, number, word, sample::level, &signed_value), ORV_OK);
+  EXPECT_EQ(signed_value, -5);
+  EXPECT_EQ(orv_context_get_decimal(handle, number, word, sample::price, &signed_value), ORV_OK);
+  EXPECT_EQ(signed_value, 1500000);
+  EXPECT_EQ(orv_context_get_float(handle, number, word, sample::ratio, &small), ORV_OK);
+  EXPECT_EQ(small, 1.5f);
+  EXPECT_EQ(orv_context_get_double(handle, number, word, sample::area, &large), ORV_OK);
+  EXPECT_EQ(large, -2.25);
+  EXPECT_EQ(string_of(object, db.place, sample::name), u"Zürich");
+  EXPECT_EQ(orv_context_get_binary(handle, number, word, sample::image, &bytes), ORV_OK);
+  EXPECT_EQ(std::vector<std::uint8_t>(bytes.bytes, bytes.bytes + bytes.length), db.image_bytes);
+  EXPECT_EQ(orv_context_get_binary(handle, number, word, sample::name, &bytes), ORV_OK);
+  EXPECT_EQ(bytes.length, orv_convert_ucs2_to_turbotext(u"Zürich", 0, nullptr, 0));
+  EXPECT_EQ(orv_context_get_reference(handle, number, word, sample::owner, &reference), ORV_OK);
+  EXPECT_EQ(reference.object_number, 77u);
+  EXPECT_EQ(reference.high_part << 16 | reference.low_part, 0x0000123456789ABCu);
+}
+
+TEST_F(database_test, tag_selects_the_table_of_the_column) {
+  const OV_OBJ_REF city = db.insert_city(1, u"Bern", u"Ada");
+  const OV_OBJ_REF place = db.insert_place(2, u"Alp");
+  EXPECT_EQ(city.second_word, db.city);
+  EXPECT_EQ(string_of(city, db.place, sample::name), u"Bern");
+  EXPECT_EQ(string_of(city, db.city, sample::mayor), u"Ada");
+  EXPECT_EQ(set_specifier_of(city), u"/Place/City/");
+  EXPECT_EQ(set_specifier_of(place), u"/Place/");
+  std::uint64_t word = 0;
+  EXPECT_EQ(orv_context_lookup(handle, city.object_number, &word), ORV_OK);
+  EXPECT_EQ(word, db.city);
+  EXPECT_THAT(all_of(handle, db.by_name), ElementsAre(place.object_number, city.object_number));
+}
+
+TEST_F(database_test, iterators_hand_out_the_tag) {
+  db.insert_city(1, u"Bern", u"Ada");
+  const auto key = key_writer().number(1).end();
+  std::uint64_t iterator = 0;
+  ORV_REFERENCE_VALUE reference{};
+  ASSERT_EQ(orv_context_create_iterator(handle, db.by_id, inclusive, key.data(), key.data(), &iterator), ORV_OK);
+  ASSERT_EQ(orv_iterator_next(iterator, &reference), ORV_OK);
+  EXPECT_EQ(reference.object_number, 1u);
+  EXPECT_EQ(reference.low_part, db.city);
+  for (int i = 0; i < 3; ++i) {
+    ASSERT_EQ(orv_iterator_next(iterator, &reference), ORV_OK);
+    EXPECT_EQ(reference.object_number, 0u);
+  }
+  EXPECT_EQ(orv_iterator_free(iterator), ORV_OK);
+}
+
+TEST_F(database_test, unique_index_keeps_its_first_object) {
+  db.insert_place(1, u"a");
+  try {
+    db.insert_place(1, u"b");
+    FAIL();
+  } catch (const ovcoredb::unique_violation& violation) {
+    EXPECT_EQ(violation.index(), db.by_id);
+    EXPECT_EQ(violation.holder(), 1u);
+  }
+  EXPECT_EQ(db.database.object_count(), 1u);
+  db.insert_empty_place();  // NULL equals nothing, not even NULL
+  EXPECT_EQ(db.insert_empty_place().object_number, 3u);
+  EXPECT_THAT(all_of(handle, db.by_id), ElementsAre(2, 3, 1));
+  EXPECT_THAT(all_of(handle, db.by_name), ElementsAre(2, 3, 1));
+  EXPECT_THROW(db.database.create_index(
+                   {.table = db.place, .columns = {{sample::price}, {0, false}}, .unique = true, .handle = 1}),
+               std::invalid_argument);
+  db.insert_place(2, u"c");
+  EXPECT_THROW(db.database.create_index({.table = db.place, .columns = {{sample::price}}, .unique = true}),
+               ovcoredb::unique_violation);
+  EXPECT_THAT(all_of(handle, db.database.create_index({.table = db.place, .columns = {{sample::price}, {0, false}}})),
+              ElementsAre(3, 2, 4, 1));
+}
+
+TEST_F(database_test, removal_goes_back_to_the_mark) {
+  db.insert_place(1, u"first");
+  const std::uint64_t mark = db.database.object_count();
+  for (int round = 0; round < 2; ++round) {
+    for (std::uint64_t i = 2; i < 300; ++i) {
+      i % 3 == 0 ? db.insert_city(i, u"c", u"m") : i % 3 == 1 ? db.insert_empty_place() : db.insert_place(i, u"p");
+    }
+    EXPECT_EQ(all_of(handle, db.by_id).size(), 299u);
+    db.database.remove_after(mark);
+    EXPECT_EQ(db.database.object_count(), mark);
+    EXPECT_THAT(all_of(handle, db.by_id), ElementsAre(1));
+    EXPECT_THAT(all_of(handle, db.by_name), ElementsAre(1));
+  }
+  const OV_OBJ_REF next = db.insert_place(7, u"next");
+  EXPECT_EQ(next.object_number, 2u);
+  EXPECT_EQ(string_of(next, db.place, sample::name), u"next");
+  EXPECT_EQ(string_of({1, 0}, db.place, sample::name), u"first");
+  EXPECT_THROW(db.database.remove_after(3), std::invalid_argument);
+}
+
+TEST_F(database_test, definitions_are_checked) {
+  auto& database = db.database;
+  const ovcoredb::table_definition tables[] = {
+      {.set_specifier = u""},
+      {.set_specifier = std::u16string(u"/A\0/", 4)},
+      {.set_specifier = u"/Place/"},
+      {.set_specifier = u"/Town/", .base = db.place},
+      {.set_specifier = u"/Place/Town/", .base = 999},
+      {.set_specifier = u"/Town/", .tag = db.city},
+  };
+  for (const auto& each : tables) EXPECT_THROW(database.create_table(each), std::invalid_argument);
+  const ovcoredb::index_definition indexes[] = {
+      {.table = 999, .columns = {{0}}},
+      {.table = db.place},
+      {.table = db.place, .columns = {{sample::ratio}}},
+      {.table = db.place, .columns = {{sample::area}}},
+      {.table = db.place, .columns = {{sample::unused}}},
+      {.table = db.place, .columns = {{sample::unused + 1}}},
+      {.table = db.place, .columns = {{sample::mayor, true, db.city}}},
+      {.table = db.place, .columns = {{0}}, .handle = db.by_id},
+      {.table = db.place, .columns = {{0}}, .handle = 65536},
+  };
+  for (const auto& each : indexes) EXPECT_THROW(database.create_index(each), std::invalid_argument);
+  EXPECT_EQ(database.create_table({.set_specifier = u"/Far/", .tag = 65535}), 65535);
+  EXPECT_THROW(database.create_table({.set_specifier = u"/Further/"}), std::invalid_argument);
+  EXPECT_EQ(database.create_index({.table = db.city, .columns = {{sample::name, true, db.place}, {sample::mayor}}}),
+            db.by_name + 1);
+}
+
+TEST_F(database_test, cells_are_checked) {
+  EXPECT_EQ(db.database.cell_count(db.city), 11u);
+  struct {
+    std::size_t place;
+    cell value;
+    const char* message;
+  } const cases[] = {{0, std::int64_t{1}, "column 2 of table 1 is uint64, the cell holds int64"},
+                     {8, std::uint64_t{1}, "column 10 of table 1 is bool, the cell holds uint64"},
+                     {9, true, "column 11 of table 1 is unused"},
+                     {10, 1.0, "column 2 of table 2 is text, the cell holds float64"},
+                     {2, ovcoredb::decimal{4398046511104000000}, "out of range"},
+                     {2, ovcoredb::decimal{INT64_MIN}, "out of range"}};
+  for (const auto& each : cases) {
+    auto cells = db.place_cells(1, u"x");
+    cells.emplace_back(u"m");
+    cells[each.place] = each.value;
+    EXPECT_THAT([&] { db.database.insert(db.city, cells); },
+                testing::ThrowsMessage<std::invalid_argument>(HasSubstr(each.message)));
+  }
+  EXPECT_THROW(db.database.insert(db.city, db.place_cells(1, u"x")), std::invalid_argument);
+  EXPECT_THROW(db.database.insert(999, {}), std::invalid_argument);
+  EXPECT_EQ(db.database.object_count(), 0u);
+}
+
+}  // namespace
