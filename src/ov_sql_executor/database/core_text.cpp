@@ -1,0 +1,70 @@
+#include "ov_sql_executor/database/core_text.hpp"
+
+#include <vector>
+
+#include "ov_sql_executor/database/core_block.hpp"
+#include "ov_sql_executor/database/status.hpp"
+#include "ovcoredb/ovcoredb.h"
+
+namespace db_util {
+
+namespace {
+
+using to_units_call = decltype(orv_context_convert_turbotext_to_ucs2);
+using to_units_free_call = decltype(orv_convert_turbotext_to_ucs2);
+using to_text_call = decltype(orv_context_convert_ucs2_to_turbotext);
+
+std::u16string to_units(to_units_call* convert, std::uint64_t context, text_view text) {
+  const std::uint8_t* block = nullptr;
+  check(convert(context, text.bytes.data(), static_cast<std::uint32_t>(text.bytes.size()), &block, 0));
+  return units_of_block(block);
+}
+
+// The first call measures, the second converts; the core writes a zero unit behind the text.
+std::u16string to_units(to_units_free_call* convert, text_view text) {
+  const auto length = static_cast<std::uint32_t>(text.bytes.size());
+  const std::int32_t measured = convert(text.bytes.data(), length, nullptr, 0);
+  const std::uint32_t count =
+      measured < 0 ? 0U - static_cast<std::uint32_t>(measured) : static_cast<std::uint32_t>(measured);
+  std::u16string units(count, u'\0');
+  convert(text.bytes.data(), length, units.data(), count + 1);
+  return units;
+}
+
+db_string::tt_string to_text(to_text_call* convert, std::uint64_t context, const std::u16string& units,
+                             upper_limit limit) {
+  const std::uint8_t* block = nullptr;
+  check(convert(context, units.c_str(), static_cast<std::uint8_t>(limit), &block));
+  return text_of_block(block);
+}
+
+}  // namespace
+
+std::u16string turbotext_to_ucs2(std::uint64_t context, text_view text) {
+  return to_units(orv_context_convert_turbotext_to_ucs2, context, text);
+}
+
+std::u16string turbotext_to_ucs2(text_view text) { return to_units(orv_convert_turbotext_to_ucs2, text); }
+
+std::u16string turbotext_to_base_ucs2(std::uint64_t context, text_view text) {
+  return to_units(orv_context_convert_turbotext_to_base_ucs2, context, text);
+}
+
+std::u16string turbotext_to_base_ucs2(text_view text) { return to_units(orv_convert_turbotext_to_base_ucs2, text); }
+
+db_string::tt_string ucs2_to_turbotext(std::uint64_t context, const std::u16string& units, upper_limit limit) {
+  return to_text(orv_context_convert_ucs2_to_turbotext, context, units, limit);
+}
+
+db_string::tt_string ucs2_to_turbotext(const std::u16string& units, upper_limit limit) {
+  const auto flag = static_cast<std::uint8_t>(limit);
+  std::vector<std::uint8_t> bytes(orv_convert_ucs2_to_turbotext(units.c_str(), flag, nullptr, 0));
+  orv_convert_ucs2_to_turbotext(units.c_str(), flag, bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+  return {bytes.data(), bytes.size()};
+}
+
+db_string::tt_string ucs2_to_setspec_turbotext(std::uint64_t context, const std::u16string& units, upper_limit limit) {
+  return to_text(orv_context_convert_ucs2_to_setspectt, context, units, limit);
+}
+
+}  // namespace db_util

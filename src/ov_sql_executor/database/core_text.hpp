@@ -1,0 +1,32 @@
+// Conversions between the core's encoded text and UTF-16. Those with a context throw db_util::db_exception with the
+// core's status; those without cannot fail. A text handed to the core ends at its first zero unit.
+#ifndef OV_SQL_EXECUTOR_DATABASE_CORE_TEXT_HPP_
+#define OV_SQL_EXECUTOR_DATABASE_CORE_TEXT_HPP_
+
+#include <cstdint>
+#include <string>
+
+#include "ov_sql_executor/values/tt_string.hpp"
+#include "ov_sql_executor/values/value_view.hpp"
+
+namespace db_util {
+
+using ov::sql_executor::text_view;
+
+std::u16string turbotext_to_ucs2(std::uint64_t context, text_view text);
+std::u16string turbotext_to_ucs2(text_view text);
+
+// The base form, in which texts that differ only in case are equal.
+std::u16string turbotext_to_base_ucs2(std::uint64_t context, text_view text);
+std::u16string turbotext_to_base_ucs2(text_view text);
+
+// What an encoded text stands for: the text itself, or a mark above every text that begins with it.
+enum class upper_limit : std::uint8_t { no = 0, yes = 1 };
+
+db_string::tt_string ucs2_to_turbotext(std::uint64_t context, const std::u16string& units, upper_limit limit);
+db_string::tt_string ucs2_to_turbotext(const std::u16string& units, upper_limit limit);
+db_string::tt_string ucs2_to_setspec_turbotext(std::uint64_t context, const std::u16string& units, upper_limit limit);
+
+}  // namespace db_util
+
+#endif  // OV_SQL_EXECUTOR_DATABASE_CORE_TEXT_HPP_

@@ -1,0 +1,26 @@
+#ifndef OV_SQL_EXECUTOR_EXECUTION_PROJECTION_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_PROJECTION_HPP_
+
+#include <memory>
+#include <vector>
+
+#include "ov_sql_executor/execution/row_source.hpp"
+#include "ov_sql_executor/expressions/operand.hpp"
+
+namespace ov::sql_executor {
+
+// Turns each row of its child into the values of its expressions, in order.
+class projection final : public source_node {
+ public:
+  projection(std::unique_ptr<node> child, std::vector<std::unique_ptr<operators::operator_base>> expressions);
+
+  std::unique_ptr<row_source> open(execution_context& context) const override;
+
+ private:
+  input child_;
+  std::vector<operators::operand> expressions_;
+};
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_EXECUTION_PROJECTION_HPP_

@@ -1,0 +1,50 @@
+// How the nodes of this library hand rows to each other: on the row stack, without making a row of each.
+#ifndef OV_SQL_EXECUTOR_EXECUTION_ROW_SOURCE_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_ROW_SOURCE_HPP_
+
+#include <memory>
+#include <optional>
+
+#include "ov_sql_executor/execution/enumerator.hpp"
+#include "ov_sql_executor/execution/node.hpp"
+
+namespace ov::sql_executor {
+
+// An enumerator that can leave its next row on the row stack, where whoever asked looks at it, keeps it or cuts it off.
+class row_source : public enumerator {
+ public:
+  // Appends the values of the next row to the row stack and returns true; returns false at the end and on every later
+  // call, with the stack as it was.
+  virtual bool push_next(execution_context& context) = 0;
+
+  // The same row, moved off the stack.
+  std::optional<row> next(execution_context& context) override;
+};
+
+// A node of this library.
+class source_node : public node {
+ public:
+  virtual std::unique_ptr<row_source> open(execution_context& context) const = 0;
+
+  enumerator* create_enumerator(execution_context& context) const final { return open(context).release(); }
+};
+
+// A node's child: owned, and opened as a row source even if it is not one of this library's.
+class input {
+ public:
+  explicit input(std::unique_ptr<node> child)
+      : child_(std::move(child)), source_(dynamic_cast<const source_node*>(child_.get())) {}
+
+  std::unique_ptr<row_source> open(execution_context& context) const;
+
+ private:
+  std::unique_ptr<node> child_;
+  const source_node* source_;  // child_, if it is of this library
+};
+
+// Cuts the row stack back to a size that it had before.
+void cut_row_stack(execution_context& context, std::size_t size);
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_EXECUTION_ROW_SOURCE_HPP_

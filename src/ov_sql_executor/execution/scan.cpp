@@ -1,0 +1,44 @@
+#include "ov_sql_executor/execution/scan.hpp"
+
+#include "ov_sql_executor/database/obj_ref.hpp"
+#include "ov_sql_executor/database/status.hpp"
+#include "ov_sql_executor/execution/scan_keys.hpp"
+
+namespace ov::sql_executor {
+
+namespace {
+
+// Owns an iterator of the core.
+class scan_enumerator final : public row_source {
+ public:
+  scan_enumerator(std::uint64_t index, const scan_keys& keys, const execution_context& context) {
+    db_util::check(orv_context_create_iterator(context.context_handle, index, keys.flags, keys.first.data(),
+                                               keys.last.data(), &iterator_));
+  }
+
+  // Runs while exceptions may pass, and nothing depends on the iterator any more: the status is not looked at.
+  ~scan_enumerator() override { orv_iterator_free(iterator_); }
+
+  bool push_next(execution_context& context) override {
+    if (done_) return false;
+    ORV_REFERENCE_VALUE reference{};
+    db_util::check(orv_iterator_next(iterator_, &reference));
+    done_ = reference.object_number == 0;
+    if (done_) return false;
+    context.row_stack.emplace_back(db_util::to_obj_ref(reference));
+    return true;
+  }
+
+ private:
+  std::uint64_t iterator_ = 0;
+  bool done_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<row_source> scan::open(execution_context& context) const {
+  const scan_keys keys = make_scan_keys(ranges_, key_columns_, ascending_, context);
+  return std::make_unique<scan_enumerator>(index_handle_, keys, context);
+}
+
+}  // namespace ov::sql_executor

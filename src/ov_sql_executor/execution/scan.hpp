@@ -1,0 +1,41 @@
+#ifndef OV_SQL_EXECUTOR_EXECUTION_SCAN_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_SCAN_HPP_
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "ov_sql_executor/database/metadata.hpp"
+#include "ov_sql_executor/execution/key_condition.hpp"
+#include "ov_sql_executor/execution/row_source.hpp"
+
+namespace ov::sql_executor {
+
+// Walks an interval of an index and yields the objects found, one reference per row. The bounds are evaluated when the
+// enumerator is created, against the rows in scope: on the inner side of a join a scan is an index lookup.
+//
+// An exclusive end on a leading key column that is not the last one is as good as inclusive where a later column has
+// conditions, too: the flags that the core takes are those of the last column with conditions. A filter must stay
+// above. An interval that is empty on any column makes the whole scan empty.
+class scan final : public source_node {
+ public:
+  // ranges: the conditions on each leading key column, in key order; key_columns: every key column of the index.
+  scan(std::vector<std::vector<key_condition>> ranges, std::uint64_t index_handle,
+       std::vector<meta_data::key_column> key_columns, bool ascending)
+      : ranges_(std::move(ranges)),
+        index_handle_(index_handle),
+        key_columns_(std::move(key_columns)),
+        ascending_(ascending) {}
+
+  std::unique_ptr<row_source> open(execution_context& context) const override;
+
+ private:
+  std::vector<std::vector<key_condition>> ranges_;
+  std::uint64_t index_handle_;
+  std::vector<meta_data::key_column> key_columns_;
+  bool ascending_;
+};
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_EXECUTION_SCAN_HPP_

@@ -1,0 +1,37 @@
+#ifndef OV_SQL_EXECUTOR_EXPRESSIONS_LENDING_OPERATOR_HPP_
+#define OV_SQL_EXECUTOR_EXPRESSIONS_LENDING_OPERATOR_HPP_
+
+#include "ov_sql_executor/expressions/operator_base.hpp"
+#include "ov_sql_executor/values/value_view.hpp"
+
+namespace ov::sql_executor::operators {
+
+// The operators of this library. Beside evaluate they can lend: show their value where it lies instead of making a copy
+// that whoever only looks at it would throw away. Both have the same result, errors and order of evaluation.
+class lending_operator : public operator_base {
+ public:
+  // The value, held in the view itself, lying in the context, in a buffer of the core, or in room, which is free for
+  // the operator to use. Good until the next core call on the context, and as long as the context's lists and room
+  // stay.
+  virtual value_view lend(execution_context& context, value& room) const = 0;
+
+  value evaluate(execution_context& context) const override {
+    value room;
+    return to_value(lend(context, room));
+  }
+};
+
+// An operator that makes a value of its own each time.
+class making_operator : public lending_operator {
+ public:
+  value evaluate(execution_context& context) const override = 0;
+
+  value_view lend(execution_context& context, value& room) const final {
+    room = evaluate(context);
+    return view_of(room);
+  }
+};
+
+}  // namespace ov::sql_executor::operators
+
+#endif  // OV_SQL_EXECUTOR_EXPRESSIONS_LENDING_OPERATOR_HPP_

@@ -1,0 +1,51 @@
+#ifndef OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_HPP_
+#define OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_HPP_
+
+#include <memory>
+
+#include "ov_sql_executor/expressions/lending_operator.hpp"
+#include "ov_sql_executor/expressions/operator_base.hpp"
+#include "ov_sql_executor/expressions/value_from_context.hpp"
+
+namespace ov::sql_executor::operators {
+
+// An owned expression, and the cheapest way to its value: read where it lies in the context, lent by an operator of
+// this library, or evaluated by one that is not. Which one it is, is found out once, when the tree is built.
+class operand {
+ public:
+  explicit operand(std::unique_ptr<operator_base> expression)
+      : expression_(std::move(expression)),
+        lender_(dynamic_cast<const lending_operator*>(expression_.get())),
+        context_read_(dynamic_cast<const value_from_context*>(expression_.get())) {}
+
+  // A value of the caller's own.
+  value evaluate(execution_context& context) const { return expression_->evaluate(context); }
+
+  // A look at the value: for the operand that is evaluated last. See lending_operator::lend.
+  value_view lend(execution_context& context, value& room) const {
+    if (context_read_ != nullptr) return view_of(context_read_->at(context));
+    if (lender_ != nullptr) return lender_->lend(context, room);
+    room = expression_->evaluate(context);
+    return view_of(room);
+  }
+
+  // A look that stays good while other operands are evaluated: what the core lends is copied into room.
+  value_view hold(execution_context& context, value& room) const {
+    const value_view view = lend(context, room);
+    return context_read_ != nullptr || lender_ == nullptr ? view : keep(view, room);
+  }
+
+  // Appends the value to a list, made in its place where possible.
+  void append_to(std::vector<value>& list, execution_context& context) const;
+
+ private:
+  static value_view keep(const value_view& view, value& room);
+
+  std::unique_ptr<operator_base> expression_;
+  const lending_operator* lender_;          // expression_, if it lends
+  const value_from_context* context_read_;  // expression_, if it only reads the context
+};
+
+}  // namespace ov::sql_executor::operators
+
+#endif  // OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_HPP_

@@ -1,0 +1,100 @@
+#include "ov_sql_executor/planning/node_translation.hpp"
+
+#include <utility>
+#include <variant>
+
+#include "ov_sql_executor/database/metadata.hpp"
+#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/execution/filter.hpp"
+#include "ov_sql_executor/execution/generative_assignment.hpp"
+#include "ov_sql_executor/execution/projection.hpp"
+#include "ov_sql_executor/execution/scan.hpp"
+#include "ov_sql_executor/expressions/expression_translation.hpp"
+#include "ov_sql_executor/planning/scan_conditions.hpp"
+
+namespace physical_to_exec {
+
+namespace {
+
+using namespace physical_queryplan::QueryPlan;  // the alternatives are named one by one below
+using ov::sql_executor::join_scopes;
+using ov::sql_executor::scope;
+using ov::sql_executor::to_column_ref;
+using ov::sql_executor::to_expression;
+using ov::sql_executor::translate_expression;
+using ov::sql_executor::translate_expressions;
+using ov::sql_executor::value;
+
+class translator {
+ public:
+  translator(std::vector<value>& constants, const scope& outer) : constants_(constants), outer_(outer) {}
+
+  translation operator()(const Scan& plan) const {
+    const std::uint64_t handle = meta_data::index_handle(plan.index);
+    std::vector<meta_data::key_column> key_columns = meta_data::index_key_columns(plan.index);
+    auto conditions = translate_ranges(plan.ranges, constants_, outer_);
+    return {{plan.variable},
+            std::make_unique<ov::sql_executor::scan>(std::move(conditions), handle, std::move(key_columns),
+                                                     plan.ascending)};
+  }
+
+  translation operator()(const Filter& plan) const {
+    translation child = child_of(plan);
+    auto predicate = translate_expression(plan.predicate, constants_, join_scopes(outer_, child.columns));
+    return {std::move(child.columns),
+            std::make_unique<ov::sql_executor::filter>(std::move(child.node), std::move(predicate))};
+  }
+
+  // A projection that only repeats its input is its input.
+  translation operator()(const Projection& plan) const {
+    translation child = child_of(plan);
+    auto items = translate_expressions(plan.items, constants_, join_scopes(outer_, child.columns));
+    scope columns;
+    columns.reserve(plan.items.size());
+    for (const auto& item : plan.items) columns.push_back(to_column_ref(item));
+    if (columns == child.columns) return child;
+    return {std::move(columns),
+            std::make_unique<ov::sql_executor::projection>(std::move(child.node), std::move(items))};
+  }
+
+  translation operator()(const GenerativeAssignment& plan) const {
+    auto expression = translate_expression(plan.expression, constants_, outer_);
+    return {{plan.column}, std::make_unique<ov::sql_executor::generative_assignment>(std::move(expression))};
+  }
+
+  // The input's values are copied through, the assignments follow.
+  translation operator()(const Extension& plan) const {
+    translation child = child_of(plan);
+    std::vector<physical_queryplan::expression> list;
+    list.reserve(child.columns.size() + plan.assignments.size());
+    for (const auto& column : child.columns) list.push_back(to_expression(column));
+    for (const assignment& added : plan.assignments) list.push_back(added.expression);
+    auto expressions = translate_expressions(list, constants_, join_scopes(outer_, child.columns));
+    for (const assignment& added : plan.assignments) child.columns.push_back(added.column);
+    return {std::move(child.columns),
+            std::make_unique<ov::sql_executor::projection>(std::move(child.node), std::move(expressions))};
+  }
+
+  // The alternatives that are still to come.
+  template <class Alternative>
+  translation operator()(const Alternative& /*plan*/) const {
+    error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
+  }
+
+ private:
+  template <class Alternative>
+  translation child_of(const Alternative& plan) const {
+    return translate(*plan.child, constants_, outer_);
+  }
+
+  std::vector<value>& constants_;
+  const scope& outer_;
+};
+
+}  // namespace
+
+translation translate(const PredicateVariant& plan, std::vector<value>& constants, const scope& outer) {
+  return std::visit(translator(constants, outer), plan);
+}
+
+}  // namespace physical_to_exec

@@ -1,0 +1,28 @@
+#ifndef OV_SQL_EXECUTOR_PLANNING_NODE_TRANSLATION_HPP_
+#define OV_SQL_EXECUTOR_PLANNING_NODE_TRANSLATION_HPP_
+
+#include <memory>
+#include <vector>
+
+#include "ov_sql_executor/execution/node.hpp"
+#include "ov_sql_executor/expressions/scope.hpp"
+#include "ov_sql_executor/planning/query_plan.hpp"
+#include "ov_sql_executor/values/value.hpp"
+
+namespace physical_to_exec {
+
+// What one plan alternative becomes.
+struct translation {
+  ov::sql_executor::scope columns;  // one per value of the node's rows, in row order
+  std::unique_ptr<ov::sql_executor::node> node;
+};
+
+// Turns a plan into a tree of nodes. outer describes the values that stand on the row stack when the node's enumerator
+// runs: the rows of the enclosing nodes. Every expression of a node sees them, followed by the node's input row.
+// Literals are appended to constants. Throws as Plan does.
+translation translate(const physical_queryplan::QueryPlan::PredicateVariant& plan,
+                      std::vector<ov::sql_executor::value>& constants, const ov::sql_executor::scope& outer);
+
+}  // namespace physical_to_exec
+
+#endif  // OV_SQL_EXECUTOR_PLANNING_NODE_TRANSLATION_HPP_

@@ -1,0 +1,25 @@
+#include "ov_sql_executor/planning/plan.hpp"
+
+#include <utility>
+
+#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/planning/node_translation.hpp"
+#include "ov_sql_executor/planning/result_columns.hpp"
+
+namespace physical_to_exec {
+
+std::tuple<ov::sql_executor::runnable, std::vector<column_type>> Plan(
+    physical_queryplan::QueryPlan::PredicateVariant argument) {
+  // A parameter may outlive the call in the caller's frame; the plan must not.
+  const physical_queryplan::QueryPlan::PredicateVariant plan = std::move(argument);
+  std::vector<ov::sql_executor::value> constants;
+  translation translated = translate(plan, constants, {});
+  const auto* root = std::get_if<physical_queryplan::QueryPlan::Projection>(&plan);
+  if (root == nullptr) {
+    error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
+  }
+  std::vector<column_type> types = result_columns(*root);
+  return {ov::sql_executor::runnable{std::move(translated.node), std::move(constants)}, std::move(types)};
+}
+
+}  // namespace physical_to_exec

@@ -1,0 +1,118 @@
+#include "ov_sql_executor/planning/result_columns.hpp"
+
+#include <algorithm>
+#include <concepts>
+#include <variant>
+#include <vector>
+
+#include "ov_sql_executor/database/metadata.hpp"
+#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/planning/column_definition.hpp"
+
+namespace physical_to_exec {
+
+namespace {
+
+using namespace physical_queryplan;  // the alternatives of an expression
+using meta_support::TypeIdentity;
+
+[[noreturn]] void refuse() {
+  error_handling::raise_not_implemented(error_handling::no_detail, L"Unsupported return type");
+}
+
+// Operations whose result is a bool whatever their tag says.
+template <class Operation>
+concept truth_operation = std::same_as<Operation, Equality> || std::same_as<Operation, Inequality> ||
+    std::same_as<Operation, AtMost> || std::same_as<Operation, Less> || std::same_as<Operation, Greater> ||
+    std::same_as<Operation, AtLeast> || std::same_as<Operation, And> || std::same_as<Operation, Or> ||
+    std::same_as<Operation, Not> || std::same_as<Operation, NullTest> || std::same_as<Operation, NotNullTest> ||
+    std::same_as<Operation, PatternMatch> || std::same_as<Operation, PrefixTest> ||
+    std::same_as<Operation, ExclusiveOr> || std::same_as<Operation, TypeTest>;
+
+// The column of an alternative of value; the table of a reference is known only where metadata name it.
+template <class T>
+column_type type_of_alternative() {
+  if constexpr (std::same_as<T, SetSpecifier> || std::same_as<T, NullValue>) {
+    refuse();
+  } else if constexpr (std::same_as<T, OV_OBJ_REF>) {
+    return RefInfo{};
+  } else {
+    return TypeIdentity<T>{};
+  }
+}
+
+class typing {
+ public:
+  explicit typing(const QueryPlan::Projection& root) : root_(root) {}
+
+  column_type of(const expression& any) {
+    return std::visit([this](const auto& alternative) { return of(alternative); }, any);
+  }
+
+ private:
+  template <class Operation>
+  requires std::derived_from<Operation, operation> column_type of(const Operation& any) {
+    if constexpr (truth_operation<Operation>) {
+      return TypeIdentity<bool>{};
+    } else {
+      return std::visit([]<class T>(TypeIdentity<T>) { return type_of_alternative<T>(); }, any.result_type);
+    }
+  }
+
+  template <class T>
+  column_type of(const property_column<T>& /*column*/) {
+    return type_of_alternative<T>();
+  }
+
+  column_type of(const property_column<OV_OBJ_REF>& column) {
+    const auto target = meta_data::make_table_ref(meta_data::property_type_object(column.property.object));
+    return RefInfo{meta_data::object_name(target.table)};
+  }
+
+  template <class T>
+  column_type of(const computed<T>& /*column*/) {
+    return type_of_alternative<T>();
+  }
+
+  // A computed reference is what its definition is.
+  column_type of(const computed<OV_OBJ_REF>& column) {
+    if (std::find(being_defined_.begin(), being_defined_.end(), column.id) != being_defined_.end()) refuse();
+    being_defined_.push_back(column.id);
+    const expression* definition = find_definition(*root_.child, column);
+    if (definition == nullptr) refuse();
+    column_type type = of(*definition);
+    being_defined_.pop_back();
+    return type;
+  }
+
+  column_type of(const variable& column) { return RefInfo{meta_data::object_name(column.table)}; }
+
+  column_type of(const literal& any) {
+    return std::visit([this](const auto& alternative) { return of_literal(alternative); }, any);
+  }
+
+  template <class T>
+  column_type of_literal(const T& /*literal_value*/) {
+    return type_of_alternative<T>();
+  }
+
+  template <class T>
+  column_type of_literal(const parameter<T>& /*literal_parameter*/) {
+    return type_of_alternative<T>();
+  }
+
+  const QueryPlan::Projection& root_;
+  std::vector<identifier> being_defined_;  // computed references on the way to their definitions
+};
+
+}  // namespace
+
+std::vector<column_type> result_columns(const QueryPlan::Projection& root) {
+  typing types(root);
+  std::vector<column_type> columns;
+  columns.reserve(root.items.size());
+  for (const expression& item : root.items) columns.push_back(types.of(item));
+  return columns;
+}
+
+}  // namespace physical_to_exec
