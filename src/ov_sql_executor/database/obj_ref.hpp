@@ -15,8 +15,8 @@ inline OV_OBJ_REF to_obj_ref(const ORV_REFERENCE_VALUE& reference) {
 class OV_SQL_EXECUTOR_API OvObjRef {
  public:
   OvObjRef();  // names no object
-  explicit OvObjRef(const ORV_REFERENCE_VALUE& reference);
-  explicit OvObjRef(OV_OBJ_REF reference);
+  OvObjRef(const ORV_REFERENCE_VALUE& reference);
+  OvObjRef(OV_OBJ_REF reference);
   OvObjRef(const OvObjRef&) = default;
   OvObjRef& operator=(const OvObjRef& other);
   OvObjRef& operator=(OvObjRef&& other) noexcept;
