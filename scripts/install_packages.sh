@@ -7,7 +7,8 @@ packages=(
   g++ clang cmake ninja-build pkg-config git
   libboost-dev          # the library: multiprecision oracle, numeric conversion exceptions, hashing
   libabsl-dev           # the embedded core: B-tree of the ordered indexes
-  libicu-dev            # the embedded core: case folding
+  libicu-dev            # the embedded core: case folding; the host: UTF-8
+  libcsv-dev            # the host: CSV files
   libgtest-dev libgmock-dev libbenchmark-dev libsqlite3-dev
   clang-format clang-tidy libclang-rt-14-dev
   gcovr

@@ -1,0 +1,44 @@
+#ifndef OVHOST_FIELD_READER_HPP_
+#define OVHOST_FIELD_READER_HPP_
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ovcoredb/database.hpp"
+#include "ovhost/catalog.hpp"
+#include "ovhost/csv_reader.hpp"
+#include "ovhost/value_kind.hpp"
+
+namespace ovhost {
+
+// A field that does not fit its column; the message says why.
+class bad_field : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Turns text fields into cells of one type. A cell of text or bytes is lent by the reader until its next call.
+class field_reader {
+ public:
+  virtual ~field_reader() = default;
+
+  // Throws bad_field.
+  virtual ovcoredb::cell read(const std::string& field) = 0;
+};
+
+// A reader for cells of a kind, but references. text: UTF-8. numbers: digits, with a point where the kind has one; a
+// decimal has at most six digits after it. bool: true or false. binary: pairs of hexadecimal digits.
+std::unique_ptr<field_reader> make_field_reader(value_kind kind);
+
+// A reader for references to the objects of a table by the value of a property on which the table has a unique index of
+// its own. Throws std::invalid_argument if there is none, unknown_name if the property does not exist.
+std::unique_ptr<field_reader> make_reference_reader(const catalog& names, const table_info& table,
+                                                    std::string_view property);
+
+}  // namespace ovhost
+
+#endif  // OVHOST_FIELD_READER_HPP_
