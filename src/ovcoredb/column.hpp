@@ -1,19 +1,20 @@
-// The values of one column of one table, row by row, in one block of memory.
+// The values of one column of one table, row by row.
 #ifndef OVCOREDB_COLUMN_HPP_
 #define OVCOREDB_COLUMN_HPP_
 
+#include <bit>
 #include <cstdint>
-#include <cstring>
 #include <span>
 
 #include "ovcoredb/database.hpp"
+#include "ovcoredb/narrow_array.hpp"
 #include "ovcoredb/raw_array.hpp"
 
 namespace ovcoredb {
 
 class column {
  public:
-  explicit column(column_type type);
+  explicit column(column_type type) : type_(type) {}
 
   column_type type() const { return type_; }
 
@@ -25,31 +26,31 @@ class column {
 
   bool has_value(std::uint64_t row) const { return absent_.empty() || (absent_[row >> 6] >> (row & 63) & 1) == 0; }
 
-  // T: std::uint64_t, std::int64_t (decimals in millionths), float, double, OV_OBJ_REF, or std::uint8_t for bool.
-  template <class T>
-  T fixed(std::uint64_t row) const {
-    T value;
-    std::memcpy(&value, values_.data() + row * sizeof(T), sizeof(T));
-    return value;
+  // Of a column of the type in question; a decimal's in millionths.
+  std::uint64_t unsigned_value(std::uint64_t row) const { return values_[row]; }  // uint64, bool
+  std::int64_t signed_value(std::uint64_t row) const {                            // int64, decimal
+    return static_cast<std::int64_t>(values_[row] >> 1 ^ (0 - (values_[row] & 1)));
   }
-
-  // Of a text (encoded) or binary column.
-  std::span<const std::uint8_t> bytes(std::uint64_t row) const {
-    const auto first = row == 0 ? 0 : fixed<std::uint64_t>(row - 1);
-    return {bytes_.data() + first, fixed<std::uint64_t>(row) - first};
+  float float32_value(std::uint64_t row) const {
+    return std::bit_cast<float>(static_cast<std::uint32_t>(values_[row]));
+  }
+  double float64_value(std::uint64_t row) const { return std::bit_cast<double>(values_[row]); }
+  OV_OBJ_REF reference(std::uint64_t row) const { return {values_[row], second_words_[row]}; }
+  std::span<const std::uint8_t> bytes(std::uint64_t row) const {  // text (encoded), binary
+    const std::uint64_t first = row == 0 ? 0 : values_[row - 1];
+    return {bytes_.data() + first, values_[row] - first};
   }
 
  private:
   struct appender;
 
-  std::uint64_t rows() const { return width_ == 0 ? 0 : values_.size() / width_; }
   void mark_absent(std::uint64_t row);
 
   column_type type_;
-  std::uint8_t width_;               // bytes per row in values_
-  raw_array<std::uint8_t> values_;   // text and binary: where each row's bytes end in bytes_
+  narrow_array values_;  // signed numbers with the sign in the lowest bit; of bytes, where they end in bytes_
   raw_array<std::uint64_t> absent_;  // one bit per row without a value; empty while there is none
-  raw_array<std::uint8_t> bytes_;
+  narrow_array second_words_;        // of references
+  raw_array<std::uint8_t> bytes_;    // of texts and binaries
 };
 
 }  // namespace ovcoredb

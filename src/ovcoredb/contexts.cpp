@@ -10,13 +10,15 @@
 namespace ovcoredb {
 
 std::atomic<context_state*> context_slots[context_limit];
+std::atomic<iterator_state*> iterator_slots[iterator_limit];
 
 namespace {
 
+std::atomic<std::size_t> used_iterator_slots = 1;
 std::mutex opening;  // taken to open and to close a context, never to read
 
 context_state& free_slot(std::size_t& slot) {
-  for (slot = 0; slot < context_limit; ++slot) {
+  for (slot = 1; slot < context_limit; ++slot) {
     context_state* const state = context_slots[slot].load();
     if (state != nullptr && state->handle.load() != 0) continue;
     if (state != nullptr) return *state;
@@ -28,29 +30,41 @@ context_state& free_slot(std::size_t& slot) {
 
 }  // namespace
 
-iterator_state* context_state::open_iterator() {
-  if (free_iterators.empty()) {
-    if (iterators.size() == iterator_limit) return nullptr;
-    free_iterators.reserve(iterators.size() + 1);
-    iterators.emplace_back();
-    free_iterators.push_back(static_cast<std::uint16_t>(iterators.size() - 1));
+bool context_state::add_iterator() {
+  if (iterators.size() == iterators_of_a_context_limit) return false;
+  auto added = std::make_unique<iterator_state>();
+  if (iterators.size() == iterators.capacity()) iterators.reserve(2 * iterators.size() + 8);
+  free_iterators.reserve(iterators.capacity());
+  added->owner = this;
+  added->slot = used_iterator_slots.fetch_add(1);
+  if (added->slot >= iterator_limit) {
+    used_iterator_slots.fetch_sub(1);
+    return false;
   }
-  const std::uint16_t place = free_iterators.back();
+  iterator_slots[added->slot].store(added.get(), std::memory_order_release);
+  free_iterators.push_back(added.get());
+  iterators.push_back(std::move(added));
+  return true;
+}
+
+iterator_state* context_state::open_iterator() {
+  if (free_iterators.empty() && !add_iterator()) return nullptr;
+  iterator_state* const opened = free_iterators.back();
   free_iterators.pop_back();
-  const std::uint64_t slot = handle.load(std::memory_order_relaxed) % context_limit;
-  iterators[place].handle = (++iterator_generation * iterator_limit + place) * context_limit + slot;
-  return &iterators[place];
+  opened->handle.store(++opened->generation * iterator_limit + opened->slot, std::memory_order_relaxed);
+  return opened;
 }
 
 void context_state::close_iterator(iterator_state& iterator) {
-  iterator.handle = 0;
-  free_iterators.push_back(static_cast<std::uint16_t>(&iterator - iterators.data()));
+  iterator.handle.store(0, std::memory_order_relaxed);
+  free_iterators.push_back(&iterator);
 }
 
-void context_state::close_all_iterators() {
+void context_state::before_write() {
+  runs.fill({});
   if (free_iterators.size() == iterators.size()) return;
-  for (iterator_state& each : iterators) {
-    if (each.handle != 0) close_iterator(each);
+  for (const auto& each : iterators) {
+    if (each->handle.load(std::memory_order_relaxed) != 0) close_iterator(*each);
   }
 }
 
@@ -70,7 +84,7 @@ void close_context(std::uint64_t handle) {
   context_state* const closed = find_context(handle);
   if (closed == nullptr) return;
   closed->handle.store(0);
-  closed->close_all_iterators();
+  closed->before_write();
   std::erase(closed->database->contexts, closed);
   closed->database = nullptr;
 }

@@ -2,12 +2,14 @@
 // is not found.
 //
 //    context handle    63 ... 12 generation of the slot (from 1) | 11 ... 0 slot
-//    iterator handle   63 ... 28 generation | 27 ... 12 place in the context | 11 ... 0 slot of the context
+//    iterator handle   63 ... 20 generation of the slot (from 1) | 19 ... 0 slot
 #ifndef OVCOREDB_CONTEXTS_HPP_
 #define OVCOREDB_CONTEXTS_HPP_
 
+#include <array>
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,56 +19,80 @@ namespace ovcoredb {
 
 struct database_state;
 
-inline constexpr std::size_t context_limit = 4096;
-inline constexpr std::size_t iterator_limit = 65536;  // per context
+inline constexpr std::size_t context_limit = 4096;      // slot 0 is not used
+inline constexpr std::size_t iterator_limit = 1 << 20;  // in the process; slot 0 is not used
+inline constexpr std::size_t iterators_of_a_context_limit = 65536;
 
+struct context_state;
+
+// An iterator takes its objects from the index in batches, the first of one object, each later one twice as large.
 struct iterator_state {
-  std::uint64_t handle = 0;  // 0: not in use
+  static constexpr std::uint32_t largest_batch = 32;
+
+  std::atomic<std::uint64_t> handle{0};  // 0: not in use
+  const std::uint64_t* given = batch;    // of the batch, what was handed out ends here
+  const std::uint64_t* taken = batch;    // what lies in it ends here
+  std::uint32_t batch_size = 0;
+  bool descending = false;
+  bool stop_is_end = false;  // nothing behind `stop` belongs to the range and nothing before it has to be checked
   const ordered_index* index = nullptr;
   ordered_index::position next{};  // descending: the entry before it is the next one
   ordered_index::position stop{};
   range_end last;
-  unsigned unchecked_after = 0;  // steps that compare with `last`; then `stop` is the end of the range
-  bool descending = false;
+  std::uint64_t batch[largest_batch];  // index_entry::tagged
+  context_state* owner = nullptr;
+  std::uint64_t generation = 0;
+  std::size_t slot = 0;
 };
 
-// A slot's state stays allocated when its context ends, for the next one.
+// Where the values of one column lie for consecutive objects: what a getter finds out it keeps for the next object.
+struct column_run {
+  std::uint64_t column_and_tag = 0;
+  std::uint64_t first = 0;  // object numbers
+  std::uint64_t count = 0;  // 0: holds nothing
+  std::uint64_t row_of_first = 0;
+  const column* values = nullptr;
+
+  static std::uint64_t name(std::uint32_t column, std::uint16_t tag) { return std::uint64_t{column} << 16 | tag; }
+};
+
+// A slot's state, with its iterators, stays allocated when its context ends, for the next one.
 struct context_state {
   std::atomic<std::uint64_t> handle{0};  // 0: not in use
   database_state* database = nullptr;
+  std::array<column_run, 8> runs;
   std::uint64_t generation = 0;
-  std::uint64_t iterator_generation = 0;
-  std::vector<iterator_state> iterators;
-  std::vector<std::uint16_t> free_iterators;  // places
-  range_end first;                            // scratch: where an iterator that is being opened starts
-  std::u16string units;                       // scratch
-  std::vector<std::uint8_t> block;            // the result lent last
+  std::vector<std::unique_ptr<iterator_state>> iterators;
+  std::vector<iterator_state*> free_iterators;
+  range_end first;                  // scratch: where an iterator that is being opened starts
+  std::u16string units;             // scratch
+  std::vector<std::uint8_t> block;  // the result lent last
 
   iterator_state* open_iterator();  // null: too many
   void close_iterator(iterator_state& iterator);
-  void close_all_iterators();
+
+  column_run& run_of(std::uint32_t column, std::uint16_t tag) { return runs[(column ^ tag) % runs.size()]; }
+
+  // Forgets what a write makes wrong: positions in indexes and places of values.
+  void before_write();
+
+ private:
+  bool add_iterator();
 };
 
 extern std::atomic<context_state*> context_slots[context_limit];
+extern std::atomic<iterator_state*> iterator_slots[iterator_limit];
 
 inline context_state* find_context(std::uint64_t handle) {
   context_state* const found = context_slots[handle % context_limit].load(std::memory_order_acquire);
-  if (found == nullptr || handle == 0 || found->handle.load(std::memory_order_relaxed) != handle) return nullptr;
+  if (found == nullptr || found->handle.load(std::memory_order_relaxed) != handle) return nullptr;
   return found;
 }
 
-struct found_iterator {
-  context_state* context = nullptr;
-  iterator_state* iterator = nullptr;  // null: no such iterator
-};
-
-inline found_iterator find_iterator(std::uint64_t handle) {
-  context_state* const context = context_slots[handle % context_limit].load(std::memory_order_acquire);
-  if (context == nullptr) return {};
-  const std::size_t place = handle / context_limit % iterator_limit;
-  if (place >= context->iterators.size() || handle == 0) return {};
-  iterator_state* const iterator = &context->iterators[place];
-  return {context, iterator->handle == handle ? iterator : nullptr};
+inline iterator_state* find_iterator(std::uint64_t handle) {
+  iterator_state* const found = iterator_slots[handle % iterator_limit].load(std::memory_order_acquire);
+  if (found == nullptr || found->handle.load(std::memory_order_relaxed) != handle) return nullptr;
+  return found;
 }
 
 context_state& open_context(database_state& database);  // throws std::runtime_error

@@ -56,7 +56,7 @@ std::uint16_t database::create_table(const table_definition& definition) {
   check_table(state_->objects, definition);
   table_definition named = definition;
   if (named.tag == 0) named.tag = static_cast<std::uint16_t>(next_name(state_->objects.tables().size(), "table tag"));
-  state_->close_all_iterators();
+  state_->before_write();
   return state_->objects.create_table(named).tag;
 }
 
@@ -69,7 +69,7 @@ std::uint64_t database::create_index(const index_definition& definition) {
   for (std::uint64_t number = 1; number <= state.objects.object_count(); ++number) {
     if (state.objects.find_object(number).in->find_segment(on.tag) != nullptr) created->insert(number);
   }
-  state.close_all_iterators();
+  state.before_write();
   if (state.indexes.size() <= handle) state.indexes.resize(handle + 1);
   for (const auto& each : state.objects.tables()) {
     if (each != nullptr) each->indexes.reserve(each->indexes.size() + 1);
@@ -84,7 +84,7 @@ std::uint64_t database::create_index(const index_definition& definition) {
 OV_OBJ_REF database::insert(std::uint16_t table_tag, std::span<const cell> cells) {
   table* const to = state_->objects.find_table(table_tag);
   check_cells(existing_table(state_->objects, table_tag), cells);
-  state_->close_all_iterators();
+  state_->before_write();
   const std::uint64_t number = state_->objects.append(*to, cells);
   enter(*state_, *to, number);
   return {number, table_tag};
@@ -99,7 +99,7 @@ std::uint64_t database::object_count() const { return state_->objects.object_cou
 void database::remove_after(std::uint64_t count) {
   object_store& objects = state_->objects;
   if (count > objects.object_count()) throw std::invalid_argument("there are fewer objects than that");
-  state_->close_all_iterators();
+  state_->before_write();
   for (std::uint64_t number = objects.object_count(); number > count; --number) {
     for (ordered_index* const each : objects.find_object(number).in->indexes) each->erase(number);
     objects.remove_last();

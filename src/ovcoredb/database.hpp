@@ -133,7 +133,7 @@ class OVCOREDB_API database {
   std::unique_ptr<database_state> state_;
 };
 
-// A context to read a database with, for one thread at a time. At most 4096 exist at once in the process.
+// A context to read a database with, for one thread at a time. At most 4095 exist at once in the process.
 class OVCOREDB_API context {
  public:
   explicit context(const database& database);  // std::runtime_error when there are too many

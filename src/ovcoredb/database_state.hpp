@@ -20,9 +20,8 @@ struct database_state {
     return handle < indexes.size() ? indexes[handle].get() : nullptr;
   }
 
-  // Before every write: positions in an index do not survive it.
-  void close_all_iterators() {
-    for (context_state* const each : contexts) each->close_all_iterators();
+  void before_write() {
+    for (context_state* const each : contexts) each->before_write();
   }
 };
 

@@ -87,6 +87,18 @@ void place_bytes(std::span<const key_part> parts, range_end& end) {
   }
 }
 
+void place_end(std::span<const key_part> parts, bool behind_equal, range_end& end) {
+  constexpr std::uint64_t all = ~std::uint64_t{0};
+  end.behind_equal = behind_equal;
+  if (end.components.empty()) {
+    end.word = end.tagged = behind_equal ? all : 0;
+    return;
+  }
+  const leading_order leading = leading_order_of(end.components.front(), parts.front().ascending);
+  end.word = leading.word;
+  end.tagged = std::uint64_t{leading.high} << 63 | (behind_equal ? all >> 1 : 0);
+}
+
 key_component read_column(const column& from, std::uint64_t row) {
   if (!from.has_value(row)) return {};
   switch (from.type()) {
@@ -95,15 +107,13 @@ key_component read_column(const column& from, std::uint64_t row) {
     case column_type::binary:
       return bytes_component(from.bytes(row));
     case column_type::int64:
-      return number_component(ordered_word(from.fixed<std::int64_t>(row)));
+      return number_component(ordered_word(from.signed_value(row)));
     case column_type::decimal:
-      return number_component(ordered_decimal_word(from.fixed<std::int64_t>(row)));
+      return number_component(ordered_decimal_word(from.signed_value(row)));
     case column_type::reference:
-      return number_component(from.fixed<OV_OBJ_REF>(row).object_number);
-    case column_type::boolean:
-      return number_component(from.fixed<std::uint8_t>(row));
+      return number_component(from.reference(row).object_number);
     default:
-      return number_component(from.fixed<std::uint64_t>(row));
+      return number_component(from.unsigned_value(row));
   }
 }
 
@@ -115,7 +125,7 @@ key_component read_component(const key_part& part, std::uint64_t number, const o
   return bytes_component(std::span(place.in->encoded_set_specifier).subspan(1));
 }
 
-bool read_key(const std::uint8_t* key, std::span<const key_part> parts, range_end& end) {
+bool read_key(const std::uint8_t* key, std::span<const key_part> parts, bool behind_equal, range_end& end) {
   end.components.clear();
   end.bytes.clear();
   key_reader reader(key, end);
@@ -125,7 +135,7 @@ bool read_key(const std::uint8_t* key, std::span<const key_part> parts, range_en
   }
   if (!reader.at_end()) return false;
   place_bytes(parts, end);
-  if (!end.components.empty()) end.leading = leading_order_of(end.components.front(), parts.front().ascending);
+  place_end(parts, behind_equal, end);
   return true;
 }
 

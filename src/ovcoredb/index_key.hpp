@@ -43,13 +43,16 @@ inline leading_order leading_order_of(const key_component& first, bool ascending
 struct range_end {
   std::vector<key_component> components;  // at most as many as the key has columns
   std::vector<std::uint8_t> bytes;        // what the components' spans refer to
-  leading_order leading;
   bool behind_equal = false;
+
+  // The end as an entry would lie there (see index_entry), as far as its first component tells.
+  std::uint64_t word = 0;
+  std::uint64_t tagged = 0;
 };
 
-// Replaces the end's components by those of `key`. False when the key is not well formed or does not fit the parts.
+// Replaces the end by that of `key`. False when the key is not well formed or does not fit the parts.
 // Reads nothing behind the key's terminator or its first malformed byte.
-bool read_key(const std::uint8_t* key, std::span<const key_part> parts, range_end& end);
+bool read_key(const std::uint8_t* key, std::span<const key_part> parts, bool behind_equal, range_end& end);
 
 }  // namespace ovcoredb
 

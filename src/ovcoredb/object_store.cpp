@@ -43,7 +43,7 @@ table& object_store::create_table(const table_definition& definition) {
 std::uint64_t object_store::append(table& to, std::span<const cell> cells) {
   try {
     for (std::size_t i = 0; i < cells.size(); ++i) to.columns[i].append(cells[i]);
-    places_.push_back(to.rows << 16 | to.tag);
+    places_.push_back({to.rows, to.tag});
   } catch (...) {
     truncate_rows(to, to.rows);
     throw;
@@ -53,9 +53,9 @@ std::uint64_t object_store::append(table& to, std::span<const cell> cells) {
 }
 
 void object_store::remove_last() {
-  const std::uint64_t place = places_[places_.size() - 1];
-  truncate_rows(*tables_[place & 0xFFFF], place >> 16);
-  places_.truncate(places_.size() - 1);
+  const packed_place place = places_[places_.size() - 1];
+  truncate_rows(*tables_[place.tag()], place.row());
+  places_.pop_back();
 }
 
 }  // namespace ovcoredb

@@ -12,7 +12,7 @@
 
 #include "ovcoredb/column.hpp"
 #include "ovcoredb/database.hpp"
-#include "ovcoredb/raw_array.hpp"
+#include "ovcoredb/place_directory.hpp"
 
 namespace ovcoredb {
 
@@ -67,8 +67,15 @@ class object_store {
 
   object_place find_object(std::uint64_t number) const {
     if (number - 1 >= places_.size()) return {};
-    const std::uint64_t place = places_[number - 1];
-    return {tables_[place & 0xFFFF].get(), place >> 16};
+    const packed_place place = places_[number - 1];
+    return {tables_[place.tag()].get(), place.row()};
+  }
+
+  // The object's run in the directory, counted in object numbers. The object exists.
+  place_directory::run run_of(std::uint64_t number) const {
+    place_directory::run run = places_.run_of(number - 1);
+    ++run.first;
+    return run;
   }
 
   // Gives the next number to a new object; each cell fits its column. An append that threw has no effect.
@@ -77,7 +84,7 @@ class object_store {
 
  private:
   std::vector<std::unique_ptr<table>> tables_;
-  raw_array<std::uint64_t> places_;  // by object number: row << 16 | tag
+  place_directory places_;  // by object number - 1
 };
 
 }  // namespace ovcoredb

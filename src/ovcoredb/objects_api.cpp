@@ -1,7 +1,4 @@
 // The C interface: reading objects.
-#include <cstring>
-#include <new>
-
 #include "ovcoredb/contexts.hpp"
 #include "ovcoredb/database_state.hpp"
 #include "ovcoredb/lent_blocks.hpp"
@@ -17,16 +14,38 @@ struct found_column {
   std::uint64_t row = 0;
 };
 
-found_column find_column(const context_state* context, std::uint64_t number, std::uint64_t second_word,
-                         std::uint32_t column) {
-  if (context == nullptr) return {ORV_BAD_CONTEXT};
-  const object_place place = context->database->objects.find_object(number);
+// Out of line, which keeps the common read short. Remembers what it found for the next object.
+[[gnu::noinline]] found_column find_column_anew(context_state& context, std::uint64_t number, std::uint16_t tag,
+                                                std::uint32_t column) {
+  const object_store& objects = context.database->objects;
+  const object_place place = objects.find_object(number);
   if (place.in == nullptr) return {ORV_BAD_OBJECT};
-  const column_segment* const segment = place.in->find_segment(static_cast<std::uint16_t>(second_word));
+  const column_segment* const segment = place.in->find_segment(tag);
   if (segment == nullptr) return {ORV_BAD_COLUMN};
   if (column < first_declared_column) return {};
   if (column - first_declared_column >= segment->count) return {ORV_BAD_COLUMN};
-  return {ORV_OK, &place.in->columns[segment->first + column - first_declared_column], place.row};
+  const auto* const values = &place.in->columns[segment->first + column - first_declared_column];
+  const place_directory::run around = objects.run_of(number);
+  context.run_of(column, tag) = {column_run::name(column, tag), around.first, around.count, around.place.row(), values};
+  return {ORV_OK, values, place.row};
+}
+
+// Null values: not remembered, or the context does not exist.
+found_column find_known_column(context_state* context, std::uint64_t number, std::uint64_t second_word,
+                               std::uint32_t column) {
+  if (context == nullptr) return {};
+  const auto tag = static_cast<std::uint16_t>(second_word);
+  const column_run& run = context->run_of(column, tag);
+  if (run.column_and_tag != column_run::name(column, tag) || number - run.first >= run.count) return {};
+  return {ORV_OK, run.values, number - run.first + run.row_of_first};
+}
+
+found_column find_column(context_state* context, std::uint64_t number, std::uint64_t second_word,
+                         std::uint32_t column) {
+  const found_column known = find_known_column(context, number, second_word, column);
+  if (known.values != nullptr) return known;
+  if (context == nullptr) return {ORV_BAD_CONTEXT};
+  return find_column_anew(*context, number, static_cast<std::uint16_t>(second_word), column);
 }
 
 std::uint32_t type_status(const found_column& found, column_type type) {
@@ -36,26 +55,44 @@ std::uint32_t type_status(const found_column& found, column_type type) {
   return found.values->type() == column_type::none ? ORV_BAD_COLUMN : ORV_TYPE_MISMATCH;
 }
 
-template <class T>
-std::uint32_t get_fixed(std::uint64_t context, std::uint64_t number, std::uint64_t second_word, std::uint32_t column,
-                        column_type type, T* out) {
-  if (out == nullptr) return ORV_BAD_ARGUMENT;
+template <column_type type, auto value, class T>
+[[gnu::noinline]] std::uint32_t get_anew(std::uint64_t context, std::uint64_t number, std::uint64_t second_word,
+                                         std::uint32_t column, T* out) {
   const found_column found = find_column(find_context(context), number, second_word, column);
   const std::uint32_t status = type_status(found, type);
-  if (status == ORV_OK) *out = found.values->fixed<T>(found.row);
+  if (status == ORV_OK) *out = (found.values->*value)(found.row);
   return status;
 }
 
+// The common read, a remembered column that holds a value, in as few steps as possible.
+template <column_type type, auto value, class T>
+std::uint32_t get(std::uint64_t context, std::uint64_t number, std::uint64_t second_word, std::uint32_t column,
+                  T* out) {
+  if (out == nullptr) return ORV_BAD_ARGUMENT;
+  const found_column known = find_known_column(find_context(context), number, second_word, column);
+  if (known.values == nullptr || known.values->type() != type || !known.values->has_value(known.row)) {
+    return get_anew<type, value>(context, number, second_word, column, out);
+  }
+  *out = (known.values->*value)(known.row);
+  return ORV_OK;
+}
+
 // What get_ulong reads beside uint64 columns.
-std::uint32_t get_other_ulong(const found_column& found, std::uint64_t number, std::uint32_t column,
-                              std::uint64_t* out) {
+[[gnu::noinline]] std::uint32_t get_other_ulong(std::uint64_t context, std::uint64_t number, std::uint64_t second_word,
+                                                std::uint32_t column, std::uint64_t* out) {
+  const found_column found = find_column(find_context(context), number, second_word, column);
   if (found.status == ORV_OK && found.values == nullptr && column == number_column) {
     *out = number;
     return ORV_OK;
   }
-  const std::uint32_t status = type_status(found, column_type::boolean);
-  if (status == ORV_OK) *out = found.values->fixed<std::uint8_t>(found.row);
+  const bool is_bool = found.values != nullptr && found.values->type() == column_type::boolean;
+  const std::uint32_t status = type_status(found, is_bool ? column_type::boolean : column_type::uint64);
+  if (status == ORV_OK) *out = found.values->unsigned_value(found.row);
   return status;
+}
+
+bool holds_unsigned(const column& values) {
+  return values.type() == column_type::uint64 || values.type() == column_type::boolean;
 }
 
 }  // namespace
@@ -66,33 +103,32 @@ using namespace ovcoredb;
 uint32_t orv_context_get_ulong(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                                uint64_t* out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
-  const found_column found = find_column(find_context(context), object_number, second_word, column);
-  if (found.values == nullptr || found.values->type() != column_type::uint64) {
-    return get_other_ulong(found, object_number, column, out);
+  const found_column known = find_known_column(find_context(context), object_number, second_word, column);
+  if (known.values == nullptr || !holds_unsigned(*known.values) || !known.values->has_value(known.row)) {
+    return get_other_ulong(context, object_number, second_word, column, out);
   }
-  if (!found.values->has_value(found.row)) return ORV_NO_VALUE;
-  *out = found.values->fixed<std::uint64_t>(found.row);
+  *out = known.values->unsigned_value(known.row);
   return ORV_OK;
 }
 
 uint32_t orv_context_get_long(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                               int64_t* out) {
-  return get_fixed(context, object_number, second_word, column, column_type::int64, out);
+  return get<column_type::int64, &ovcoredb::column::signed_value>(context, object_number, second_word, column, out);
 }
 
 uint32_t orv_context_get_decimal(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                                  int64_t* out) {
-  return get_fixed(context, object_number, second_word, column, column_type::decimal, out);
+  return get<column_type::decimal, &ovcoredb::column::signed_value>(context, object_number, second_word, column, out);
 }
 
 uint32_t orv_context_get_float(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                                float* out) {
-  return get_fixed(context, object_number, second_word, column, column_type::float32, out);
+  return get<column_type::float32, &ovcoredb::column::float32_value>(context, object_number, second_word, column, out);
 }
 
 uint32_t orv_context_get_double(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                                 double* out) {
-  return get_fixed(context, object_number, second_word, column, column_type::float64, out);
+  return get<column_type::float64, &ovcoredb::column::float64_value>(context, object_number, second_word, column, out);
 }
 
 uint32_t orv_context_get_binary(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
@@ -111,7 +147,8 @@ uint32_t orv_context_get_reference(uint64_t context, uint64_t object_number, uin
                                    ORV_REFERENCE_VALUE* out) {
   OV_OBJ_REF stored{};
   if (out == nullptr) return ORV_BAD_ARGUMENT;
-  const std::uint32_t status = get_fixed(context, object_number, second_word, column, column_type::reference, &stored);
+  const std::uint32_t status =
+      get<column_type::reference, &ovcoredb::column::reference>(context, object_number, second_word, column, &stored);
   if (status != ORV_OK) return status;
   *out = {stored.object_number, stored.second_word >> 16, static_cast<std::uint16_t>(stored.second_word)};
   return ORV_OK;

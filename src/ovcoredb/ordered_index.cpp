@@ -50,13 +50,14 @@ int ordered_index::compare_rest(std::uint64_t a, std::uint64_t b) const {
   return 0;
 }
 
-int ordered_index::compare_rest(std::uint64_t number, const range_end& end) const {
-  const object_place place = objects_.find_object(number);
+bool ordered_index::rest_before(const index_entry& entry, const range_end& end) const {
+  if (!end.components.empty() && entry.high() != (end.tagged >> 63 != 0)) return !entry.high();
+  const object_place place = objects_.find_object(entry.number());
   for (std::size_t i = first_rest_; i < end.components.size(); ++i) {
-    const int order = compare(read_component(parts_[i], number, place), end.components[i]);
-    if (order != 0) return parts_[i].ascending ? order : -order;
+    const int order = compare(read_component(parts_[i], entry.number(), place), end.components[i]);
+    if (order != 0) return parts_[i].ascending == (order < 0);
   }
-  return 0;
+  return end.behind_equal;
 }
 
 }  // namespace ovcoredb

@@ -26,8 +26,9 @@ struct index_entry {
       : word(leading.word), tagged(std::uint64_t{leading.high} << 63 | number << 16 | tag) {}
 
   bool high() const { return (tagged >> 63) != 0; }
-  std::uint64_t number() const { return tagged << 1 >> 17; }
-  std::uint16_t tag() const { return static_cast<std::uint16_t>(tagged); }
+  std::uint64_t number() const { return number_of(tagged); }
+  static std::uint64_t number_of(std::uint64_t tagged) { return tagged << 1 >> 17; }
+  static std::uint16_t tag_of(std::uint64_t tagged) { return static_cast<std::uint16_t>(tagged); }
 };
 
 class ordered_index {
@@ -44,8 +45,8 @@ class ordered_index {
 
   // Whether the entry lies before the end.
   bool before(const index_entry& entry, const range_end& end) const {
-    const int order = compare_key(entry, end);
-    return order < 0 || (order == 0 && end.behind_equal);
+    if (entry.word != end.word) return entry.word < end.word;
+    return leading_is_key_ ? entry.tagged < end.tagged : rest_before(entry, end);
   }
 
  private:
@@ -87,16 +88,10 @@ class ordered_index {
     return order != 0 || leading_is_key_ ? order : compare_rest(a.number(), b.number());
   }
 
-  int compare_key(const index_entry& a, const range_end& end) const {
-    if (end.components.empty()) return 0;
-    const int order = compare_leading(a, end.leading.word, end.leading.high);
-    return order != 0 || leading_is_key_ ? order : compare_rest(a.number(), end);
-  }
-
   index_entry entry_of(std::uint64_t number) const;
   bool holds_null(std::uint64_t number) const;
   int compare_rest(std::uint64_t a, std::uint64_t b) const;
-  int compare_rest(std::uint64_t number, const range_end& end) const;
+  bool rest_before(const index_entry& entry, const range_end& end) const;
 
   const object_store& objects_;
   std::uint64_t handle_;

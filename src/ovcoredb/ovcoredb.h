@@ -22,7 +22,9 @@
 
 #include <stdint.h>
 
-#if defined(__GNUC__)
+#if defined(__GNUC__) && !defined(__clang__)
+#define ORV_API __attribute__((visibility("default"), noplt)) /* calls are many and small: spare them a jump */
+#elif defined(__GNUC__)
 #define ORV_API __attribute__((visibility("default")))
 #else
 #define ORV_API
