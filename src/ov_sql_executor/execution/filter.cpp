@@ -1,5 +1,6 @@
 #include "ov_sql_executor/execution/filter.hpp"
 
+#include "ov_sql_executor/execution/stack_row.hpp"
 #include "ov_sql_executor/expressions/predicate.hpp"
 
 namespace ov::sql_executor {

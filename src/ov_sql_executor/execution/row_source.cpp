@@ -1,6 +1,6 @@
 #include "ov_sql_executor/execution/row_source.hpp"
 
-#include <iterator>
+#include "ov_sql_executor/execution/stack_row.hpp"
 
 namespace ov::sql_executor {
 
@@ -14,8 +14,7 @@ class adapted_source final : public row_source {
   bool push_next(execution_context& context) override {
     std::optional<row> next_row = rows_->next(context);
     if (!next_row) return false;
-    context.row_stack.insert(context.row_stack.end(), std::make_move_iterator(next_row->begin()),
-                             std::make_move_iterator(next_row->end()));
+    move_onto_stack(context, *next_row);
     return true;
   }
 
@@ -30,19 +29,14 @@ class adapted_source final : public row_source {
 std::optional<row> row_source::next(execution_context& context) {
   const std::size_t size = context.row_stack.size();
   if (!push_next(context)) return std::nullopt;
-  const auto start = context.row_stack.begin() + static_cast<std::ptrdiff_t>(size);
-  row result(std::make_move_iterator(start), std::make_move_iterator(context.row_stack.end()));
-  context.row_stack.erase(start, context.row_stack.end());
+  row result;
+  move_from_stack(context, size, result);
   return result;
 }
 
 std::unique_ptr<row_source> input::open(execution_context& context) const {
   if (source_ != nullptr) return source_->open(context);
   return std::make_unique<adapted_source>(std::unique_ptr<enumerator>(child_->create_enumerator(context)));
-}
-
-void cut_row_stack(execution_context& context, std::size_t size) {
-  context.row_stack.erase(context.row_stack.begin() + static_cast<std::ptrdiff_t>(size), context.row_stack.end());
 }
 
 }  // namespace ov::sql_executor

@@ -42,9 +42,6 @@ class input {
   const source_node* source_;  // child_, if it is of this library
 };
 
-// Cuts the row stack back to a size that it had before.
-void cut_row_stack(execution_context& context, std::size_t size);
-
 }  // namespace ov::sql_executor
 
 #endif  // OV_SQL_EXECUTOR_EXECUTION_ROW_SOURCE_HPP_

@@ -1,7 +1,9 @@
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_HPP_
 
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "ov_sql_executor/expressions/lending_operator.hpp"
 #include "ov_sql_executor/expressions/operator_base.hpp"
@@ -34,6 +36,9 @@ class operand {
     const value_view view = lend(context, room);
     return context_read_ != nullptr || lender_ == nullptr ? view : keep(view, room);
   }
+
+  // The same, with the bytes that the core lends copied into memory that can serve again.
+  value_view hold(execution_context& context, value& room, std::vector<std::uint8_t>& bytes) const;
 
   // Appends the value to a list, made in its place where possible.
   void append_to(std::vector<value>& list, execution_context& context) const;

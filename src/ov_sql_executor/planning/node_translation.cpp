@@ -1,14 +1,22 @@
 #include "ov_sql_executor/planning/node_translation.hpp"
 
+#include <cstdint>
+#include <limits>
+#include <optional>
 #include <utility>
 #include <variant>
 
 #include "ov_sql_executor/database/metadata.hpp"
 #include "ov_sql_executor/errors/ov_exception.hpp"
 #include "ov_sql_executor/execution/filter.hpp"
+#include "ov_sql_executor/execution/full_join.hpp"
 #include "ov_sql_executor/execution/generative_assignment.hpp"
+#include "ov_sql_executor/execution/left_join.hpp"
+#include "ov_sql_executor/execution/nested_loop_inner_join.hpp"
+#include "ov_sql_executor/execution/order_by.hpp"
 #include "ov_sql_executor/execution/projection.hpp"
 #include "ov_sql_executor/execution/scan.hpp"
+#include "ov_sql_executor/execution/uniond.hpp"
 #include "ov_sql_executor/expressions/expression_translation.hpp"
 #include "ov_sql_executor/planning/scan_conditions.hpp"
 
@@ -24,6 +32,7 @@ using ov::sql_executor::to_expression;
 using ov::sql_executor::translate_expression;
 using ov::sql_executor::translate_expressions;
 using ov::sql_executor::value;
+using ov::sql_executor::operators::operator_base;
 
 class translator {
  public:
@@ -75,16 +84,71 @@ class translator {
             std::make_unique<ov::sql_executor::projection>(std::move(child.node), std::move(expressions))};
   }
 
+  translation operator()(const NestedLoopJoin& plan) const {
+    auto [left, right] = dependent_sides(plan);
+    auto join = std::make_unique<ov::sql_executor::nested_loop_inner_join>(std::move(left.node), std::move(right.node));
+    return {join_scopes(left.columns, right.columns), std::move(join)};
+  }
+
+  translation operator()(const LeftJoin& plan) const {
+    auto [left, right] = dependent_sides(plan);
+    auto join = std::make_unique<ov::sql_executor::left_join>(std::move(left.node), std::move(right.node),
+                                                              right.columns.size());
+    return {join_scopes(left.columns, right.columns), std::move(join)};
+  }
+
+  translation operator()(const FullJoin& plan) const {
+    translation left = translate(*plan.left, constants_, outer_);
+    translation right = translate(*plan.right, constants_, outer_);
+    scope columns = join_scopes(left.columns, right.columns);
+    std::optional<std::unique_ptr<operator_base>> condition;
+    if (plan.condition) condition = translate_expression(*plan.condition, constants_, join_scopes(outer_, columns));
+    auto join = std::make_unique<ov::sql_executor::full_join>(
+        std::move(left.node), std::move(right.node), left.columns.size(), right.columns.size(), std::move(condition));
+    return {std::move(columns), std::move(join)};
+  }
+
+  translation operator()(const OrderBy& plan) const {
+    translation child = child_of(plan);
+    const scope inner = join_scopes(outer_, child.columns);
+    std::vector<bool> directions;
+    std::vector<std::unique_ptr<operator_base>> keys;
+    for (const order_key& key : plan.keys) {
+      directions.push_back(key.ascending);
+      keys.push_back(translate_expression(key.expression, constants_, inner));
+    }
+    return {std::move(child.columns), std::make_unique<ov::sql_executor::order_by>(
+                                          std::move(child.node), std::move(keys), std::move(directions))};
+  }
+
   // The alternatives that are still to come.
   template <class Alternative>
   translation operator()(const Alternative& /*plan*/) const {
     error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
   }
 
+  translation operator()(const Union& plan) const {
+    translation left = translate(*plan.left, constants_, outer_);
+    translation right = translate(*plan.right, constants_, outer_);
+    if (left.columns != right.columns) {
+      error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
+    }
+    return {std::move(left.columns),
+            std::make_unique<ov::sql_executor::uniond>(std::move(left.node), std::move(right.node))};
+  }
+
  private:
   template <class Alternative>
   translation child_of(const Alternative& plan) const {
     return translate(*plan.child, constants_, outer_);
+  }
+
+  // The right side sees the left row.
+  template <class Alternative>
+  std::pair<translation, translation> dependent_sides(const Alternative& plan) const {
+    translation left = translate(*plan.left, constants_, outer_);
+    translation right = translate(*plan.right, constants_, join_scopes(outer_, left.columns));
+    return {std::move(left), std::move(right)};
   }
 
   std::vector<value>& constants_;

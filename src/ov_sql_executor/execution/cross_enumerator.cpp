@@ -1,0 +1,56 @@
+#include "ov_sql_executor/execution/cross_enumerator.hpp"
+
+#include "ov_sql_executor/execution/stack_row.hpp"
+
+namespace ov::sql_executor {
+
+bool full_join_enumerator_no_expression::push_next(execution_context& context) {
+  if (!started_) start(context);
+  if (!right_) {
+    if (!left_->push_next(context)) return false;
+    push_nulls(context, right_width_);
+    return true;
+  }
+  if (left_) return push_pair(context);
+
+  const std::size_t size = context.row_stack.size();
+  push_nulls(context, left_width_);
+  if (push_right_row(context)) return true;
+  cut_row_stack(context, size);
+  return false;
+}
+
+void full_join_enumerator_no_expression::start(execution_context& context) {
+  started_ = true;
+  pending_right_row_ = right_->next(context);
+  if (!pending_right_row_) {
+    right_.reset();
+    return;
+  }
+  left_row_ = left_->next(context);
+  if (!left_row_) left_.reset();
+}
+
+bool full_join_enumerator_no_expression::push_right_row(execution_context& context) {
+  if (!pending_right_row_) return right_->push_next(context);
+  move_onto_stack(context, *pending_right_row_);
+  pending_right_row_.reset();
+  return true;
+}
+
+// The right side does not see the left row, which is put below its row afterwards. A right side that is empty when it
+// is read again gives its left row no partner.
+bool full_join_enumerator_no_expression::push_pair(execution_context& context) {
+  const auto size = static_cast<std::ptrdiff_t>(context.row_stack.size());
+  while (left_row_) {
+    if (push_right_row(context)) {
+      context.row_stack.insert(context.row_stack.begin() + size, left_row_->begin(), left_row_->end());
+      return true;
+    }
+    left_row_ = left_->next(context);
+    if (left_row_) right_ = right_side_.open(context);
+  }
+  return false;
+}
+
+}  // namespace ov::sql_executor

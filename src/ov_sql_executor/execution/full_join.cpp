@@ -1,0 +1,25 @@
+#include "ov_sql_executor/execution/full_join.hpp"
+
+#include "ov_sql_executor/execution/cross_enumerator.hpp"
+#include "ov_sql_executor/execution/full_join_enumerator.hpp"
+
+namespace ov::sql_executor {
+
+full_join::full_join(std::unique_ptr<node> left, std::unique_ptr<node> right, std::uint64_t left_width,
+                     std::uint64_t right_width, std::optional<std::unique_ptr<operators::operator_base>> condition)
+    : left_(std::move(left)), right_(std::move(right)), left_width_(left_width), right_width_(right_width) {
+  if (condition) condition_.emplace(std::move(*condition));
+}
+
+std::unique_ptr<row_source> full_join::open(execution_context& context) const {
+  std::unique_ptr<row_source> left = left_.open(context);
+  std::unique_ptr<row_source> right = right_.open(context);
+  if (condition_) {
+    return std::make_unique<full_join_enumerator>(std::move(left), std::move(right), *condition_, left_width_,
+                                                  right_width_);
+  }
+  return std::make_unique<full_join_enumerator_no_expression>(std::move(left), std::move(right), right_, left_width_,
+                                                              right_width_);
+}
+
+}  // namespace ov::sql_executor

@@ -1,0 +1,34 @@
+#ifndef OV_SQL_EXECUTOR_EXECUTION_FULL_JOIN_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_FULL_JOIN_HPP_
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "ov_sql_executor/execution/row_source.hpp"
+#include "ov_sql_executor/expressions/operand.hpp"
+
+namespace ov::sql_executor {
+
+// The pairs of left and right rows for which the condition holds, in left order, then in right order; a left row
+// without a partner follows at its place, extended with NULLs, the right rows without one at the very end. Neither side
+// sees the other. With a condition the whole right side is held in memory; without one every pair matches, and the
+// right side is read again for every left row.
+class full_join final : public source_node {
+ public:
+  full_join(std::unique_ptr<node> left, std::unique_ptr<node> right, std::uint64_t left_width,
+            std::uint64_t right_width, std::optional<std::unique_ptr<operators::operator_base>> condition);
+
+  std::unique_ptr<row_source> open(execution_context& context) const override;
+
+ private:
+  input left_;
+  input right_;
+  std::uint64_t left_width_;
+  std::uint64_t right_width_;
+  std::optional<operators::operand> condition_;
+};
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_EXECUTION_FULL_JOIN_HPP_

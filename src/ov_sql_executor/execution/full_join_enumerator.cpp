@@ -1,0 +1,72 @@
+#include "ov_sql_executor/execution/full_join_enumerator.hpp"
+
+#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/expressions/predicate.hpp"
+
+namespace ov::sql_executor {
+
+bool full_join_enumerator::push_next(execution_context& context) {
+  if (right_) read_right_side(context);
+  const std::size_t size = context.row_stack.size();
+  if (state_ == state::left_row_unmatched || state_ == state::left_row_matched) move_onto_stack(context, left_row_);
+  while (state_ != state::left_exhausted) {
+    if (state_ == state::needs_left_row && !push_left_row(context)) break;
+    if (push_matching_right_row(context, size)) return true;
+    const bool matched = state_ == state::left_row_matched;
+    state_ = state::needs_left_row;
+    if (!matched) {
+      push_nulls(context, right_width_);
+      return true;
+    }
+    cut_row_stack(context, size);
+  }
+  return push_unmatched_right_row(context);
+}
+
+void full_join_enumerator::read_right_side(execution_context& context) {
+  while (std::optional<row> right_row = right_->next(context)) right_rows_.push_back(std::move(*right_row));
+  right_matched_.assign(right_rows_.size(), false);
+  right_.reset();
+}
+
+bool full_join_enumerator::push_left_row(execution_context& context) {
+  cursor_ = 0;
+  if (left_->push_next(context)) {
+    state_ = state::left_row_unmatched;
+    return true;
+  }
+  left_.reset();
+  state_ = state::left_exhausted;
+  return false;
+}
+
+// The left row lies on the stack; when a right row matches, both stay there and are kept as well.
+bool full_join_enumerator::push_matching_right_row(execution_context& context, std::size_t left_start) {
+  const std::size_t right_start = context.row_stack.size();
+  while (cursor_ < right_rows_.size()) {
+    const std::size_t current = cursor_++;
+    move_onto_stack(context, right_rows_[current]);
+    if (operators::holds(condition_, context)) {
+      state_ = state::left_row_matched;
+      right_matched_[current] = true;
+      copy_from_stack(context, left_start, right_start, left_row_);
+      copy_from_stack(context, right_start, context.row_stack.size(), right_rows_[current]);
+      return true;
+    }
+    move_from_stack(context, right_start, right_rows_[current]);
+  }
+  return false;
+}
+
+bool full_join_enumerator::push_unmatched_right_row(execution_context& context) {
+  while (cursor_ < right_rows_.size()) {
+    const std::size_t current = cursor_++;
+    if (right_matched_[current]) continue;
+    push_nulls(context, left_width_);
+    move_onto_stack(context, right_rows_[current]);
+    return true;
+  }
+  return false;
+}
+
+}  // namespace ov::sql_executor

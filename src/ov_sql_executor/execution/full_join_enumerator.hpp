@@ -1,0 +1,49 @@
+#ifndef OV_SQL_EXECUTOR_EXECUTION_FULL_JOIN_ENUMERATOR_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_FULL_JOIN_ENUMERATOR_HPP_
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "ov_sql_executor/execution/row_source.hpp"
+#include "ov_sql_executor/expressions/operand.hpp"
+
+namespace ov::sql_executor {
+
+// A full join with a condition, which is tested with a left row and then a right row on the row stack. Right rows are
+// moved there and back; they are copied only into results.
+class full_join_enumerator final : public row_source {
+ public:
+  full_join_enumerator(std::unique_ptr<row_source> left, std::unique_ptr<row_source> right,
+                       const operators::operand& condition, std::uint64_t left_width, std::uint64_t right_width)
+      : condition_(condition),
+        left_width_(left_width),
+        right_width_(right_width),
+        left_(std::move(left)),
+        right_(std::move(right)) {}
+
+  bool push_next(execution_context& context) override;
+
+ private:
+  enum class state { needs_left_row, left_row_unmatched, left_row_matched, left_exhausted };
+
+  void read_right_side(execution_context& context);
+  bool push_left_row(execution_context& context);
+  bool push_matching_right_row(execution_context& context, std::size_t left_start);
+  bool push_unmatched_right_row(execution_context& context);
+
+  const operators::operand& condition_;  // the node's
+  std::uint64_t left_width_;
+  std::uint64_t right_width_;
+  state state_ = state::needs_left_row;
+  std::unique_ptr<row_source> left_;
+  std::unique_ptr<row_source> right_;  // until it has been read
+  row left_row_;                       // the current one, while it is not on the row stack
+  std::vector<row> right_rows_;
+  std::vector<bool> right_matched_;
+  std::size_t cursor_ = 0;  // the next of the right rows to look at
+};
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_EXECUTION_FULL_JOIN_ENUMERATOR_HPP_

@@ -1,0 +1,27 @@
+#ifndef OV_SQL_EXECUTOR_EXECUTION_LEFT_JOIN_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_LEFT_JOIN_HPP_
+
+#include <cstdint>
+#include <memory>
+
+#include "ov_sql_executor/execution/row_source.hpp"
+
+namespace ov::sql_executor {
+
+// As the inner join; a left row for which the right side yields nothing appears once, extended with NULLs.
+class left_join final : public source_node {
+ public:
+  left_join(std::unique_ptr<node> left, std::unique_ptr<node> right, std::uint64_t right_width)
+      : left_(std::move(left)), right_(std::move(right)), right_width_(right_width) {}
+
+  std::unique_ptr<row_source> open(execution_context& context) const override;
+
+ private:
+  input left_;
+  input right_;
+  std::uint64_t right_width_;
+};
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_EXECUTION_LEFT_JOIN_HPP_

@@ -1,0 +1,45 @@
+#ifndef OV_SQL_EXECUTOR_EXECUTION_NESTED_LOOP_ENUMERATOR_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_NESTED_LOOP_ENUMERATOR_HPP_
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "ov_sql_executor/execution/row_source.hpp"
+
+namespace ov::sql_executor {
+
+// Runs the inner side once for every outer row, with the outer row on the row stack below the inner one:
+//
+//    before   ... enclosing rows ... |
+//    while    ... enclosing rows ... | outer row |             the inner side is opened and pulled
+//    result   ... enclosing rows ... | outer row | inner row
+//
+// The outer row is copied once for each result and moved otherwise. A new inner enumerator is made before the one for
+// the previous outer row goes.
+class nested_loop_enumerator final : public row_source {
+ public:
+  // null_width: how many NULLs extend an outer row without inner rows; nothing where such a row is left out.
+  nested_loop_enumerator(std::unique_ptr<row_source> outer, const input& inner_side,
+                         std::optional<std::uint64_t> null_width)
+      : inner_side_(inner_side), null_width_(null_width), outer_(std::move(outer)) {}
+
+  bool push_next(execution_context& context) override;
+
+ private:
+  enum class state { needs_outer_row, outer_row_unmatched, outer_row_matched, exhausted };
+
+  bool push_outer_row(execution_context& context);
+  bool push_inner_row(execution_context& context, std::size_t outer_start);
+
+  const input& inner_side_;  // the node's
+  std::optional<std::uint64_t> null_width_;
+  state state_ = state::needs_outer_row;
+  std::unique_ptr<row_source> outer_;
+  std::unique_ptr<row_source> inner_;
+  row outer_row_;  // the current one, while it is not on the row stack
+};
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_EXECUTION_NESTED_LOOP_ENUMERATOR_HPP_

@@ -1,0 +1,30 @@
+#ifndef OV_SQL_EXECUTOR_EXECUTION_ORDER_BY_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_ORDER_BY_HPP_
+
+#include <memory>
+#include <vector>
+
+#include "ov_sql_executor/execution/row_source.hpp"
+#include "ov_sql_executor/expressions/operand.hpp"
+
+namespace ov::sql_executor {
+
+// The child's rows, sorted by the keys, the first one most significant; true in directions is ascending. NULL is
+// lowest. Everything is read and sorted when the enumerator is created, which throws what comparing and evaluating keys
+// throw. Rows with equal keys come in no particular order.
+class order_by final : public source_node {
+ public:
+  order_by(std::unique_ptr<node> child, std::vector<std::unique_ptr<operators::operator_base>> keys,
+           std::vector<bool> directions);
+
+  std::unique_ptr<row_source> open(execution_context& context) const override;
+
+ private:
+  input child_;
+  std::vector<operators::operand> keys_;
+  std::vector<bool> directions_;
+};
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_EXECUTION_ORDER_BY_HPP_

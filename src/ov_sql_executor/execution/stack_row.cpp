@@ -1,0 +1,39 @@
+#include "ov_sql_executor/execution/stack_row.hpp"
+
+#include <iterator>
+
+namespace ov::sql_executor {
+
+namespace {
+
+template <class Stack>
+auto at(Stack& stack, std::size_t position) {
+  return stack.begin() + static_cast<std::ptrdiff_t>(position);
+}
+
+}  // namespace
+
+void cut_row_stack(execution_context& context, std::size_t size) {
+  context.row_stack.erase(at(context.row_stack, size), context.row_stack.end());
+}
+
+void move_onto_stack(execution_context& context, row& source) {
+  context.row_stack.insert(context.row_stack.end(), std::make_move_iterator(source.begin()),
+                           std::make_move_iterator(source.end()));
+}
+
+void push_nulls(execution_context& context, std::uint64_t count) {
+  context.row_stack.insert(context.row_stack.end(), count, operator_library::NullValue{});
+}
+
+void move_from_stack(execution_context& context, std::size_t start, row& target) {
+  target.assign(std::make_move_iterator(at(context.row_stack, start)),
+                std::make_move_iterator(context.row_stack.end()));
+  cut_row_stack(context, start);
+}
+
+void copy_from_stack(const execution_context& context, std::size_t start, std::size_t end, row& target) {
+  target.assign(at(context.row_stack, start), at(context.row_stack, end));
+}
+
+}  // namespace ov::sql_executor

@@ -1,0 +1,30 @@
+// Moving rows between the row stack and where they are kept.
+#ifndef OV_SQL_EXECUTOR_EXECUTION_STACK_ROW_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_STACK_ROW_HPP_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "ov_sql_executor/expressions/execution_context.hpp"
+#include "ov_sql_executor/values/value.hpp"
+
+namespace ov::sql_executor {
+
+// Cuts the row stack back to a size that it had before.
+void cut_row_stack(execution_context& context, std::size_t size);
+
+// Appends the values of a row, which keeps its width but not its values.
+void move_onto_stack(execution_context& context, row& source);
+
+// Appends NULLs.
+void push_nulls(execution_context& context, std::uint64_t count);
+
+// Takes the values from position start on off the stack; the target's memory is used again.
+void move_from_stack(execution_context& context, std::size_t start, row& target);
+
+// Copies the values from start up to end.
+void copy_from_stack(const execution_context& context, std::size_t start, std::size_t end, row& target);
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_EXECUTION_STACK_ROW_HPP_

@@ -1,0 +1,35 @@
+#ifndef OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_VIEWS_HPP_
+#define OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_VIEWS_HPP_
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "ov_sql_executor/expressions/operand.hpp"
+#include "ov_sql_executor/values/value_view.hpp"
+
+namespace ov::sql_executor::operators {
+
+// Looks at the values of several expressions at once, row after row, without making values of them: what the core lends
+// for one is put aside while the next is evaluated, in memory that serves for all rows.
+class operand_views {
+ public:
+  explicit operand_views(std::size_t count) : slots_(count), views_(count) {}
+
+  // The values of the operands, which are as many as the count, evaluated in order. Good until the next call, the next
+  // core call on the context or a change of its lists.
+  std::span<const value_view> evaluate(std::span<const operand> operands, execution_context& context);
+
+ private:
+  struct slot {
+    value room;
+    std::vector<std::uint8_t> bytes;
+  };
+
+  std::vector<slot> slots_;
+  std::vector<value_view> views_;
+};
+
+}  // namespace ov::sql_executor::operators
+
+#endif  // OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_VIEWS_HPP_
