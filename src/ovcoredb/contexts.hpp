@@ -39,7 +39,8 @@ struct iterator_state {
   ordered_index::position next{};  // descending: the entry before it is the next one
   ordered_index::position stop{};
   range_end last;
-  std::uint64_t batch[largest_batch];  // index_entry::tagged
+  place_directory::run run;            // that the object taken last belongs to, by number
+  std::uint64_t batch[largest_batch];  // number << 16 | tag
   context_state* owner = nullptr;
   std::uint64_t generation = 0;
   std::size_t slot = 0;

@@ -11,6 +11,7 @@ namespace ovcoredb {
 namespace {
 
 constexpr std::size_t highest_name = std::numeric_limits<std::uint16_t>::max();  // of tags and index handles
+constexpr std::uint64_t most_objects = index_number_mask - 1;
 
 std::size_t next_name(std::size_t table_size, const char* what) {
   const std::size_t next = std::max<std::size_t>(table_size, 1);
@@ -84,6 +85,7 @@ std::uint64_t database::create_index(const index_definition& definition) {
 OV_OBJ_REF database::insert(std::uint16_t table_tag, std::span<const cell> cells) {
   table* const to = state_->objects.find_table(table_tag);
   check_cells(existing_table(state_->objects, table_tag), cells);
+  if (state_->objects.object_count() == most_objects) throw std::length_error("the database holds no more objects");
   state_->before_write();
   const std::uint64_t number = state_->objects.append(*to, cells);
   enter(*state_, *to, number);

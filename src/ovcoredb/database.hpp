@@ -115,7 +115,8 @@ class OVCOREDB_API database {
 
   // Adds one object. cells: one for each own column of the table's outermost base, in column order, then those of the
   // next derived table, and so on down to the table itself; unused columns count. Objects are numbered from 1 in the
-  // order of insertion. The second word of the result is the table's tag. Throws unique_violation.
+  // order of insertion. The second word of the result is the table's tag. Throws unique_violation, and
+  // std::length_error beyond 2,147,483,646 objects.
   OV_OBJ_REF insert(std::uint16_t table, std::span<const cell> cells);
 
   // How many cells insert takes for the table.

@@ -91,12 +91,13 @@ void place_end(std::span<const key_part> parts, bool behind_equal, range_end& en
   constexpr std::uint64_t all = ~std::uint64_t{0};
   end.behind_equal = behind_equal;
   if (end.components.empty()) {
-    end.word = end.tagged = behind_equal ? all : 0;
+    end.word = behind_equal ? all : 0;
+    end.tagged = static_cast<std::uint32_t>(end.word);
     return;
   }
   const leading_order leading = leading_order_of(end.components.front(), parts.front().ascending);
   end.word = leading.word;
-  end.tagged = std::uint64_t{leading.high} << 63 | (behind_equal ? all >> 1 : 0);
+  end.tagged = std::uint32_t{leading.high} << 31 | (behind_equal ? index_number_mask : 0);
 }
 
 key_component read_column(const column& from, std::uint64_t row) {

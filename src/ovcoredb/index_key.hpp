@@ -39,6 +39,9 @@ inline leading_order leading_order_of(const key_component& first, bool ascending
   return ascending ? leading_order{first.word, present} : leading_order{~first.word, !present};
 }
 
+// Of an entry's object number. The highest is above that of every object.
+inline constexpr std::uint32_t index_number_mask = 0x7FFFFFFF;
+
 // An end of a range, lying before or behind the entries whose keys begin with its components.
 struct range_end {
   std::vector<key_component> components;  // at most as many as the key has columns
@@ -47,7 +50,7 @@ struct range_end {
 
   // The end as an entry would lie there (see index_entry), as far as its first component tells.
   std::uint64_t word = 0;
-  std::uint64_t tagged = 0;
+  std::uint32_t tagged = 0;
 };
 
 // Replaces the end by that of `key`. False when the key is not well formed or does not fit the parts.

@@ -28,27 +28,46 @@ std::uint32_t start(context_state& reader, iterator_state& iterator, const order
   iterator.descending = descending;
   iterator.stop_is_end = false;
   iterator.index = &index;
+  iterator.run = {};
   iterator.next = index.find(reader.first);
   iterator.stop = descending ? index.begin() : index.end();
   return ORV_OK;
 }
 
-// Takes objects up to `stop`, or up to the first that the last key leaves out.
+// The entries that the next batch will read, from this one on.
+void prefetch(const index_entry& from, bool descending) {
+  constexpr int entries_of_a_line = 5;
+  const int step = descending ? -entries_of_a_line : entries_of_a_line;
+  const auto* const bytes = reinterpret_cast<const char*>(&from);
+  for (int line = 0; line < 4; ++line) __builtin_prefetch(bytes + line * step * int{sizeof from});
+}
+
+std::uint16_t tag_of(iterator_state& iterator, std::uint64_t number) {
+  place_directory::run& run = iterator.run;
+  if (number - run.first >= run.count) run = iterator.owner->database->objects.run_of(number);
+  return run.place.tag();
+}
+
+// Takes objects up to `stop`, or, if checked, up to the first that the last key leaves out.
+template <bool descending, bool checked>
 void fill_batch(iterator_state& iterator) {
   ordered_index::position at = iterator.next;
-  std::uint32_t taken = 0;
-  for (; taken < iterator.batch_size && at != iterator.stop; ++taken) {
-    if (iterator.descending) --at;
-    if (!iterator.stop_is_end && iterator.index->before(*at, iterator.last) == iterator.descending) {
+  const ordered_index::position stop = iterator.stop;
+  std::uint64_t* taken = iterator.batch;
+  const std::uint64_t* const limit = taken + iterator.batch_size;
+  for (; taken != limit && at != stop; ++taken) {
+    if (descending) --at;
+    if (checked && iterator.index->before(*at, iterator.last) == descending) {
       iterator.stop = at;
       break;
     }
-    iterator.batch[taken] = at->tagged;
-    if (!iterator.descending) ++at;
+    *taken = at->number() << 16 | tag_of(iterator, at->number());
+    if (!descending) ++at;
   }
   iterator.next = at;
-  iterator.taken = iterator.batch + taken;
+  iterator.taken = taken;
   iterator.given = iterator.batch;
+  if (at != iterator.stop) prefetch(*at, descending);
 }
 
 // False at the end of the range.
@@ -57,7 +76,11 @@ bool next_batch(iterator_state& iterator) {
     iterator.stop = iterator.index->find(iterator.last);
     iterator.stop_is_end = true;
   }
-  fill_batch(iterator);
+  if (iterator.stop_is_end) {
+    iterator.descending ? fill_batch<true, false>(iterator) : fill_batch<false, false>(iterator);
+  } else {
+    iterator.descending ? fill_batch<true, true>(iterator) : fill_batch<false, true>(iterator);
+  }
   iterator.batch_size = std::min(iterator.batch_size * 2, iterator_state::largest_batch);
   return iterator.taken != iterator.batch;
 }
@@ -99,8 +122,8 @@ uint32_t orv_iterator_next(uint64_t iterator, ORV_REFERENCE_VALUE* reference) {
   iterator_state* const found = find_iterator(iterator);
   if (found == nullptr) return ORV_BAD_ITERATOR;
   if (found->given == found->taken) return step_to_next_batch(*found, *reference);
-  const std::uint64_t tagged = *found->given++;
-  *reference = {index_entry::number_of(tagged), 0, index_entry::tag_of(tagged)};
+  const std::uint64_t number_and_tag = *found->given++;
+  *reference = {number_and_tag >> 16, 0, static_cast<std::uint16_t>(number_and_tag)};
   return ORV_OK;
 }
 

@@ -30,7 +30,7 @@ void ordered_index::erase(std::uint64_t number) { entries_.erase(entry_of(number
 index_entry ordered_index::entry_of(std::uint64_t number) const {
   const object_place place = objects_.find_object(number);
   const key_component first = read_component(parts_.front(), number, place);
-  return {leading_order_of(first, parts_.front().ascending), number, place.in->tag};
+  return {leading_order_of(first, parts_.front().ascending), number};
 }
 
 bool ordered_index::holds_null(std::uint64_t number) const {
@@ -51,7 +51,7 @@ int ordered_index::compare_rest(std::uint64_t a, std::uint64_t b) const {
 }
 
 bool ordered_index::rest_before(const index_entry& entry, const range_end& end) const {
-  if (!end.components.empty() && entry.high() != (end.tagged >> 63 != 0)) return !entry.high();
+  if (!end.components.empty() && entry.high() != (end.tagged >> 31 != 0)) return !entry.high();
   const object_place place = objects_.find_object(entry.number());
   for (std::size_t i = first_rest_; i < end.components.size(); ++i) {
     const int order = compare(read_component(parts_[i], entry.number(), place), end.components[i]);

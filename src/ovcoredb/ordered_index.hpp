@@ -6,6 +6,8 @@
 #include <absl/container/btree_set.h>
 
 #include <cstdint>
+#include <cstring>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -14,21 +16,29 @@
 
 namespace ovcoredb {
 
-//    word     63                                                             0   see leading_order
-//    tagged   63 leading_order::high | 62 ... 16 object number | 15 ... 0 tag
+//    word     8 bytes   see leading_order
+//    tagged   4 bytes   31 leading_order::high | 30 ... 0 object number
 //
-// For a single number column the two words in this order are the index order, duplicates in object order included.
-struct index_entry {
-  std::uint64_t word;
-  std::uint64_t tagged;
+// For a single number column the two in this order are the index order, duplicates in object order included.
+class index_entry {
+ public:
+  index_entry(leading_order leading, std::uint64_t number)
+      : tagged_(std::uint32_t{leading.high} << 31 | static_cast<std::uint32_t>(number)) {
+    std::memcpy(word_, &leading.word, sizeof word_);
+  }
 
-  index_entry(leading_order leading, std::uint64_t number, std::uint16_t tag)
-      : word(leading.word), tagged(std::uint64_t{leading.high} << 63 | number << 16 | tag) {}
+  std::uint64_t word() const {
+    std::uint64_t word;
+    std::memcpy(&word, word_, sizeof word);
+    return word;
+  }
+  std::uint32_t tagged() const { return tagged_; }
+  bool high() const { return (tagged_ >> 31) != 0; }
+  std::uint64_t number() const { return tagged_ & index_number_mask; }
 
-  bool high() const { return (tagged >> 63) != 0; }
-  std::uint64_t number() const { return number_of(tagged); }
-  static std::uint64_t number_of(std::uint64_t tagged) { return tagged << 1 >> 17; }
-  static std::uint16_t tag_of(std::uint64_t tagged) { return static_cast<std::uint16_t>(tagged); }
+ private:
+  std::uint32_t word_[2];  // in two halves, so that entries need no padding
+  std::uint32_t tagged_;
 };
 
 class ordered_index {
@@ -45,8 +55,8 @@ class ordered_index {
 
   // Whether the entry lies before the end.
   bool before(const index_entry& entry, const range_end& end) const {
-    if (entry.word != end.word) return entry.word < end.word;
-    return leading_is_key_ ? entry.tagged < end.tagged : rest_before(entry, end);
+    if (entry.word() != end.word) return entry.word() < end.word;
+    return leading_is_key_ ? entry.tagged() < end.tagged : rest_before(entry, end);
   }
 
  private:
@@ -55,6 +65,7 @@ class ordered_index {
   };
   struct entry_order {
     using is_transparent = void;
+    using absl_btree_prefer_linear_node_search = std::true_type;  // a mispredicted branch costs more than its entries
     const ordered_index* index;
     bool operator()(const index_entry& a, const index_entry& b) const { return index->less(a, b); }
     bool operator()(const index_entry& a, const range_end& b) const { return index->before(a, b); }
@@ -72,19 +83,19 @@ class ordered_index {
 
  private:
   static int compare_leading(const index_entry& a, std::uint64_t word, bool high) {
-    if (a.word != word) return a.word < word ? -1 : 1;
+    if (a.word() != word) return a.word() < word ? -1 : 1;
     return static_cast<int>(a.high()) - static_cast<int>(high);
   }
 
   bool less(const index_entry& a, const index_entry& b) const {
-    if (a.word != b.word) return a.word < b.word;
-    if (leading_is_key_) return a.tagged < b.tagged;
+    if (a.word() != b.word()) return a.word() < b.word();
+    if (leading_is_key_) return a.tagged() < b.tagged();
     const int order = compare_keys(a, b);
-    return order != 0 ? order < 0 : a.tagged < b.tagged;
+    return order != 0 ? order < 0 : a.tagged() < b.tagged();
   }
 
   int compare_keys(const index_entry& a, const index_entry& b) const {
-    const int order = compare_leading(a, b.word, b.high());
+    const int order = compare_leading(a, b.word(), b.high());
     return order != 0 || leading_is_key_ ? order : compare_rest(a.number(), b.number());
   }
 

@@ -36,9 +36,9 @@ class place_directory {
 
   // Objects with consecutive numbers that lie one behind the other in one table.
   struct run {
-    std::size_t first;
-    std::size_t count;
-    packed_place place;  // of the first
+    std::size_t first = 0;
+    std::size_t count = 0;
+    packed_place place{};  // of the first
   };
 
   // A run that the position belongs to: not always the longest, but the longer the further back it is in it.
