@@ -34,6 +34,13 @@ static_assert(std::is_trivially_copyable_v<value_view>);
 
 inline constexpr std::size_t view_count = std::variant_size_v<value_view>;
 
+// The alternative of value_view that shows an alternative of value.
+template <class T>
+using shown_as = std::conditional_t<
+    std::is_same_v<T, db_string::tt_string>, text_view,
+    std::conditional_t<std::is_same_v<T, operator_library::Binary>, binary_view,
+                       std::conditional_t<std::is_same_v<T, operator_library::SetSpecifier>, std::u16string_view, T>>>;
+
 // The view of a value that stays where it is.
 value_view view_of(const value& source);
 
