@@ -48,13 +48,16 @@ struct iterator_state {
 
 // Where the values of one column lie for consecutive objects: what a getter finds out it keeps for the next object.
 struct column_run {
-  std::uint64_t column_and_tag = 0;
-  std::uint64_t first = 0;  // object numbers
-  std::uint64_t count = 0;  // 0: holds nothing
+  std::uint64_t type_column_tag = 0;  // see name; 0 names nothing
+  std::uint64_t first = 0;            // object number
+  std::uint64_t count = 0;
   std::uint64_t row_of_first = 0;
   const column* values = nullptr;
 
-  static std::uint64_t name(std::uint32_t column, std::uint16_t tag) { return std::uint64_t{column} << 16 | tag; }
+  static std::uint64_t name(column_type type, std::uint32_t column, std::uint16_t tag) {
+    return std::uint64_t{static_cast<std::uint8_t>(type)} << 48 | std::uint64_t{column} << 16 | tag;
+  }
+  std::uint64_t row_of(std::uint64_t number) const { return number - first + row_of_first; }
 };
 
 // A slot's state, with its iterators, stays allocated when its context ends, for the next one.
@@ -72,7 +75,7 @@ struct context_state {
   iterator_state* open_iterator();  // null: too many
   void close_iterator(iterator_state& iterator);
 
-  column_run& run_of(std::uint32_t column, std::uint16_t tag) { return runs[(column ^ tag) % runs.size()]; }
+  column_run& run_of(std::uint32_t column) { return runs[column % runs.size()]; }
 
   // Forgets what a write makes wrong: positions in indexes and places of values.
   void before_write();

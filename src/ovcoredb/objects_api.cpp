@@ -26,24 +26,25 @@ struct found_column {
   if (column - first_declared_column >= segment->count) return {ORV_BAD_COLUMN};
   const auto* const values = &place.in->columns[segment->first + column - first_declared_column];
   const place_directory::run around = objects.run_of(number);
-  context.run_of(column, tag) = {column_run::name(column, tag), around.first, around.count, around.place.row(), values};
+  context.run_of(column) = {column_run::name(values->type(), column, tag), around.first, around.count,
+                            around.place.row(), values};
   return {ORV_OK, values, place.row};
 }
 
-// Null values: not remembered, or the context does not exist.
-found_column find_known_column(context_state* context, std::uint64_t number, std::uint64_t second_word,
-                               std::uint32_t column) {
-  if (context == nullptr) return {};
-  const auto tag = static_cast<std::uint16_t>(second_word);
-  const column_run& run = context->run_of(column, tag);
-  if (run.column_and_tag != column_run::name(column, tag) || number - run.first >= run.count) return {};
-  return {ORV_OK, run.values, number - run.first + run.row_of_first};
+// Null: the context does not exist, or what it remembers is not this column, of this type, of this object.
+const column_run* find_known_run(context_state* context, std::uint64_t number, std::uint64_t second_word,
+                                 std::uint32_t column, column_type type) {
+  if (context == nullptr) return nullptr;
+  const column_run& run = context->run_of(column);
+  if (run.type_column_tag != column_run::name(type, column, static_cast<std::uint16_t>(second_word))) return nullptr;
+  return number - run.first < run.count ? &run : nullptr;
 }
 
-found_column find_column(context_state* context, std::uint64_t number, std::uint64_t second_word,
-                         std::uint32_t column) {
-  const found_column known = find_known_column(context, number, second_word, column);
-  if (known.values != nullptr) return known;
+// Remembered or not.
+found_column find_column(context_state* context, std::uint64_t number, std::uint64_t second_word, std::uint32_t column,
+                         column_type type) {
+  const column_run* const known = find_known_run(context, number, second_word, column, type);
+  if (known != nullptr) return {ORV_OK, known->values, known->row_of(number)};
   if (context == nullptr) return {ORV_BAD_CONTEXT};
   return find_column_anew(*context, number, static_cast<std::uint16_t>(second_word), column);
 }
@@ -58,7 +59,7 @@ std::uint32_t type_status(const found_column& found, column_type type) {
 template <column_type type, auto value, class T>
 [[gnu::noinline]] std::uint32_t get_anew(std::uint64_t context, std::uint64_t number, std::uint64_t second_word,
                                          std::uint32_t column, T* out) {
-  const found_column found = find_column(find_context(context), number, second_word, column);
+  const found_column found = find_column(find_context(context), number, second_word, column, type);
   const std::uint32_t status = type_status(found, type);
   if (status == ORV_OK) *out = (found.values->*value)(found.row);
   return status;
@@ -69,18 +70,18 @@ template <column_type type, auto value, class T>
 std::uint32_t get(std::uint64_t context, std::uint64_t number, std::uint64_t second_word, std::uint32_t column,
                   T* out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
-  const found_column known = find_known_column(find_context(context), number, second_word, column);
-  if (known.values == nullptr || known.values->type() != type || !known.values->has_value(known.row)) {
+  const column_run* const known = find_known_run(find_context(context), number, second_word, column, type);
+  if (known == nullptr || !known->values->has_value(known->row_of(number))) {
     return get_anew<type, value>(context, number, second_word, column, out);
   }
-  *out = (known.values->*value)(known.row);
+  *out = (known->values->*value)(known->row_of(number));
   return ORV_OK;
 }
 
 // What get_ulong reads beside uint64 columns.
 [[gnu::noinline]] std::uint32_t get_other_ulong(std::uint64_t context, std::uint64_t number, std::uint64_t second_word,
                                                 std::uint32_t column, std::uint64_t* out) {
-  const found_column found = find_column(find_context(context), number, second_word, column);
+  const found_column found = find_column(find_context(context), number, second_word, column, column_type::boolean);
   if (found.status == ORV_OK && found.values == nullptr && column == number_column) {
     *out = number;
     return ORV_OK;
@@ -91,10 +92,6 @@ std::uint32_t get(std::uint64_t context, std::uint64_t number, std::uint64_t sec
   return status;
 }
 
-bool holds_unsigned(const column& values) {
-  return values.type() == column_type::uint64 || values.type() == column_type::boolean;
-}
-
 }  // namespace
 }  // namespace ovcoredb
 
@@ -103,11 +100,12 @@ using namespace ovcoredb;
 uint32_t orv_context_get_ulong(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                                uint64_t* out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
-  const found_column known = find_known_column(find_context(context), object_number, second_word, column);
-  if (known.values == nullptr || !holds_unsigned(*known.values) || !known.values->has_value(known.row)) {
+  const column_run* const known =
+      find_known_run(find_context(context), object_number, second_word, column, column_type::uint64);
+  if (known == nullptr || !known->values->has_value(known->row_of(object_number))) {
     return get_other_ulong(context, object_number, second_word, column, out);
   }
-  *out = known.values->unsigned_value(known.row);
+  *out = known->values->unsigned_value(known->row_of(object_number));
   return ORV_OK;
 }
 
@@ -134,7 +132,7 @@ uint32_t orv_context_get_double(uint64_t context, uint64_t object_number, uint64
 uint32_t orv_context_get_binary(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                                 ORV_BYTES* out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
-  const found_column found = find_column(find_context(context), object_number, second_word, column);
+  const found_column found = find_column(find_context(context), object_number, second_word, column, column_type::text);
   const bool is_text = found.values != nullptr && found.values->type() == column_type::text;
   const std::uint32_t status = type_status(found, is_text ? column_type::text : column_type::binary);
   if (status != ORV_OK) return status;
@@ -158,7 +156,7 @@ uint32_t orv_context_get_string(uint64_t context, uint64_t object_number, uint64
                                 const uint8_t** out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
   context_state* const reader = find_context(context);
-  const found_column found = find_column(reader, object_number, second_word, column);
+  const found_column found = find_column(reader, object_number, second_word, column, column_type::text);
   const std::uint32_t status = type_status(found, column_type::text);
   return status == ORV_OK ? lend_decoded(*reader, found.values->bytes(found.row), text_form::plain, out) : status;
 }
@@ -166,7 +164,7 @@ uint32_t orv_context_get_string(uint64_t context, uint64_t object_number, uint64
 uint32_t orv_context_get_setspec(uint64_t context, uint64_t object_number, uint64_t second_word, const uint8_t** out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
   context_state* const reader = find_context(context);
-  const found_column found = find_column(reader, object_number, second_word, set_specifier_column);
+  const found_column found = find_column(reader, object_number, second_word, set_specifier_column, column_type::text);
   if (found.status != ORV_OK) return found.status;
   return lend_units(*reader, reader->database->objects.find_object(object_number).in->set_specifier, out);
 }
