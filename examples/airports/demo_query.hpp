@@ -1,0 +1,22 @@
+#ifndef AIRPORTS_DEMO_QUERY_HPP_
+#define AIRPORTS_DEMO_QUERY_HPP_
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ovhost/plans.hpp"
+#include "ovhost/statement.hpp"
+
+// A query of the demo: what it shows, and how its plan is built.
+struct demo_query {
+  std::string name;
+  std::string shows;
+  std::function<ovhost::plan(ovhost::query&)> build;
+  std::vector<ovhost::value> parameters = {};
+};
+
+// Scans of every kind, filters, projections, references and parameters.
+std::vector<demo_query> reading_queries();
+
+#endif  // AIRPORTS_DEMO_QUERY_HPP_
