@@ -8,16 +8,21 @@
 
 #include "ov_sql_executor/database/metadata.hpp"
 #include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/execution/aggregator.hpp"
 #include "ov_sql_executor/execution/filter.hpp"
 #include "ov_sql_executor/execution/full_join.hpp"
 #include "ov_sql_executor/execution/generative_assignment.hpp"
 #include "ov_sql_executor/execution/left_join.hpp"
+#include "ov_sql_executor/execution/limit_offset.hpp"
 #include "ov_sql_executor/execution/nested_loop_inner_join.hpp"
 #include "ov_sql_executor/execution/order_by.hpp"
 #include "ov_sql_executor/execution/projection.hpp"
 #include "ov_sql_executor/execution/scan.hpp"
 #include "ov_sql_executor/execution/uniond.hpp"
+#include "ov_sql_executor/expressions/constants.hpp"
 #include "ov_sql_executor/expressions/expression_translation.hpp"
+#include "ov_sql_executor/expressions/value_from_context.hpp"
+#include "ov_sql_executor/planning/aggregate_translation.hpp"
 #include "ov_sql_executor/planning/scan_conditions.hpp"
 
 namespace physical_to_exec {
@@ -32,7 +37,9 @@ using ov::sql_executor::to_expression;
 using ov::sql_executor::translate_expression;
 using ov::sql_executor::translate_expressions;
 using ov::sql_executor::value;
+using ov::sql_executor::operators::context_list;
 using ov::sql_executor::operators::operator_base;
+using ov::sql_executor::operators::value_from_context;
 
 class translator {
  public:
@@ -108,6 +115,25 @@ class translator {
     return {std::move(columns), std::move(join)};
   }
 
+  // The aggregates come first in the row, the group keys after them.
+  translation operator()(const Aggregation& plan) const {
+    translation child = child_of(plan);
+    const scope inner = join_scopes(outer_, child.columns);
+    std::vector<std::unique_ptr<operator_base>> keys;
+    for (const assignment& key : plan.group_by) {
+      keys.push_back(translate_expression(key.expression, constants_, inner));
+    }
+    scope columns;
+    std::vector<ov::sql_executor::aggregate_entry> entries;
+    for (const aggregate& each : plan.aggregates) {
+      entries.push_back(translate_aggregate(each, constants_, inner));
+      columns.push_back(result_column(each));
+    }
+    for (const assignment& key : plan.group_by) columns.push_back(key.column);
+    return {std::move(columns),
+            std::make_unique<ov::sql_executor::aggregator>(std::move(child.node), std::move(keys), std::move(entries))};
+  }
+
   translation operator()(const OrderBy& plan) const {
     translation child = child_of(plan);
     const scope inner = join_scopes(outer_, child.columns);
@@ -121,10 +147,13 @@ class translator {
                                           std::move(child.node), std::move(keys), std::move(directions))};
   }
 
-  // The alternatives that are still to come.
-  template <class Alternative>
-  translation operator()(const Alternative& /*plan*/) const {
-    error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
+  // Limit and offset see the enclosing rows only.
+  translation operator()(const LimitOffset& plan) const {
+    translation child = child_of(plan);
+    auto limit = row_count(plan.limit, std::numeric_limits<std::uint64_t>::max());
+    auto offset = row_count(plan.offset, 0);
+    return {std::move(child.columns), std::make_unique<ov::sql_executor::limit_offset>(
+                                          std::move(child.node), std::move(limit), std::move(offset))};
   }
 
   translation operator()(const Union& plan) const {
@@ -149,6 +178,13 @@ class translator {
     translation left = translate(*plan.left, constants_, outer_);
     translation right = translate(*plan.right, constants_, join_scopes(outer_, left.columns));
     return {std::move(left), std::move(right)};
+  }
+
+  std::unique_ptr<operator_base> row_count(const std::optional<physical_queryplan::expression>& stated,
+                                           std::uint64_t otherwise) const {
+    if (stated) return translate_expression(*stated, constants_, outer_);
+    const std::int16_t position = ov::sql_executor::add_constant(constants_, otherwise);
+    return std::make_unique<value_from_context>(context_list::constants, position);
   }
 
   std::vector<value>& constants_;

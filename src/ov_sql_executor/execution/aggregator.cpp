@@ -1,0 +1,106 @@
+#include "ov_sql_executor/execution/aggregator.hpp"
+
+#include "ov_sql_executor/execution/row_set.hpp"
+#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/expressions/operand_list.hpp"
+#include "ov_sql_executor/expressions/operand_views.hpp"
+
+namespace ov::sql_executor {
+
+namespace {
+
+void append_accumulators(std::vector<accumulator>& list, const std::vector<aggregate_entry>& aggregates) {
+  for (const aggregate_entry& aggregate : aggregates) list.push_back(new_accumulator(aggregate));
+}
+
+// Takes the row on top of the stack into a group, whose accumulators lie side by side from kept on.
+void add_to_group(const std::vector<aggregate_entry>& aggregates, accumulator* kept, execution_context& context) {
+  for (const aggregate_entry& aggregate : aggregates) add_row(aggregate, *kept++, context);
+}
+
+void push_results(const std::vector<aggregate_entry>& aggregates, const accumulator* kept, execution_context& context) {
+  for (const aggregate_entry& aggregate : aggregates) context.row_stack.push_back(finish(aggregate, *kept++));
+}
+
+class empty_group_by_aggregator_enumerator final : public row_source {
+ public:
+  empty_group_by_aggregator_enumerator(const std::vector<aggregate_entry>& aggregates,
+                                       std::unique_ptr<row_source> child)
+      : aggregates_(aggregates), child_(std::move(child)) {
+    append_accumulators(accumulators_, aggregates);
+  }
+
+  bool push_next(execution_context& context) override {
+    if (!child_) return false;
+    const std::size_t size = context.row_stack.size();
+    while (child_->push_next(context)) {
+      add_to_group(aggregates_, accumulators_.data(), context);
+      cut_row_stack(context, size);
+    }
+    child_.reset();
+    push_results(aggregates_, accumulators_.data(), context);
+    return true;
+  }
+
+ private:
+  const std::vector<aggregate_entry>& aggregates_;  // the node's
+  std::vector<accumulator> accumulators_;
+  std::unique_ptr<row_source> child_;  // until it is exhausted
+};
+
+class aggregator_enumerator final : public row_source {
+ public:
+  aggregator_enumerator(const std::vector<operators::operand>& group_keys,
+                        const std::vector<aggregate_entry>& aggregates, std::unique_ptr<row_source> child)
+      : group_keys_(group_keys), aggregates_(aggregates), groups_(group_keys.size()), child_(std::move(child)) {}
+
+  bool push_next(execution_context& context) override {
+    if (!filled_) fill(context);
+    if (cursor_ == groups_.size()) return false;
+    push_results(aggregates_, accumulators_of(cursor_), context);
+    const std::span<const value> key = groups_.row_at(cursor_++);
+    context.row_stack.insert(context.row_stack.end(), key.begin(), key.end());
+    return true;
+  }
+
+ private:
+  void fill(execution_context& context) {
+    filled_ = true;
+    operators::operand_views keys(group_keys_.size());
+    const std::size_t size = context.row_stack.size();
+    while (child_->push_next(context)) {
+      const row_set::place group = groups_.find_or_insert(keys.evaluate(group_keys_, context));
+      if (group.is_new) append_accumulators(accumulators_, aggregates_);
+      add_to_group(aggregates_, accumulators_of(group.index), context);
+      cut_row_stack(context, size);
+    }
+  }
+
+  accumulator* accumulators_of(std::size_t group) { return accumulators_.data() + group * aggregates_.size(); }
+
+  const std::vector<operators::operand>& group_keys_;  // the node's
+  const std::vector<aggregate_entry>& aggregates_;     // the node's
+  row_set groups_;
+  std::vector<accumulator> accumulators_;  // those of each group, group after group
+  bool filled_ = false;
+  std::size_t cursor_ = 0;
+  std::unique_ptr<row_source> child_;
+};
+
+}  // namespace
+
+aggregator::aggregator(std::unique_ptr<node> child, std::vector<std::unique_ptr<operators::operator_base>> group_keys,
+                       std::vector<aggregate_entry> aggregates)
+    : child_(std::move(child)),
+      group_keys_(operators::to_operands(std::move(group_keys))),
+      aggregates_(std::move(aggregates)) {}
+
+std::unique_ptr<row_source> aggregator::open(execution_context& context) const {
+  std::unique_ptr<row_source> child = child_.open(context);
+  if (group_keys_.empty()) {
+    return std::make_unique<empty_group_by_aggregator_enumerator>(aggregates_, std::move(child));
+  }
+  return std::make_unique<aggregator_enumerator>(group_keys_, aggregates_, std::move(child));
+}
+
+}  // namespace ov::sql_executor

@@ -1,0 +1,56 @@
+#include "ov_sql_executor/execution/limit_offset.hpp"
+
+#include <cstdint>
+
+#include "ov_sql_executor/errors/db_exception.hpp"
+#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/values/conversion.hpp"
+
+namespace ov::sql_executor {
+
+namespace {
+
+class limit_offset_enumerator final : public row_source {
+ public:
+  limit_offset_enumerator(std::uint64_t limit, std::unique_ptr<row_source> child)
+      : limit_(limit), child_(std::move(child)) {}
+
+  bool push_next(execution_context& context) override {
+    if (count_ >= limit_) return false;
+    ++count_;
+    return child_->push_next(context);
+  }
+
+ private:
+  std::uint64_t limit_;
+  std::unique_ptr<row_source> child_;
+  std::uint64_t count_ = 0;  // rows asked of the child
+};
+
+std::uint64_t row_count(const operators::operand& expression, execution_context& context) {
+  const value count = convert_to<std::uint64_t>(expression.evaluate(context));
+  if (const auto* number = std::get_if<std::uint64_t>(&count)) return *number;
+  throw db_util::db_exception{db_util::type_error};
+}
+
+// Whether there were as many rows.
+bool skip(row_source& rows, std::uint64_t count, execution_context& context) {
+  const std::size_t size = context.row_stack.size();
+  for (; count > 0; --count) {
+    if (!rows.push_next(context)) return false;
+    cut_row_stack(context, size);
+  }
+  return true;
+}
+
+}  // namespace
+
+std::unique_ptr<row_source> limit_offset::open(execution_context& context) const {
+  const std::uint64_t limit = row_count(limit_, context);
+  const std::uint64_t offset = row_count(offset_, context);
+  std::unique_ptr<row_source> child = child_.open(context);
+  const bool has_rows = skip(*child, offset, context);
+  return std::make_unique<limit_offset_enumerator>(has_rows ? limit : 0, std::move(child));
+}
+
+}  // namespace ov::sql_executor

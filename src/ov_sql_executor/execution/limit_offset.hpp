@@ -1,0 +1,30 @@
+#ifndef OV_SQL_EXECUTOR_EXECUTION_LIMIT_OFFSET_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_LIMIT_OFFSET_HPP_
+
+#include <memory>
+
+#include "ov_sql_executor/execution/row_source.hpp"
+#include "ov_sql_executor/expressions/operand.hpp"
+
+namespace ov::sql_executor {
+
+// Leaves out the child's first offset rows and passes at most limit of the others. Both are evaluated once, against the
+// enclosing rows, before the child is opened; the offset is skipped there and then. Throws db_exception type_error for
+// NULL, and what the conversion to uint64 throws.
+class limit_offset final : public source_node {
+ public:
+  limit_offset(std::unique_ptr<node> child, std::unique_ptr<operators::operator_base> limit,
+               std::unique_ptr<operators::operator_base> offset)
+      : child_(std::move(child)), limit_(std::move(limit)), offset_(std::move(offset)) {}
+
+  std::unique_ptr<row_source> open(execution_context& context) const override;
+
+ private:
+  input child_;
+  operators::operand limit_;
+  operators::operand offset_;
+};
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_EXECUTION_LIMIT_OFFSET_HPP_
