@@ -25,25 +25,27 @@ inline constexpr std::size_t iterators_of_a_context_limit = 65536;
 
 struct context_state;
 
-// An iterator takes its objects from the index in batches, the first of one object, each later one twice as large.
 struct iterator_state {
-  static constexpr std::uint32_t largest_batch = 32;
-
   std::atomic<std::uint64_t> handle{0};  // 0: not in use
-  const std::uint64_t* given = batch;    // of the batch, what was handed out ends here
-  const std::uint64_t* taken = batch;    // what lies in it ends here
-  std::uint32_t batch_size = 0;
-  bool descending = false;
-  bool stop_is_end = false;  // nothing behind `stop` belongs to the range and nothing before it has to be checked
+
+  // The entries that can be handed out without a further look: from `at` up to `limit`, by `step`.
+  const index_entry* entries = nullptr;
+  std::uint32_t at = 0;
+  std::uint32_t limit = 0;
+  std::uint32_t step = 1;    // or -1 modulo 2^32, to descend
+  place_directory::run run;  // that the object handed out last belongs to, by object number
+
+  const ordered_index::entries::block* in = nullptr;
+  ordered_index::entries::position stop{};
+  std::uint32_t checks_left = 0;  // entries to hold against `last` before `stop` is set to the end of the range
   const ordered_index* index = nullptr;
-  ordered_index::position next{};  // descending: the entry before it is the next one
-  ordered_index::position stop{};
   range_end last;
-  place_directory::run run;            // that the object taken last belongs to, by number
-  std::uint64_t batch[largest_batch];  // number << 16 | tag
+
   context_state* owner = nullptr;
   std::uint64_t generation = 0;
   std::size_t slot = 0;
+
+  bool descending() const { return step != 1; }
 };
 
 // Where the values of one column lie for consecutive objects: what a getter finds out it keeps for the next object.

@@ -1,5 +1,4 @@
 // The C interface: ranges over indexes.
-#include <algorithm>
 #include <exception>
 
 #include "ovcoredb/contexts.hpp"
@@ -12,9 +11,30 @@ namespace {
 constexpr std::uint32_t known_flags =
     ORV_ITERATOR_FIRST_INCLUSIVE | ORV_ITERATOR_LAST_INCLUSIVE | ORV_ITERATOR_METADATA | ORV_ITERATOR_DESCENDING;
 
+using position = ordered_index::entries::position;
+
 // Looking for the end of a range costs as much as for its start. A range that is left after a few steps, such as that
 // of one key, does without: its entries are held against the last key one by one.
-constexpr std::uint32_t largest_checked_batch = 2;
+constexpr std::uint32_t checks_before_end_is_sought = 3;
+
+// The same place, said so that the entry to be handed out next is in the position's block, if there is one.
+position normal(position at, bool descending) {
+  if (at.in == nullptr) return at;
+  if (descending && at.offset == 0 && at.in->previous != nullptr) return {at.in->previous, at.in->previous->count};
+  if (!descending && at.offset == at.in->count && at.in->next != nullptr) return {at.in->next, 0};
+  return at;
+}
+
+// Nothing can be handed out before the next look.
+void stand_at(iterator_state& iterator, position at) {
+  iterator.in = at.in;
+  iterator.entries = at.in == nullptr ? nullptr : at.in->entries;
+  iterator.at = iterator.limit = iterator.descending() ? at.offset - 1 : at.offset;
+}
+
+position where_it_stands(const iterator_state& iterator) {
+  return normal({iterator.in, iterator.descending() ? iterator.at + 1 : iterator.at}, iterator.descending());
+}
 
 std::uint32_t start(context_state& reader, iterator_state& iterator, const ordered_index& index, std::uint32_t flags,
                     const std::uint8_t* first_key, const std::uint8_t* last_key) {
@@ -23,72 +43,46 @@ std::uint32_t start(context_state& reader, iterator_state& iterator, const order
   const bool to_behind = ((flags & ORV_ITERATOR_LAST_INCLUSIVE) != 0) != descending;
   if (!read_key(first_key, index.parts(), from_behind, reader.first)) return ORV_BAD_KEY;
   if (!read_key(last_key, index.parts(), to_behind, iterator.last)) return ORV_BAD_KEY;
-  iterator.given = iterator.taken = iterator.batch;
-  iterator.batch_size = 1;
-  iterator.descending = descending;
-  iterator.stop_is_end = false;
-  iterator.index = &index;
+  iterator.step = descending ? ~std::uint32_t{0} : 1;
   iterator.run = {};
-  iterator.next = index.find(reader.first);
+  iterator.index = &index;
   iterator.stop = descending ? index.begin() : index.end();
+  iterator.checks_left = checks_before_end_is_sought;
+  stand_at(iterator, index.find(reader.first));
   return ORV_OK;
 }
 
-// The entries that the next batch will read, from this one on.
-void prefetch(const index_entry& from, bool descending) {
-  constexpr int entries_of_a_line = 5;
-  const int step = descending ? -entries_of_a_line : entries_of_a_line;
-  const auto* const bytes = reinterpret_cast<const char*>(&from);
-  for (int line = 0; line < 4; ++line) __builtin_prefetch(bytes + line * step * int{sizeof from});
-}
-
-std::uint16_t tag_of(iterator_state& iterator, std::uint64_t number) {
-  place_directory::run& run = iterator.run;
-  if (number - run.first >= run.count) run = iterator.owner->database->objects.run_of(number);
-  return run.place.tag();
-}
-
-// Takes objects up to `stop`, or, if checked, up to the first that the last key leaves out.
-template <bool descending, bool checked>
-void fill_batch(iterator_state& iterator) {
-  ordered_index::position at = iterator.next;
-  const ordered_index::position stop = iterator.stop;
-  std::uint64_t* taken = iterator.batch;
-  const std::uint64_t* const limit = taken + iterator.batch_size;
-  for (; taken != limit && at != stop; ++taken) {
-    if (descending) --at;
-    if (checked && iterator.index->before(*at, iterator.last) == descending) {
+// Makes the next entries of one block ready to be handed out. False at the end of the range.
+bool look_further(iterator_state& iterator) {
+  const bool descending = iterator.descending();
+  const position at = where_it_stands(iterator);
+  stand_at(iterator, at);
+  if (at == iterator.stop) return false;
+  if (iterator.checks_left != 0) {
+    if (iterator.index->before(iterator.entries[iterator.at], iterator.last) == descending) {
       iterator.stop = at;
-      break;
+      iterator.checks_left = 0;
+      return false;
     }
-    *taken = at->number() << 16 | tag_of(iterator, at->number());
-    if (!descending) ++at;
+    iterator.limit = iterator.at + iterator.step;
+    if (--iterator.checks_left != 0) return true;
+    iterator.stop = normal(iterator.index->find(iterator.last), descending);
   }
-  iterator.next = at;
-  iterator.taken = taken;
-  iterator.given = iterator.batch;
-  if (at != iterator.stop) prefetch(*at, descending);
+  const std::uint32_t block_end = descending ? 0 : at.in->count;
+  const std::uint32_t end = iterator.stop.in == at.in ? iterator.stop.offset : block_end;
+  iterator.limit = descending ? end - 1 : end;
+  return true;
 }
 
-// False at the end of the range.
-bool next_batch(iterator_state& iterator) {
-  if (iterator.batch_size > largest_checked_batch && !iterator.stop_is_end && iterator.next != iterator.stop) {
-    iterator.stop = iterator.index->find(iterator.last);
-    iterator.stop_is_end = true;
-  }
-  if (iterator.stop_is_end) {
-    iterator.descending ? fill_batch<true, false>(iterator) : fill_batch<false, false>(iterator);
-  } else {
-    iterator.descending ? fill_batch<true, true>(iterator) : fill_batch<false, true>(iterator);
-  }
-  iterator.batch_size = std::min(iterator.batch_size * 2, iterator_state::largest_batch);
-  return iterator.taken != iterator.batch;
-}
-
-// Out of line, which keeps the common step short.
-[[gnu::noinline]] std::uint32_t step_to_next_batch(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
+// Both are out of line, which keeps the common step short.
+[[gnu::noinline]] std::uint32_t step_further(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
   reference = {0, 0, 0};
-  return next_batch(iterator) ? orv_iterator_next(iterator.handle, &reference) : std::uint32_t{ORV_OK};
+  return look_further(iterator) ? orv_iterator_next(iterator.handle, &reference) : std::uint32_t{ORV_OK};
+}
+
+[[gnu::noinline]] std::uint32_t step_to_other_run(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
+  iterator.run = iterator.owner->database->objects.run_of(iterator.entries[iterator.at].number());
+  return orv_iterator_next(iterator.handle, &reference);
 }
 
 }  // namespace
@@ -121,9 +115,11 @@ uint32_t orv_iterator_next(uint64_t iterator, ORV_REFERENCE_VALUE* reference) {
   if (reference == nullptr) return ORV_BAD_ARGUMENT;
   iterator_state* const found = find_iterator(iterator);
   if (found == nullptr) return ORV_BAD_ITERATOR;
-  if (found->given == found->taken) return step_to_next_batch(*found, *reference);
-  const std::uint64_t number_and_tag = *found->given++;
-  *reference = {number_and_tag >> 16, 0, static_cast<std::uint16_t>(number_and_tag)};
+  if (found->at == found->limit) return step_further(*found, *reference);
+  const std::uint64_t number = found->entries[found->at].number();
+  if (number - found->run.first >= found->run.count) return step_to_other_run(*found, *reference);
+  found->at += found->step;
+  *reference = {number, 0, found->run.place.tag()};
   return ORV_OK;
 }
 

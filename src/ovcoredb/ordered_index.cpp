@@ -16,13 +16,11 @@ ordered_index::ordered_index(const object_store& objects, std::uint64_t handle, 
 
 void ordered_index::insert(std::uint64_t number) {
   const index_entry entry = entry_of(number);
-  if (!unique_ || holds_null(number)) {
-    entries_.insert(entry);
-    return;
+  if (unique_ && !holds_null(number)) {
+    const auto at = entries_.find([&](const index_entry& each) { return compare_keys(each, entry) < 0; });
+    if (!at.at_end() && compare_keys(*at, entry) == 0) throw unique_violation(handle_, (*at).number());
   }
-  const position at = entries_.lower_bound(by_key{entry});
-  if (at != entries_.end() && compare_keys(entry, *at) == 0) throw unique_violation(handle_, at->number());
-  entries_.insert(at, entry);
+  entries_.insert(entry);
 }
 
 void ordered_index::erase(std::uint64_t number) { entries_.erase(entry_of(number)); }

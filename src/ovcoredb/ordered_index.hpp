@@ -1,16 +1,14 @@
-// An ordered index: a B-tree of small entries. An entry holds the beginning of its object's key, which decides most
+// An ordered index: small entries in order. An entry holds the beginning of its object's key, which decides most
 // comparisons; the rest of the key is read from the object's columns when two beginnings are equal.
 #ifndef OVCOREDB_ORDERED_INDEX_HPP_
 #define OVCOREDB_ORDERED_INDEX_HPP_
 
-#include <absl/container/btree_set.h>
-
 #include <cstdint>
 #include <cstring>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "ovcoredb/entry_blocks.hpp"
 #include "ovcoredb/index_key.hpp"
 #include "ovcoredb/object_store.hpp"
 
@@ -22,6 +20,7 @@ namespace ovcoredb {
 // For a single number column the two in this order are the index order, duplicates in object order included.
 class index_entry {
  public:
+  index_entry() = default;
   index_entry(leading_order leading, std::uint64_t number)
       : tagged_(std::uint32_t{leading.high} << 31 | static_cast<std::uint32_t>(number)) {
     std::memcpy(word_, &leading.word, sizeof word_);
@@ -35,6 +34,7 @@ class index_entry {
   std::uint32_t tagged() const { return tagged_; }
   bool high() const { return (tagged_ >> 31) != 0; }
   std::uint64_t number() const { return tagged_ & index_number_mask; }
+  bool operator==(const index_entry&) const = default;
 
  private:
   std::uint32_t word_[2];  // in two halves, so that entries need no padding
@@ -55,31 +55,27 @@ class ordered_index {
 
   // Whether the entry lies before the end.
   bool before(const index_entry& entry, const range_end& end) const {
-    if (entry.word() != end.word) return entry.word() < end.word;
-    return leading_is_key_ ? entry.tagged() < end.tagged : rest_before(entry, end);
+    const bool below = entry.word() < end.word;
+    const bool equal = entry.word() == end.word;
+    if (leading_is_key_) return below | (equal & (entry.tagged() < end.tagged));
+    return equal ? rest_before(entry, end) : below;
   }
 
  private:
-  struct by_key {
-    const index_entry& entry;  // compared without its object number
-  };
   struct entry_order {
-    using is_transparent = void;
-    using absl_btree_prefer_linear_node_search = std::true_type;  // a mispredicted branch costs more than its entries
     const ordered_index* index;
     bool operator()(const index_entry& a, const index_entry& b) const { return index->less(a, b); }
-    bool operator()(const index_entry& a, const range_end& b) const { return index->before(a, b); }
-    bool operator()(const range_end& a, const index_entry& b) const { return !index->before(b, a); }
-    bool operator()(const index_entry& a, by_key b) const { return index->compare_keys(a, b.entry) < 0; }
-    bool operator()(by_key a, const index_entry& b) const { return index->compare_keys(a.entry, b) < 0; }
   };
-  using tree = absl::btree_set<index_entry, entry_order>;
 
  public:
-  using position = tree::const_iterator;
-  position begin() const { return entries_.begin(); }
-  position end() const { return entries_.end(); }
-  position find(const range_end& end) const { return entries_.lower_bound(end); }  // the first entry not before it
+  using entries = entry_blocks<index_entry, entry_order>;
+  entries::position begin() const { return entries_.begin(); }
+  entries::position end() const { return entries_.end(); }
+
+  // The first entry that is not before the end.
+  entries::position find(const range_end& end) const {
+    return entries_.find([&](const index_entry& each) { return before(each, end); });
+  }
 
  private:
   static int compare_leading(const index_entry& a, std::uint64_t word, bool high) {
@@ -110,7 +106,7 @@ class ordered_index {
   bool unique_;
   std::size_t first_rest_;  // the first part that equal beginnings leave open
   bool leading_is_key_;     // none is left open
-  tree entries_;
+  entries entries_;
 };
 
 }  // namespace ovcoredb

@@ -132,6 +132,11 @@ TEST_F(database_test, unique_index_keeps_its_first_object) {
                    {.table = db.place, .columns = {{sample::price}, {0, false}}, .unique = true, .handle = 1}),
                std::invalid_argument);
   db.insert_place(2, u"c");
+  const std::uint64_t by_unique_name =
+      db.database.create_index({.table = db.place, .columns = {{sample::name}}, .unique = true});
+  EXPECT_THROW(db.insert_place(9, u"c"), ovcoredb::unique_violation);  // after other indexes took it in
+  EXPECT_THAT(all_of(handle, db.by_id), ElementsAre(2, 3, 1, 4));
+  EXPECT_THAT(all_of(handle, by_unique_name), ElementsAre(2, 3, 1, 4));
   EXPECT_THROW(db.database.create_index({.table = db.place, .columns = {{sample::price}}, .unique = true}),
                ovcoredb::unique_violation);
   EXPECT_THAT(all_of(handle, db.database.create_index({.table = db.place, .columns = {{sample::price}, {0, false}}})),
