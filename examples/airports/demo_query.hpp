@@ -19,4 +19,7 @@ struct demo_query {
 // Scans of every kind, filters, projections, references and parameters.
 std::vector<demo_query> reading_queries();
 
+// Joins, grouping, ordering, limits and unions.
+std::vector<demo_query> relational_queries();
+
 #endif  // AIRPORTS_DEMO_QUERY_HPP_

@@ -27,8 +27,16 @@ std::vector<demo_query> chosen(const std::vector<demo_query>& all, const std::ve
   return result;
 }
 
+std::vector<demo_query> all_queries() {
+  std::vector<demo_query> all;
+  for (const auto& some : {reading_queries(), relational_queries()}) {
+    all.insert(all.end(), some.begin(), some.end());
+  }
+  return all;
+}
+
 void run(const options& wanted) {
-  const std::vector<demo_query> all = reading_queries();
+  const std::vector<demo_query> all = all_queries();
   if (wanted.list) {
     for (const demo_query& each : all) std::cout << each.name << ": " << each.shows << '\n';
     return;

@@ -16,7 +16,6 @@ TEST(PlanWords, SayEveryOperation) {
   const staff_database staff;
   query q;
   const table_variable e = q.over("Staff.Employee", "e");
-  const expression_words words(q.names(), q.columns());
   const struct {
     expression said;
     const char* words;
@@ -37,6 +36,7 @@ TEST(PlanWords, SayEveryOperation) {
       {to(value_kind::float64, parameter(2, value_kind::text)), "double(parameter 2)"},
       {e.follow("boss").follow("boss")["salary"], "e.boss.boss.salary"},
   };
+  const expression_words words(q.names(), q.columns());
   for (const auto& each : cases) EXPECT_EQ(words(each.said), each.words);
 }
 
