@@ -1,0 +1,90 @@
+// What the library throws is caught by a program that shares nothing but headers with it, although the library keeps
+// its copies of the standard library's and Boost's type information to itself.
+#include <gtest/gtest.h>
+
+#include <boost/numeric/conversion/converter_policies.hpp>
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+#include <variant>
+
+#include "ov_sql_executor/database/context_handle.hpp"
+#include "ov_sql_executor/database/obj_ref.hpp"
+#include "ov_sql_executor/errors/db_exception.hpp"
+#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/planning/plan.hpp"
+#include "valueless.hpp"
+
+namespace {
+
+using physical_queryplan::computed;
+using physical_queryplan::expression;
+using physical_queryplan::literal;
+using physical_queryplan::QueryPlan::Filter;
+using physical_queryplan::QueryPlan::GenerativeAssignment;
+using physical_queryplan::QueryPlan::PredicateVariant;
+using physical_queryplan::QueryPlan::Projection;
+
+const computed<bool> answer{{1, 0, 0, 0}};
+
+std::unique_ptr<PredicateVariant> one_row(expression any) {
+  return std::make_unique<PredicateVariant>(GenerativeAssignment{std::move(any), answer});
+}
+
+Projection select(expression any) { return {{answer}, one_row(std::move(any))}; }
+
+// A plan that holds no alternative at all.
+PredicateVariant valueless_plan() {
+  PredicateVariant plan = select(literal(true));
+  tests::make_valueless<GenerativeAssignment>(plan);
+  return plan;
+}
+
+template <class Exception>
+void expect_message(PredicateVariant plan, const char* message) {
+  try {
+    physical_to_exec::Plan(std::move(plan));
+    FAIL() << "nothing was thrown; expected " << message;
+  } catch (const Exception& error) {
+    EXPECT_STREQ(error.what(), message);
+  }
+}
+
+TEST(LibraryBoundary, PlanningErrorsAreCaughtByTheirTypes) {
+  expect_message<error_handling::OVException>(Filter{literal(true), one_row(literal(true))}, "Not implemented error");
+  expect_message<std::out_of_range>(select(physical_queryplan::Less{}), "invalid vector<T> subscript");
+  expect_message<boost::numeric::positive_overflow>(select(literal(physical_queryplan::parameter<bool>{32768})),
+                                                    "bad numeric conversion: positive overflow");
+  expect_message<std::bad_variant_access>(valueless_plan(), "bad variant access");
+}
+
+TEST(LibraryBoundary, ExecutionErrorsAreCaughtByTheirTypes) {
+  auto filter = std::make_unique<PredicateVariant>(Filter{literal(std::int64_t{1}), one_row(literal(true))});
+  const auto [statement, columns] = physical_to_exec::Plan(Projection{{answer}, std::move(filter)});
+  ov::sql_executor::execution_context context{statement.constants, {}, {}, 0};
+  const std::unique_ptr<ov::sql_executor::enumerator> rows(statement.root->create_enumerator(context));
+  try {
+    rows->next(context);
+    FAIL() << "nothing was thrown";
+  } catch (const db_util::db_exception& error) {
+    EXPECT_EQ(error.code, db_util::type_error);
+  }
+}
+
+TEST(LibraryBoundary, HelpersLinkFromOutside) {
+  const db_util::OvObjRef from_core(ORV_REFERENCE_VALUE{9, 0xFFFF'0000'0000'0001, 2});
+  EXPECT_EQ(from_core.reference().second_word, 0x10002U);
+  db_util::OvObjRef other(OV_OBJ_REF{9, 5});
+  EXPECT_TRUE(from_core.equals(other));
+  other = db_util::OvObjRef();
+  EXPECT_FALSE(other.is_valid());
+
+  db_util::ContextHandle handle;
+  EXPECT_EQ(handle.context_handle(), 0U);
+  handle = db_util::ContextHandle(4);
+  EXPECT_EQ(handle.context_handle(), 4U);
+  EXPECT_EQ(metalayer::TlsContextHandle::context_handle(), 0U);
+}
+
+}  // namespace
