@@ -1,0 +1,17 @@
+#include "ov_sql_executor/expressions/null_test.hpp"
+
+#include <variant>
+
+namespace ov::sql_executor::operators {
+
+template <bool WhenNull>
+value_view null_test<WhenNull>::lend(execution_context& context, value& room) const {
+  const value_view any = operand_.lend(context, room);
+  if (std::holds_alternative<std::monostate>(any)) throw std::bad_variant_access();
+  return std::holds_alternative<operator_library::NullValue>(any) == WhenNull;
+}
+
+template class null_test<true>;
+template class null_test<false>;
+
+}  // namespace ov::sql_executor::operators

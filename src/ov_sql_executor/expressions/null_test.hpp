@@ -1,0 +1,28 @@
+#ifndef OV_SQL_EXECUTOR_EXPRESSIONS_NULL_TEST_HPP_
+#define OV_SQL_EXECUTOR_EXPRESSIONS_NULL_TEST_HPP_
+
+#include <memory>
+
+#include "ov_sql_executor/expressions/lending_operator.hpp"
+#include "ov_sql_executor/expressions/operand.hpp"
+
+namespace ov::sql_executor::operators {
+
+// Whether any value is NULL (WhenNull true) or is not. Never NULL itself.
+template <bool WhenNull>
+class null_test final : public lending_operator {
+ public:
+  explicit null_test(std::unique_ptr<operator_base> any) : operand_(std::move(any)) {}
+
+  value_view lend(execution_context& context, value& room) const override;
+
+ private:
+  operand operand_;
+};
+
+using is_null = null_test<true>;
+using is_not_null = null_test<false>;
+
+}  // namespace ov::sql_executor::operators
+
+#endif  // OV_SQL_EXECUTOR_EXPRESSIONS_NULL_TEST_HPP_
