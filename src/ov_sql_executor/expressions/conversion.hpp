@@ -1,0 +1,28 @@
+#ifndef OV_SQL_EXECUTOR_EXPRESSIONS_CONVERSION_HPP_
+#define OV_SQL_EXECUTOR_EXPRESSIONS_CONVERSION_HPP_
+
+#include <concepts>
+
+#include "ov_sql_executor/database/type_name.hpp"
+#include "ov_sql_executor/values/conversion.hpp"
+
+namespace ov::sql_executor::operators {
+
+// The conversion to any alternative, as casts and conditionals need it: those of values/conversion.hpp, the one to a
+// set specifier, whose result is put into room, and to NullValue, which everything becomes. What source shows may lie
+// in room.
+template <class Target>
+value_view convert_in(const value_view& source, value& room) {
+  if constexpr (std::same_as<Target, operator_library::NullValue>) {
+    return operator_library::NullValue{};
+  } else if constexpr (std::same_as<Target, operator_library::SetSpecifier>) {
+    room = meta_data::to_set_specifier(source);
+    return view_of(room);
+  } else {
+    return convert_to<Target>(source);
+  }
+}
+
+}  // namespace ov::sql_executor::operators
+
+#endif  // OV_SQL_EXECUTOR_EXPRESSIONS_CONVERSION_HPP_
