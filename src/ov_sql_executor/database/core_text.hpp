@@ -3,6 +3,7 @@
 #ifndef OV_SQL_EXECUTOR_DATABASE_CORE_TEXT_HPP_
 #define OV_SQL_EXECUTOR_DATABASE_CORE_TEXT_HPP_
 
+#include <boost/container/small_vector.hpp>
 #include <cstdint>
 #include <string>
 
@@ -19,6 +20,10 @@ std::u16string turbotext_to_ucs2(text_view text);
 // The base form, in which texts that differ only in case are equal.
 std::u16string turbotext_to_base_ucs2(std::uint64_t context, text_view text);
 std::u16string turbotext_to_base_ucs2(text_view text);
+
+// The same into a buffer that needs no heap for a short text. The text may be one that the core lends.
+using unit_buffer = boost::container::small_vector<char16_t, 128>;
+void turbotext_to_base_ucs2(std::uint64_t context, text_view text, unit_buffer& units);
 
 // What an encoded text stands for: the text itself, or a mark above every text that begins with it.
 enum class upper_limit : std::uint8_t { no = 0, yes = 1 };

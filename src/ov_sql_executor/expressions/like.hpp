@@ -1,0 +1,40 @@
+#ifndef OV_SQL_EXECUTOR_EXPRESSIONS_LIKE_HPP_
+#define OV_SQL_EXECUTOR_EXPRESSIONS_LIKE_HPP_
+
+#include <memory>
+
+#include "ov_sql_executor/expressions/lending_operator.hpp"
+#include "ov_sql_executor/expressions/operand.hpp"
+
+namespace ov::sql_executor::operators {
+
+// Whether a text matches a LIKE pattern (values/like_pattern.hpp), both in the core's base form. The pattern is
+// evaluated first; when it is NULL, so is the result, without evaluating the text. NULL for a NULL text, without
+// looking into the pattern. Throws db_exception type_error for operands that are no texts, and OVException bad_escape.
+class like final : public lending_operator {
+ public:
+  like(std::unique_ptr<operator_base> text, std::unique_ptr<operator_base> pattern)
+      : left_(std::move(text)), right_(std::move(pattern)) {}
+
+  value_view lend(execution_context& context, value& room) const override;
+
+ private:
+  operand left_;
+  operand right_;
+};
+
+// What the texts that match a LIKE pattern begin with, as text; see like_prefix. NULL of NULL. Throws db_exception
+// type_error for an operand that is no text.
+class like_starts_with final : public making_operator {
+ public:
+  explicit like_starts_with(std::unique_ptr<operator_base> pattern) : operand_(std::move(pattern)) {}
+
+  value evaluate(execution_context& context) const override;
+
+ private:
+  operand operand_;
+};
+
+}  // namespace ov::sql_executor::operators
+
+#endif  // OV_SQL_EXECUTOR_EXPRESSIONS_LIKE_HPP_
