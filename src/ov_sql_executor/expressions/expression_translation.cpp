@@ -8,11 +8,20 @@
 #include "ov_sql_executor/database/metadata.hpp"
 #include "ov_sql_executor/errors/ov_exception.hpp"
 #include "ov_sql_executor/errors/subscript.hpp"
+#include "ov_sql_executor/expressions/arithmetic.hpp"
+#include "ov_sql_executor/expressions/cast.hpp"
 #include "ov_sql_executor/expressions/comparison.hpp"
+#include "ov_sql_executor/expressions/concat.hpp"
 #include "ov_sql_executor/expressions/constants.hpp"
+#include "ov_sql_executor/expressions/if_op.hpp"
+#include "ov_sql_executor/expressions/is.hpp"
+#include "ov_sql_executor/expressions/like.hpp"
+#include "ov_sql_executor/expressions/logical.hpp"
+#include "ov_sql_executor/expressions/null_test.hpp"
 #include "ov_sql_executor/expressions/object_cast.hpp"
 #include "ov_sql_executor/expressions/oid.hpp"
 #include "ov_sql_executor/expressions/property_read.hpp"
+#include "ov_sql_executor/expressions/starts_with.hpp"
 #include "ov_sql_executor/expressions/value_from_context.hpp"
 
 namespace ov::sql_executor {
@@ -31,28 +40,48 @@ class translator {
   translator(std::vector<value>& constants, const scope& columns) : constants_(constants), columns_(columns) {}
 
   operator_ptr translate(const expression& any) {
-    return std::visit([this](const auto& alternative) { return translate(alternative); }, any);
+    return std::visit([this](const auto& alternative) { return build(alternative); }, any);
   }
 
  private:
-  operator_ptr translate(const Equality& any) { return binary<operators::equal>(any); }
-  operator_ptr translate(const Inequality& any) { return binary<operators::not_equal>(any); }
-  operator_ptr translate(const AtMost& any) { return binary<operators::less_than_or_equal>(any); }
-  operator_ptr translate(const Less& any) { return binary<operators::less_than>(any); }
-  operator_ptr translate(const Greater& any) { return binary<operators::greater_than>(any); }
-  operator_ptr translate(const AtLeast& any) { return binary<operators::greater_than_or_equal>(any); }
-  operator_ptr translate(const ObjectNumber& any) { return unary<operators::oid>(any); }
-
-  // The alternatives that are still to come.
-  operator_ptr translate(const operation&) {
-    error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
-  }
+  operator_ptr build(const Equality& any) { return binary<operators::equal>(any); }
+  operator_ptr build(const Inequality& any) { return binary<operators::not_equal>(any); }
+  operator_ptr build(const AtMost& any) { return binary<operators::less_than_or_equal>(any); }
+  operator_ptr build(const Less& any) { return binary<operators::less_than>(any); }
+  operator_ptr build(const Greater& any) { return binary<operators::greater_than>(any); }
+  operator_ptr build(const AtLeast& any) { return binary<operators::greater_than_or_equal>(any); }
+  operator_ptr build(const And& any) { return binary<operators::logical_and>(any); }
+  operator_ptr build(const Or& any) { return binary<operators::logical_or>(any); }
+  operator_ptr build(const Not& any) { return unary<operators::logical_not>(any); }
+  operator_ptr build(const NullTest& any) { return unary<operators::is_null>(any); }
+  operator_ptr build(const NotNullTest& any) { return unary<operators::is_not_null>(any); }
+  operator_ptr build(const Sum& any) { return binary<operators::addition>(any); }
+  operator_ptr build(const Difference& any) { return binary<operators::subtraction>(any); }
+  operator_ptr build(const Negation& any) { return unary<operators::unary_negate>(any); }
+  operator_ptr build(const Quotient& any) { return binary<operators::division>(any); }
+  operator_ptr build(const Product& any) { return binary<operators::multiplication>(any); }
+  operator_ptr build(const PatternMatch& any) { return binary<operators::like>(any); }
+  operator_ptr build(const PrefixTest& any) { return binary<operators::starts_with>(any); }
+  operator_ptr build(const Conditional& any) { return conditional(any); }
+  operator_ptr build(const ExclusiveOr& any) { return binary<operators::xor_op>(any); }
+  operator_ptr build(const Concatenation& any) { return list<operators::concat>(any); }
+  operator_ptr build(const TypeTest& any) { return binary<operators::is>(any); }
+  operator_ptr build(const ObjectNumber& any) { return unary<operators::oid>(any); }
+  operator_ptr build(const ToBool& any) { return unary<operators::cast_to<type_code::boolean>>(any); }
+  operator_ptr build(const ToUint64& any) { return unary<operators::cast_to<type_code::uint64>>(any); }
+  operator_ptr build(const ToInt64& any) { return unary<operators::cast_to<type_code::int64>>(any); }
+  operator_ptr build(const ToDecimal& any) { return unary<operators::cast_to<type_code::decimal>>(any); }
+  operator_ptr build(const ToFloat& any) { return unary<operators::cast_to<type_code::float32>>(any); }
+  operator_ptr build(const ToDouble& any) { return unary<operators::cast_to<type_code::float64>>(any); }
+  operator_ptr build(const ToText& any) { return unary<operators::cast_to<type_code::tt_string>>(any); }
+  operator_ptr build(const ToSetSpecifier& any) { return unary<operators::cast_to<type_code::set_specifier>>(any); }
+  operator_ptr build(const PrefixPattern& any) { return unary<operators::like_starts_with>(any); }
 
   // A property that an enclosing node has produced already is not read again.
   template <class T>
-  operator_ptr translate(const property_column<T>& column) {
+  operator_ptr build(const property_column<T>& column) {
     if (const auto position = find_in_scope(columns_, column)) return read_row_stack(*position);
-    operator_ptr object = translate(column.variable);
+    operator_ptr object = find_column(column.variable);
     const OV_OBJ_REF& property = column.property.object;
     const std::uint16_t index = meta_data::property_column(property);
     const std::uint16_t tag = meta_data::reference_tag(meta_data::property_table(property));
@@ -61,28 +90,28 @@ class translator {
   }
 
   template <class T>
-  operator_ptr translate(const computed<T>& column) {
+  operator_ptr build(const computed<T>& column) {
     return find_column(column);
   }
 
-  operator_ptr translate(const variable& column) { return find_column(column); }
+  operator_ptr build(const variable& column) { return find_column(column); }
 
-  operator_ptr translate(const literal& any) {
-    return std::visit([this](const auto& alternative) { return translate_literal(alternative); }, any);
+  operator_ptr build(const literal& any) {
+    return std::visit([this](const auto& alternative) { return build_literal(alternative); }, any);
   }
 
   template <class T>
-  operator_ptr translate_literal(const T& literal_value) {
+  operator_ptr build_literal(const T& literal_value) {
     const std::int16_t position = add_constant(constants_, value(std::in_place_type<T>, literal_value));
     return std::make_unique<value_from_context>(context_list::constants, position);
   }
 
-  operator_ptr translate_literal(const OV_OBJ_REF& reference) {
+  operator_ptr build_literal(const OV_OBJ_REF& reference) {
     return std::make_unique<operators::object_cast>(reference);
   }
 
   template <class T>
-  operator_ptr translate_literal(const parameter<T>& literal_parameter) {
+  operator_ptr build_literal(const parameter<T>& literal_parameter) {
     return std::make_unique<value_from_context>(context_list::variables, to_position(literal_parameter.number));
   }
 
@@ -100,6 +129,24 @@ class translator {
     operator_ptr left = operand(any, 0);
     operator_ptr right = operand(any, 1);
     return std::make_unique<Operator>(std::move(left), std::move(right));
+  }
+
+  // The result type selects the class.
+  operator_ptr conditional(const Conditional& any) {
+    operator_ptr condition = operand(any, 0);
+    operator_ptr then_value = operand(any, 1);
+    operator_ptr else_value = operand(any, 2);
+    return std::visit(
+        [&]<class Result>(meta_support::TypeIdentity<Result>) -> operator_ptr {
+          return std::make_unique<operators::if_op<Result>>(std::move(condition), std::move(then_value),
+                                                            std::move(else_value));
+        },
+        any.result_type);
+  }
+
+  template <class Operator>
+  operator_ptr list(const operation& any) {
+    return std::make_unique<Operator>(translate_expressions(any.operands, constants_, columns_));
   }
 
   operator_ptr find_column(const column_ref& column) {
