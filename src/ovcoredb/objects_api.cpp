@@ -132,7 +132,11 @@ uint32_t orv_context_get_double(uint64_t context, uint64_t object_number, uint64
 uint32_t orv_context_get_binary(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                                 ORV_BYTES* out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
-  const found_column found = find_column(find_context(context), object_number, second_word, column, column_type::text);
+  context_state* const reader = find_context(context);
+  const column_run* const text = find_known_run(reader, object_number, second_word, column, column_type::text);
+  const found_column found = text != nullptr
+                                 ? found_column{ORV_OK, text->values, text->row_of(object_number)}
+                                 : find_column(reader, object_number, second_word, column, column_type::binary);
   const bool is_text = found.values != nullptr && found.values->type() == column_type::text;
   const std::uint32_t status = type_status(found, is_text ? column_type::text : column_type::binary);
   if (status != ORV_OK) return status;

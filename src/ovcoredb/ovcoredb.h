@@ -15,7 +15,8 @@
  *  5. Texts passed in as UCS-2 end with a zero unit. Encoded texts are passed as pointer and length.
  *  6. A context and its iterators belong to one thread at a time; different contexts may be used by different threads.
  *     Nothing is written to the database while anybody reads.
- *  7. A bad handle, object, column, key or null pointer is answered with a status, never with a crash.
+ *  7. A bad handle, object, column, key or null pointer is answered with a status, never with a crash. (A key carries no
+ *     length: it is read up to its terminator or to the first byte that cannot be right.)
  */
 #ifndef OVCOREDB_OVCOREDB_H_
 #define OVCOREDB_OVCOREDB_H_
