@@ -1,0 +1,178 @@
+#include "core_shim/core_shim.hpp"
+
+#include <dlfcn.h>
+
+#include <boost/preprocessor/cat.hpp>
+#include <boost/preprocessor/punctuation/comma_if.hpp>
+#include <boost/preprocessor/seq/for_each_i.hpp>
+#include <boost/preprocessor/variadic/to_seq.hpp>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <optional>
+#include <set>
+
+#include "core_shim/key_bytes.hpp"
+#include "ovcoredb/ovcoredb.h"
+
+namespace core_shim {
+
+namespace {
+
+constexpr std::string_view free_name = "orv_iterator_free";
+
+struct planned_failure {
+  std::string name;  // empty: any call but a free
+  std::uint64_t calls_left = 0;
+  std::uint32_t status = 0;
+  repeat how = repeat::once;
+
+  bool concerns(std::string_view call) const { return name.empty() ? call != free_name : call == name; }
+};
+
+struct records {
+  std::map<std::string, std::uint64_t, std::less<>> calls;
+  std::optional<planned_failure> failure;
+  std::string key_shape;
+  std::vector<opened_range> ranges;
+};
+
+records now;
+std::set<std::uint64_t> open;
+std::uint64_t frees_of_nothing = 0;
+
+void count(std::string_view name) {
+  const auto found = now.calls.find(name);
+  if (found != now.calls.end()) {
+    ++found->second;
+  } else {
+    now.calls.emplace(name, 1);
+  }
+}
+
+// Counts a call; the status that it is to fail with, or 0.
+std::uint32_t begin(std::string_view name) {
+  count(name);
+  if (!now.failure || !now.failure->concerns(name)) return 0;
+  planned_failure& failure = *now.failure;
+  if (failure.calls_left > 1) {
+    --failure.calls_left;
+    return 0;
+  }
+  const std::uint32_t status = failure.status;
+  if (failure.how == repeat::once) now.failure.reset();
+  return status;
+}
+
+template <class Function>
+Function* next_definition(const char* name) {
+  void* const found = dlsym(RTLD_NEXT, name);
+  if (found == nullptr) {
+    std::fprintf(stderr, "core_shim: nothing behind %s\n", name);
+    std::abort();
+  }
+  return reinterpret_cast<Function*>(found);
+}
+
+void record_opening(std::uint64_t index, std::uint32_t flags, const std::uint8_t* first, const std::uint8_t* last) {
+  opened_range range{index, flags, {}, {}};
+  if (!now.key_shape.empty()) {
+    range.first = key_bytes(first, now.key_shape);
+    range.last = key_bytes(last, now.key_shape);
+  }
+  now.ranges.push_back(std::move(range));
+}
+
+}  // namespace
+
+void reset() { now = {}; }
+
+std::uint64_t calls() {
+  std::uint64_t sum = 0;
+  for (const auto& [name, times] : now.calls) sum += times;
+  return sum;
+}
+
+std::uint64_t calls(std::string_view name) {
+  const auto found = now.calls.find(name);
+  return found == now.calls.end() ? 0 : found->second;
+}
+
+std::size_t open_iterators() { return open.size(); }
+std::uint64_t wrong_frees() { return frees_of_nothing; }
+
+void fail_call(std::uint64_t k, std::uint32_t status, repeat how) { now.failure = {"", k, status, how}; }
+void fail_call(std::string_view name, std::uint64_t k, std::uint32_t status, repeat how) {
+  now.failure = {std::string(name), k, status, how};
+}
+
+void watch_keys(std::string shape) { now.key_shape = std::move(shape); }
+const std::vector<opened_range>& opened_ranges() { return now.ranges; }
+
+}  // namespace core_shim
+
+using namespace core_shim;
+
+// NOLINTBEGIN(cppcoreguidelines-macro-usage): functions of a given name and signature are made by a macro only
+#define CORE_SHIM_PARAMETER(r, data, i, type) BOOST_PP_COMMA_IF(i) type BOOST_PP_CAT(argument, i)
+#define CORE_SHIM_ARGUMENT(r, data, i, type) BOOST_PP_COMMA_IF(i) BOOST_PP_CAT(argument, i)
+#define CORE_SHIM_EACH(what, ...) BOOST_PP_SEQ_FOR_EACH_I(what, _, BOOST_PP_VARIADIC_TO_SEQ(__VA_ARGS__))
+
+// A call that returns a status.
+#define CORE_SHIM_CALL(name, ...)                                     \
+  uint32_t name(CORE_SHIM_EACH(CORE_SHIM_PARAMETER, __VA_ARGS__)) {   \
+    static auto* const next = next_definition<decltype(name)>(#name); \
+    if (const std::uint32_t status = begin(#name)) return status;     \
+    return next(CORE_SHIM_EACH(CORE_SHIM_ARGUMENT, __VA_ARGS__));     \
+  }
+
+// A call that returns a count and cannot fail.
+#define CORE_SHIM_COUNT(result, name, ...)                            \
+  result name(CORE_SHIM_EACH(CORE_SHIM_PARAMETER, __VA_ARGS__)) {     \
+    static auto* const next = next_definition<decltype(name)>(#name); \
+    count(#name);                                                     \
+    return next(CORE_SHIM_EACH(CORE_SHIM_ARGUMENT, __VA_ARGS__));     \
+  }
+
+#define CORE_SHIM_GETTER(name, out) CORE_SHIM_CALL(name, uint64_t, uint64_t, uint64_t, uint32_t, out)
+// NOLINTEND(cppcoreguidelines-macro-usage)
+
+CORE_SHIM_GETTER(orv_context_get_ulong, uint64_t*)
+CORE_SHIM_GETTER(orv_context_get_long, int64_t*)
+CORE_SHIM_GETTER(orv_context_get_decimal, int64_t*)
+CORE_SHIM_GETTER(orv_context_get_float, float*)
+CORE_SHIM_GETTER(orv_context_get_double, double*)
+CORE_SHIM_GETTER(orv_context_get_binary, ORV_BYTES*)
+CORE_SHIM_GETTER(orv_context_get_reference, ORV_REFERENCE_VALUE*)
+CORE_SHIM_GETTER(orv_context_get_string, const uint8_t**)
+CORE_SHIM_GETTER(orv_meta_get_bool, uint64_t*)
+CORE_SHIM_CALL(orv_context_get_setspec, uint64_t, uint64_t, uint64_t, const uint8_t**)
+CORE_SHIM_CALL(orv_context_lookup, uint64_t, uint64_t, uint64_t*)
+CORE_SHIM_CALL(orv_context_convert_turbotext_to_ucs2, uint64_t, const uint8_t*, uint32_t, const uint8_t**, uint32_t)
+CORE_SHIM_CALL(orv_context_convert_turbotext_to_base_ucs2, uint64_t, const uint8_t*, uint32_t, const uint8_t**,
+               uint32_t)
+CORE_SHIM_CALL(orv_context_convert_ucs2_to_turbotext, uint64_t, const ORV_UCS2*, uint8_t, const uint8_t**)
+CORE_SHIM_CALL(orv_context_convert_ucs2_to_setspectt, uint64_t, const ORV_UCS2*, uint8_t, const uint8_t**)
+CORE_SHIM_COUNT(int32_t, orv_convert_turbotext_to_ucs2, const uint8_t*, uint32_t, ORV_UCS2*, uint32_t)
+CORE_SHIM_COUNT(int32_t, orv_convert_turbotext_to_base_ucs2, const uint8_t*, uint32_t, ORV_UCS2*, uint32_t)
+CORE_SHIM_COUNT(uint32_t, orv_convert_ucs2_to_turbotext, const ORV_UCS2*, uint8_t, uint8_t*, uint32_t)
+CORE_SHIM_CALL(orv_iterator_next, uint64_t, ORV_REFERENCE_VALUE*)
+
+uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, uint32_t flags, const uint8_t* first_key,
+                                     const uint8_t* last_key, uint64_t* iterator) {
+  static auto* const next = next_definition<decltype(orv_context_create_iterator)>("orv_context_create_iterator");
+  if (const std::uint32_t status = begin("orv_context_create_iterator")) return status;
+  const std::uint32_t status = next(context, index, flags, first_key, last_key, iterator);
+  if (status != ORV_OK) return status;
+  open.insert(*iterator);
+  record_opening(index, flags, first_key, last_key);
+  return status;
+}
+
+uint32_t orv_iterator_free(uint64_t iterator) {
+  static auto* const next = next_definition<decltype(orv_iterator_free)>("orv_iterator_free");
+  const std::uint32_t failure = begin(free_name);
+  if (open.erase(iterator) == 0) ++frees_of_nothing;
+  const std::uint32_t status = next(iterator);
+  return failure != 0 ? failure : status;
+}

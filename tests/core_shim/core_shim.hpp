@@ -1,0 +1,50 @@
+// A core in front of the core. A test program that links this defines every symbol of the C interface itself; each call
+// is counted and handed on to the definition that the program would otherwise have found. Calls of the metadata layer
+// come by here, too. One thread at a time.
+#ifndef TESTS_CORE_SHIM_CORE_SHIM_HPP_
+#define TESTS_CORE_SHIM_CORE_SHIM_HPP_
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace core_shim {
+
+// Forgets counts, records, failures to come and the keys to watch. Iterators that are open stay open.
+void reset();
+
+std::uint64_t calls();                       // of all names
+std::uint64_t calls(std::string_view name);  // "orv_iterator_next"
+
+// Iterators opened and not freed since the program began, and frees of handles that were not open.
+std::size_t open_iterators();
+std::uint64_t wrong_frees();
+
+enum class repeat { once, from_then_on };
+
+// The k-th call from now on (the next one is 1) gives this status. Nothing is handed on, and nothing is written. With a
+// name only the calls of that name are counted; without one all but orv_iterator_free, which some callers survive only
+// when it succeeds. A free that fails has freed the iterator all the same.
+void fail_call(std::uint64_t k, std::uint32_t status, repeat how = repeat::once);
+void fail_call(std::string_view name, std::uint64_t k, std::uint32_t status, repeat how = repeat::once);
+
+// An iterator that was opened. The keys are empty unless they are watched.
+struct opened_range {
+  std::uint64_t index = 0;
+  std::uint32_t flags = 0;
+  std::vector<std::uint8_t> first;
+  std::vector<std::uint8_t> last;
+};
+
+// Where a key ends depends on the types of its columns: one letter for each, n for numbers and b for texts, set
+// specifiers and binaries. Throws std::logic_error through the caller when a key of that shape is not well formed.
+void watch_keys(std::string shape);
+
+// In the order of opening, since the last reset.
+const std::vector<opened_range>& opened_ranges();
+
+}  // namespace core_shim
+
+#endif  // TESTS_CORE_SHIM_CORE_SHIM_HPP_
