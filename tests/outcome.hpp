@@ -101,8 +101,8 @@ std::string outcome(Action action) {
     return std::to_string(error.code);
   } catch (const error_handling::OVException& error) {
     return std::to_string(error.code);
-  } catch (const std::bad_variant_access&) {
-    return "bad variant";
+  } catch (const std::bad_variant_access& error) {
+    return error.what() == std::string("bad variant access") ? "bad variant" : error.what();
   } catch (const std::out_of_range& error) {
     return error.what();
   }

@@ -35,12 +35,19 @@ using operators::value_from_context;
 
 using operator_ptr = std::unique_ptr<operator_base>;
 
+// A variant that holds something. (The standard library's visit throws the same exception with another text.)
+template <class Variant>
+const Variant& complete(const Variant& any) {
+  if (any.valueless_by_exception()) throw std::bad_variant_access();
+  return any;
+}
+
 class translator {
  public:
   translator(std::vector<value>& constants, const scope& columns) : constants_(constants), columns_(columns) {}
 
   operator_ptr translate(const expression& any) {
-    return std::visit([this](const auto& alternative) { return build(alternative); }, any);
+    return std::visit([this](const auto& alternative) { return build(alternative); }, complete(any));
   }
 
  private:
@@ -97,7 +104,7 @@ class translator {
   operator_ptr build(const variable& column) { return find_column(column); }
 
   operator_ptr build(const literal& any) {
-    return std::visit([this](const auto& alternative) { return build_literal(alternative); }, any);
+    return std::visit([this](const auto& alternative) { return build_literal(alternative); }, complete(any));
   }
 
   template <class T>
@@ -141,7 +148,7 @@ class translator {
           return std::make_unique<operators::if_op<Result>>(std::move(condition), std::move(then_value),
                                                             std::move(else_value));
         },
-        any.result_type);
+        complete(any.result_type));
   }
 
   template <class Operator>

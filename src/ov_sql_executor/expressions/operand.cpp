@@ -1,27 +1,33 @@
 #include "ov_sql_executor/expressions/operand.hpp"
 
+#include <utility>
 #include <variant>
 
 namespace ov::sql_executor::operators {
 
 namespace {
 
-// Whether the bytes that a view shows are those of the value in room.
-template <class Owner>
-bool lies_in(const std::uint8_t* bytes, const value& room, const std::uint8_t* (*start)(const Owner&)) {
-  const Owner* owner = std::get_if<Owner>(&room);
-  return owner != nullptr && start(*owner) == bytes;
-}
-
-bool is_lent_by_core(const value_view& view, const value& room) {
+// Whether what a view shows are the bytes or units of the value in room.
+bool lies_in(const value_view& view, const value& room) {
   if (const auto* text = std::get_if<text_view>(&view)) {
-    return !lies_in<db_string::tt_string>(text->bytes.data(), room, [](const auto& owner) { return owner.data(); });
+    const auto* owner = std::get_if<db_string::tt_string>(&room);
+    return owner != nullptr && owner->data() == text->bytes.data();
   }
   if (const auto* binary = std::get_if<binary_view>(&view)) {
-    return !lies_in<operator_library::Binary>(binary->bytes.data(), room,
-                                              [](const auto& owner) { return owner.bytes.data(); });
+    const auto* owner = std::get_if<operator_library::Binary>(&room);
+    return owner != nullptr && owner->bytes.data() == binary->bytes.data();
+  }
+  if (const auto* units = std::get_if<std::u16string_view>(&view)) {
+    const auto* owner = std::get_if<operator_library::SetSpecifier>(&room);
+    return owner != nullptr && owner->units.data() == units->data();
   }
   return false;
+}
+
+// The core lends texts and binaries only.
+bool is_lent_by_core(const value_view& view, const value& room) {
+  const bool is_lendable = std::holds_alternative<text_view>(view) || std::holds_alternative<binary_view>(view);
+  return is_lendable && !lies_in(view, room);
 }
 
 }  // namespace
@@ -51,7 +57,11 @@ void operand::append_to(std::vector<value>& list, execution_context& context) co
   }
   value room;
   const value_view view = lender_->lend(context, room);
-  append_value(list, view);
+  if (lies_in(view, room)) {
+    list.push_back(std::move(room));
+  } else {
+    append_value(list, view);
+  }
 }
 
 }  // namespace ov::sql_executor::operators
