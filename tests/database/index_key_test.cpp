@@ -1,0 +1,137 @@
+#include "ov_sql_executor/database/index_key.hpp"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "outcome.hpp"
+
+namespace tests {
+namespace {
+
+using db_util::fixed_key;
+using db_util::growing_key;
+using db_util::key_binary;
+using db_util::key_bound;
+using db_util::key_object;
+using db_util::key_text;
+using db_util::lowest_marker;
+
+std::vector<std::uint8_t> payload(std::size_t size) {
+  std::vector<std::uint8_t> bytes;
+  for (std::size_t n = 0; n < size; ++n) bytes.push_back(static_cast<std::uint8_t>(n));
+  return bytes;
+}
+
+// "3F p31 09 p9 80" with bytes from 0 on: a hexadecimal byte each, or the next so many of the payload.
+std::vector<std::uint8_t> bytes_of(const std::string& words) {
+  std::vector<std::uint8_t> bytes;
+  std::uint8_t next = 0;
+  std::istringstream in(words);
+  for (std::string word; in >> word;) {
+    if (word[0] != 'p') {
+      bytes.push_back(static_cast<std::uint8_t>(std::stoul(word, nullptr, 16)));
+      continue;
+    }
+    for (std::size_t left = std::stoul(word.substr(1)); left != 0; --left) bytes.push_back(next++);
+  }
+  return bytes;
+}
+
+template <class Key>
+Key key_of(const std::vector<key_bound>& bounds) {
+  Key key;
+  for (const key_bound& bound : bounds) key.append(bound);
+  key.terminate();
+  return key;
+}
+
+// Both kinds of key, with the end mark.
+void expect_key(const std::vector<key_bound>& bounds, const std::string& words) {
+  const std::vector<std::uint8_t> expected = bytes_of(words);
+  const auto growing = key_of<growing_key>(bounds);
+  EXPECT_EQ(std::vector(growing.bytes().begin(), growing.bytes().end()), expected) << words;
+  const auto fixed = key_of<fixed_key>(bounds);
+  EXPECT_EQ(std::vector(fixed.data(), fixed.data() + expected.size()), expected) << words;
+}
+
+TEST(IndexKey, writes_numbers_big_endian_and_the_end_up_to_eight_bytes) {
+  constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
+  constexpr auto highest = std::numeric_limits<std::int64_t>::max();
+  const std::string end = " C0 0 0 0 0 0 0";
+  expect_key({}, "C0 0 0 0 0 0 0 0");
+  expect_key({lowest_marker{}}, "60" + end);
+  expect_key({true}, "28 0 0 0 0 0 0 0 1" + end);
+  expect_key({false}, "28 0 0 0 0 0 0 0 0" + end);
+  expect_key({std::uint64_t{0x0102030405060708}}, "28 1 2 3 4 5 6 7 8" + end);
+  expect_key({key_object{~std::uint64_t{0}}}, "28 FF FF FF FF FF FF FF FF" + end);
+  expect_key({std::int64_t{1}}, "28 80 0 0 0 0 0 0 1" + end);
+  expect_key({std::int64_t{-1}}, "28 7F FF FF FF FF FF FF FF" + end);
+  expect_key({lowest}, "28 0 0 0 0 0 0 0 0" + end);
+  expect_key({highest}, "28 FF FF FF FF FF FF FF FF" + end);
+  // 1.5 is 1 << 21 | 50 << 14; the largest Decimal is all ones but for what hundredths and the rest leave over.
+  expect_key({Decimal{1'500'000}}, "28 80 0 0 0 0 2C 80 0" + end);
+  expect_key({Decimal{-1'500'000}}, "28 7F FF FF FF FF D3 80 0" + end);
+  expect_key({Decimal{1}}, "28 80 0 0 0 0 0 0 1" + end);
+  expect_key({Decimal{Decimal::max_raw}}, "28 FF FF FF FF FF F8 E7 0F" + end);
+  // Seven and eight bytes of components.
+  expect_key(std::vector<key_bound>(7, lowest_marker{}), "60 60 60 60 60 60 60 C0");
+  expect_key(std::vector<key_bound>(8, lowest_marker{}), "60 60 60 60 60 60 60 60 C0 0 0 0 0 0 0 0");
+}
+
+TEST(IndexKey, writes_texts_and_binaries_in_chunks) {
+  const std::vector<std::uint8_t> bytes = payload(63);
+  const auto text = [&](std::size_t size) { return key_text{std::span(bytes).first(size)}; };
+  const auto binary = [&](std::size_t size) { return key_binary{std::span(bytes).first(size)}; };
+  const struct {
+    key_bound bound;
+    const char* component;
+  } cases[] = {
+      {text(0), "20 80"},
+      {text(1), "21 p1 80"},
+      {text(30), "3E p30 80"},
+      {text(31), "3F p31 80"},
+      {text(32), "3F p31 1 p1 80"},
+      {text(40), "3F p31 9 p9 80"},
+      {text(62), "3F p31 1F p31 80"},
+      {text(63), "3F p31 1F p31 1 p1 80"},
+      {binary(0), "21 0 80"},
+      {binary(1), "22 0 p1 80"},
+      {binary(30), "3F 0 p30 80"},
+      {binary(31), "3F 0 p30 1 p1 80"},
+      {binary(61), "3F 0 p30 1F p31 80"},
+      {binary(62), "3F 0 p30 1F p31 1 p1 80"},
+      {key_binary{{}, true}, "21 1 80"},
+  };
+  for (const auto& each : cases) {
+    std::string words = each.component;
+    const std::size_t size = bytes_of(words).size();
+    words += " C0";
+    for (std::size_t written = size + 1; written % 8 != 0; ++written) words += " 0";
+    expect_key({each.bound}, words);
+  }
+}
+
+TEST(IndexKey, a_fixed_key_takes_1024_bytes_and_not_one_more) {
+  const std::vector<key_bound> numbers(113, std::uint64_t{1});  // 1017 bytes
+  const auto with = [&](std::vector<key_bound> more) {
+    more.insert(more.begin(), numbers.begin(), numbers.end());
+    return outcome([&] { return u(key_of<fixed_key>(more).data() == nullptr ? 1 : 0); });
+  };
+  const std::vector<std::uint8_t> bytes = payload(4);
+  EXPECT_EQ(with({}), "u0");
+  EXPECT_EQ(with({lowest_marker{}}), "u0");
+  EXPECT_EQ(with({key_text{std::span(bytes).first(4)}}), "u0") << "one byte is left for the end";
+  EXPECT_EQ(with(std::vector<key_bound>(7, lowest_marker{})), "4197") << "none is left for the end";
+  EXPECT_EQ(with(std::vector<key_bound>(8, lowest_marker{})), "4197");
+  EXPECT_EQ(with({std::uint64_t{1}}), "4197");
+  const std::vector<std::uint8_t> long_text = payload(1000);
+  EXPECT_EQ(outcome([&] { return u(key_of<fixed_key>({key_text{long_text}}).data()[0]); }), "4197");
+  EXPECT_EQ(key_of<growing_key>({key_text{long_text}}).bytes().size(), 1040U);
+}
+
+}  // namespace
+}  // namespace tests
