@@ -19,6 +19,9 @@ struct demo_query {
 // Scans of every kind, filters, projections, references and parameters.
 std::vector<demo_query> reading_queries();
 
+// Arithmetic, CASE, LIKE, concatenation, conversions, three-valued logic and type tests.
+std::vector<demo_query> expression_queries();
+
 // Joins, grouping, ordering, limits and unions.
 std::vector<demo_query> relational_queries();
 

@@ -29,7 +29,7 @@ std::vector<demo_query> chosen(const std::vector<demo_query>& all, const std::ve
 
 std::vector<demo_query> all_queries() {
   std::vector<demo_query> all;
-  for (const auto& some : {reading_queries(), relational_queries()}) {
+  for (const auto& some : {reading_queries(), expression_queries(), relational_queries()}) {
     all.insert(all.end(), some.begin(), some.end());
   }
   return all;

@@ -62,6 +62,43 @@ TEST_F(Statement, FollowsReferences) {
             "Ada NULL NULL | Ben Ada NULL | Cyd Ada NULL | Dan Ben Ada | Eve, \"E\" Dan Ben");
 }
 
+TEST_F(Statement, FollowsReferencesByAJoinAsByAnExtension) {
+  const table_variable boss = e.follow("boss");
+  EXPECT_EQ(run(staff, project({e["name"], boss["name"]}, join(scan(e, "by_name"), bind(boss)))),
+            run(staff, project({e["name"], boss["name"]}, reach(boss, scan(e, "by_name")))));
+}
+
+TEST_F(Statement, UnitesColumnsOfOneNameWithValuesOfTheirOwn) {
+  const computation label = q.define("label", e["name"]);
+  const auto side = [&](assignment labelled) {
+    return project({label}, extend({std::move(labelled)}, scan(e, "by_salary", {key::equal(lit(80))})));
+  };
+  EXPECT_EQ(run(staff, project({label}, unite(side(label), side(label.with(text(u"?")))))), "Ben | Cyd | ? | ?");
+}
+
+// The builder tells the planner what type an aggregate's result has; the result must be of it.
+TEST_F(Statement, AggregateColumnsHaveTheTypesOfTheirResults) {
+  const std::vector<aggregation_column> columns = {q.sum("a", e["salary"]),
+                                                   q.sum("b", e["object_number"]),
+                                                   q.count("c", e["born"]),
+                                                   q.count_rows("d"),
+                                                   q.maximum("e", e["name"]),
+                                                   q.minimum("f", e["height"]),
+                                                   q.average("g", e["salary"]),
+                                                   q.average("h", e["born"]),
+                                                   q.average("i", e["height"]),
+                                                   q.average("j", e["object_number"]),
+                                                   q.count_distinct("k", e["active"]),
+                                                   q.count_distinct_rows("l", {e["active"], e["salary"]})};
+  const statement grouped(
+      project({columns.begin(), columns.end()}, group({columns.begin(), columns.end()}, {}, scan(e, "by_name"))));
+  const std::vector<row> rows = grouped.rows(staff.reading.context());
+  ASSERT_EQ(rows.size(), 1U);
+  for (std::size_t column = 0; column < columns.size(); ++column) {
+    EXPECT_EQ(rows[0][column].index(), grouped.types()[column].index()) << "column " << column;
+  }
+}
+
 // Employees are people, and an index over people holds them.
 TEST_F(Statement, ScansDerivedObjectsThroughTheirBase) {
   staff.load_people("name\nZoe\n");
@@ -72,7 +109,7 @@ TEST_F(Statement, ScansDerivedObjectsThroughTheirBase) {
 TEST_F(Statement, TellsTheTypesOfItsColumns) {
   const statement typed(project({e, e["boss"], e["name"], e["salary"], e["height"]}, scan(e, "by_name")));
   ASSERT_EQ(typed.types().size(), 5U);
-  for (const std::size_t reference : {0, 1}) {
+  for (const std::size_t reference : {0U, 1U}) {
     EXPECT_EQ(std::get<physical_to_exec::RefInfo>(typed.types()[reference]).name, L"Staff.Employee");
   }
   EXPECT_EQ(value_kind{typed.types()[2].index()}, value_kind::text);
