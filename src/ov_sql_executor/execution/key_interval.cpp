@@ -59,6 +59,7 @@ template <class T>
 void apply_number(key_interval& interval, key_operation op, const number_bracket<T>& bound) {
   using place = typename number_bracket<T>::place;
   const bool inside = bound.where == place::inside;
+  if (op == key_operation::starts_with) throw std::logic_error("Supposedly unreachable");
   if (bound.where == place::unknown) return interval.make_empty();
   switch (op) {
     case key_operation::greater:
@@ -78,7 +79,7 @@ void apply_number(key_interval& interval, key_operation op, const number_bracket
       if (bound.where == place::below) return interval.make_empty();
       return inside ? interval.lower_high(bound.ceiling, bound.is_exact()) : void();
     case key_operation::starts_with:
-      throw std::logic_error("Supposedly unreachable");
+      break;
   }
 }
 
@@ -199,7 +200,6 @@ key_interval::key_interval(type_code column, execution_context& context, kept_va
     : high_(type_maximum(column, context, kept)) {}
 
 void key_interval::raise_low(const key_bound& bound, bool inclusive) {
-  if (emptied_) return;
   const std::strong_ordering order = db_util::order_bounds(bound, low_);
   if (order < 0) return;
   low_inclusive_ = inclusive && (order > 0 || low_inclusive_);
@@ -207,7 +207,6 @@ void key_interval::raise_low(const key_bound& bound, bool inclusive) {
 }
 
 void key_interval::lower_high(const key_bound& bound, bool inclusive) {
-  if (emptied_) return;
   const std::strong_ordering order = db_util::order_bounds(bound, high_);
   if (order > 0) return;
   high_inclusive_ = inclusive && (order < 0 || high_inclusive_);
@@ -219,7 +218,6 @@ void key_interval::make_empty() {
   high_ = lowest_marker{};
   low_inclusive_ = false;
   high_inclusive_ = false;
-  emptied_ = true;
 }
 
 bool key_interval::is_empty() const {

@@ -23,7 +23,7 @@ class key_interval {
   void raise_low(const db_util::key_bound& bound, bool inclusive);
   void lower_high(const db_util::key_bound& bound, bool inclusive);
 
-  // Lets nothing pass, for good.
+  // Lets nothing pass, for good: what tightens the interval later only moves the ends past each other.
   void make_empty();
 
   // Whether no key lies between the ends.
@@ -39,7 +39,6 @@ class key_interval {
   db_util::key_bound high_;
   bool low_inclusive_ = true;
   bool high_inclusive_ = true;
-  bool emptied_ = false;
 };
 
 // The greatest bound of a column of this type. Throws std::logic_error for float and double, which cannot be keys.

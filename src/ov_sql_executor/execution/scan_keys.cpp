@@ -29,17 +29,16 @@ class key_ends {
     for (const key_condition& condition : conditions) {
       apply_condition(interval, column.type, condition, context_, kept_);
     }
-    if (empty_) return append_unrestricted(column);
+    if (empty_) return append_crossed(column);
     empty_ = interval.is_empty();
     const bool forward = column.ascending;
     first_.key.append(forward ? interval.low() : interval.high());
     last_.key.append(forward ? interval.high() : interval.low());
-    first_.inclusive = !empty_ && (forward ? interval.low_inclusive() : interval.high_inclusive());
-    last_.inclusive = !empty_ && (forward ? interval.high_inclusive() : interval.low_inclusive());
+    first_.inclusive = forward ? interval.low_inclusive() : interval.high_inclusive();
+    last_.inclusive = forward ? interval.high_inclusive() : interval.low_inclusive();
   }
 
-  // An inclusive end takes in every value of the column, an exclusive one leaves them all out. Behind an empty column
-  // the two ends cross here.
+  // An inclusive end takes in every value of the column, an exclusive one leaves them all out.
   void append_unrestricted(const key_column& column) {
     const key_bound maximum = type_maximum(column.type, context_, kept_);
     first_.key.append(first_.inclusive == column.ascending ? key_bound(lowest_marker{}) : maximum);
@@ -58,11 +57,18 @@ class key_ends {
   }
 
  private:
+  // Behind a column that lets nothing pass the conditions must not bring the ends together again.
+  void append_crossed(const key_column& column) {
+    first_.inclusive = false;
+    last_.inclusive = false;
+    append_unrestricted(column);
+  }
+
   execution_context& context_;
   kept_values kept_;
   key_end first_;
   key_end last_;
-  bool empty_ = false;  // some column lets nothing pass
+  bool empty_ = false;  // some column with conditions lets nothing pass
 };
 
 }  // namespace

@@ -13,7 +13,10 @@ using physical_queryplan::column_ref;
 using physical_queryplan::expression;
 
 std::optional<std::int16_t> find_in_scope(const scope& columns, const column_ref& column) {
-  const auto found = std::find(columns.begin(), columns.end(), column);
+  const auto found = std::find_if(columns.begin(), columns.end(), [&column](const column_ref& each) {
+    if (each.valueless_by_exception()) throw std::bad_variant_access();
+    return each == column;
+  });
   if (found == columns.end()) return std::nullopt;
   return to_position(static_cast<std::uint64_t>(found - columns.begin()));
 }

@@ -194,6 +194,8 @@ class translator {
 }  // namespace
 
 translation translate(const PredicateVariant& plan, std::vector<value>& constants, const scope& outer) {
+  // The standard library's visit throws the same exception with another text.
+  if (plan.valueless_by_exception()) throw std::bad_variant_access();
   return std::visit(translator(constants, outer), plan);
 }
 

@@ -1,0 +1,146 @@
+#include "ov_sql_executor/planning/result_columns.hpp"
+
+#include <gtest/gtest.h>
+
+#include "core_shim/core_shim.hpp"
+#include "outcome.hpp"
+#include "ovhost/plans.hpp"
+#include "ovhost/schema.hpp"
+#include "ovhost/session.hpp"
+#include "valueless.hpp"
+
+namespace tests {
+namespace {
+
+using namespace physical_queryplan;  // NOLINT: the alternatives are what is tested
+using ovhost::lit;
+using ovhost::plan;
+using ovhost::project;
+using ovhost::table_variable;
+using ovhost::value_kind;
+using QueryPlan::Projection;
+
+// A city has a property of every type, the last of them its country.
+struct cities {
+  cities() {
+    definitions.define_tables({{"Country", {{"name", value_kind::text}}},
+                               {"City",
+                                {{"a", value_kind::boolean},
+                                 {"b", value_kind::text},
+                                 {"c", value_kind::uint64},
+                                 {"d", value_kind::int64},
+                                 {"e", value_kind::decimal},
+                                 {"f", value_kind::float64},
+                                 {"g", value_kind::float32},
+                                 {"h", value_kind::binary},
+                                 {"country", ovhost::refers_to{"Country"}}}}});
+    definitions.define_index({"City", "by_c", {{"c"}}});
+  }
+
+  ovcoredb::database database;
+  ovhost::schema definitions{database};
+  ovhost::session reading{database};
+};
+
+class ResultColumns : public testing::Test, protected cities {
+ protected:
+  plan all() { return ovhost::scan(city, "by_c"); }
+
+  // The types of a root projection's columns by index, a reference with the name that it has.
+  static std::string types(const plan& root) {
+    try {
+      std::string words;
+      for (const physical_to_exec::column_type& type : physical_to_exec::result_columns(std::get<Projection>(root))) {
+        words += (words.empty() ? "" : " ") + std::to_string(type.index());
+        if (const auto* reference = std::get_if<physical_to_exec::RefInfo>(&type)) {
+          words += ":" + std::string(reference->name.begin(), reference->name.end());
+        }
+      }
+      return words;
+    } catch (const error_handling::OVException& error) {
+      return std::to_string(error.code) + " " + error.what();
+    } catch (const std::bad_variant_access&) {
+      return "bad variant";
+    } catch (const db_util::db_exception& error) {
+      return std::to_string(error.code);
+    }
+  }
+
+  std::string type_over(expression item, plan child) { return types(project({std::move(item)}, std::move(child))); }
+
+  ovhost::query names;
+  table_variable city = names.over("City", "city");
+  table_variable country = names.over("Country", "country");
+};
+
+const char* const refused = "7022 Unsupported return type";
+
+TEST_F(ResultColumns, name_the_type_of_each_item) {
+  EXPECT_EQ(types(project({city["a"], city["b"], city["c"], city["d"], city["e"], city["f"], city["g"], city["h"],
+                           city["country"], city},
+                          all())),
+            "0 1 2 3 4 5 6 7 9:Country 9:City");
+  const auto computed_as = [this](auto of) {
+    return type_over(expression(computed<decltype(of)>{{1, 2, 3, 4}}), all());
+  };
+  EXPECT_EQ(computed_as(true), "0");
+  EXPECT_EQ(computed_as(db_string::tt_string()), "1");
+  EXPECT_EQ(computed_as(std::uint64_t{}), "2");
+  EXPECT_EQ(computed_as(std::int64_t{}), "3");
+  EXPECT_EQ(computed_as(Decimal{}), "4");
+  EXPECT_EQ(computed_as(0.0), "5");
+  EXPECT_EQ(computed_as(0.0F), "6");
+  EXPECT_EQ(computed_as(Binary{}), "7");
+  EXPECT_EQ(computed_as(SetSpecifier{}), refused);
+  EXPECT_EQ(computed_as(NullValue{}), refused);
+  EXPECT_EQ(type_over(city["object_type"], all()), refused);
+  EXPECT_EQ(types(project({}, all())), "");
+  EXPECT_EQ(types(project({city, city["object_type"], city}, all())), refused);
+}
+
+TEST_F(ResultColumns, trace_a_computed_reference_to_its_definition) {
+  const auto reference = names.define("r", city["country"]);
+  const auto whole = names.define("w", city);
+  const auto other = names.define("o", expression(reference));
+  const auto by_operation =
+      names.define("x", ovhost::when_as(value_kind::reference, lit(true), city["country"], city["country"]));
+  const auto by_literal = names.define("l", lit(OV_OBJ_REF{1, 1}));
+  const auto largest = names.maximum("m", expression(reference));
+  const auto loop = names.define("y", expression(reference));
+  const auto undefined = names.define("u", city);
+  const auto extended = [this](std::vector<QueryPlan::assignment> list) {
+    return ovhost::extend(std::move(list), all());
+  };
+  EXPECT_EQ(type_over(reference, extended({reference})), "9:Country");
+  EXPECT_EQ(type_over(whole, extended({reference, whole})), "9:City");
+  EXPECT_EQ(type_over(whole, ovhost::filter(lit(true), extended({whole}))), "9:City") << "anywhere below";
+  EXPECT_EQ(type_over(other, ovhost::extend({other}, extended({reference}))), "9:Country") << "from one to the next";
+  EXPECT_EQ(type_over(reference, ovhost::extend({whole}, extended({reference}))), "9:Country");
+  EXPECT_EQ(type_over(whole, ovhost::join(all(), ovhost::generate(whole))), "9:City");
+  EXPECT_EQ(type_over(reference, ovhost::group({}, {reference}, all())), "9:Country");
+  EXPECT_EQ(type_over(largest, ovhost::group({largest}, {}, extended({reference}))), "9:Country");
+  EXPECT_EQ(type_over(whole, ovhost::join(extended({whole.with(country)}), extended({whole}))), "9:Country")
+      << "left before right";
+  EXPECT_EQ(type_over(by_operation, extended({by_operation})), "9:") << "an operation's reference has no name";
+  EXPECT_EQ(type_over(by_literal, extended({by_literal})), "9:");
+  EXPECT_EQ(type_over(loop, extended({loop.with(loop)})), refused) << "defined by itself";
+  EXPECT_EQ(type_over(loop, extended({loop, reference.with(loop)})), refused) << "in a circle";
+  EXPECT_EQ(type_over(undefined, extended({whole})), refused);
+}
+
+TEST_F(ResultColumns, report_what_the_metadata_cannot_tell) {
+  expression nothing = city;
+  make_valueless<variable>(nothing);
+  EXPECT_EQ(types(project({city, nothing}, all())), "bad variant");
+  plan two = project({city, city["country"]}, all());
+  core_shim::fail_call("orv_context_get_string", 1, ORV_NO_VALUE);
+  EXPECT_EQ(types(two), "9: 9:Country") << "a table without a name";
+  core_shim::fail_call("orv_context_get_string", 2, 4711);
+  EXPECT_EQ(types(two), "4711");
+  core_shim::fail_call("orv_context_create_iterator", 1, 4712);
+  EXPECT_EQ(types(two), "4712") << "the target's members are read";
+  EXPECT_EQ(core_shim::open_iterators(), 0U);
+}
+
+}  // namespace
+}  // namespace tests
