@@ -82,7 +82,11 @@ class FailingCore : public testing::Test, protected towns {
           return project({t["name"]},
                          limit(lit(6U), lit(1U), unite(scan(t, "by_name"), filter(is_known(), by_state()))));
         },
-        [this] { return project({b["name"]}, filter(eq(b, lit(last)), reach(b, scan(t, "by_state")))); },
+        // A literal reference, which the core completes: the town before the last.
+        [this] {
+          const OV_OBJ_REF before_last{last.object_number - 1, 0};
+          return project({b["name"]}, filter(eq(b, lit(before_last)), reach(b, scan(t, "by_state"))));
+        },
     };
   }
 
