@@ -5,9 +5,9 @@
  *
  * Conventions
  *  1. Handles (context, index, iterator) are 64-bit numbers, never pointers. 0 names nothing.
- *  2. Every call returns a 32-bit status unless its comment says otherwise: 0 is success, ORV_NO_VALUE says that a column
- *     holds nothing, everything else is a failure and leaves the out parameters unwritten. The statuses that this core
- *     gives are listed below; a caller passes on any that it does not know.
+ *  2. Every call returns a 32-bit status unless its comment says otherwise: 0 is success, ORV_NO_VALUE says that a
+ * column holds nothing, everything else is a failure and leaves the out parameters unwritten. The statuses that this
+ * core gives are listed below; a caller passes on any that it does not know.
  *  3. Result buffers belong to the core. They stay valid until the next call on the same context (an iterator counts as
  *     its context's); the caller copies or compares at once and never frees.
  *  4. Counted blocks (texts as UCS-2, encoded texts) start with a 32-bit little-endian count, followed directly by that
@@ -15,8 +15,8 @@
  *  5. Texts passed in as UCS-2 end with a zero unit. Encoded texts are passed as pointer and length.
  *  6. A context and its iterators belong to one thread at a time; different contexts may be used by different threads.
  *     Nothing is written to the database while anybody reads.
- *  7. A bad handle, object, column, key or null pointer is answered with a status, never with a crash. (A key carries no
- *     length: it is read up to its terminator or to the first byte that cannot be right.)
+ *  7. A bad handle, object, column, key or null pointer is answered with a status, never with a crash. (A key carries
+ * no length: it is read up to its terminator or to the first byte that cannot be right.)
  */
 #ifndef OVCOREDB_OVCOREDB_H_
 #define OVCOREDB_OVCOREDB_H_
@@ -42,17 +42,17 @@ typedef uint_least16_t ORV_UCS2; /* one UTF-16 code unit */
 
 enum {
   ORV_OK = 0,
-  ORV_NO_VALUE = 4272,         /* the column holds no value */
-  ORV_BAD_CONTEXT = 4101,      /* no such context */
-  ORV_BAD_INDEX = 4102,        /* no such index */
-  ORV_BAD_ITERATOR = 4103,     /* no such iterator, or it was freed */
-  ORV_BAD_OBJECT = 4104,       /* no such object */
-  ORV_BAD_COLUMN = 4105,       /* no such column, or the reference's tag names no table that the object belongs to */
-  ORV_TYPE_MISMATCH = 4106,    /* the column has another type than the getter */
-  ORV_BAD_KEY = 4107,          /* a key that is not well formed, or does not fit the index */
-  ORV_BAD_ARGUMENT = 4108,     /* a null pointer, an unknown flag, a length that is too large */
+  ORV_NO_VALUE = 4272,           /* the column holds no value */
+  ORV_BAD_CONTEXT = 4101,        /* no such context */
+  ORV_BAD_INDEX = 4102,          /* no such index */
+  ORV_BAD_ITERATOR = 4103,       /* no such iterator, or it was freed */
+  ORV_BAD_OBJECT = 4104,         /* no such object */
+  ORV_BAD_COLUMN = 4105,         /* no such column, or the reference's tag names no table that the object belongs to */
+  ORV_TYPE_MISMATCH = 4106,      /* the column has another type than the getter */
+  ORV_BAD_KEY = 4107,            /* a key that is not well formed, or does not fit the index */
+  ORV_BAD_ARGUMENT = 4108,       /* a null pointer, an unknown flag, a length that is too large */
   ORV_TOO_MANY_ITERATORS = 4109, /* the context cannot open another iterator */
-  ORV_BAD_TEXT = 4110,         /* bytes that are not an encoded text */
+  ORV_BAD_TEXT = 4110,           /* bytes that are not an encoded text */
   ORV_OUT_OF_MEMORY = 4111
 };
 
@@ -132,14 +132,14 @@ ORV_API uint32_t orv_context_get_decimal(uint64_t context, uint64_t object_numbe
                                          uint32_t column, int64_t* out); /* in millionths */
 ORV_API uint32_t orv_context_get_float(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                                        float* out);
-ORV_API uint32_t orv_context_get_double(uint64_t context, uint64_t object_number, uint64_t second_word,
-                                        uint32_t column, double* out);
-ORV_API uint32_t orv_context_get_binary(uint64_t context, uint64_t object_number, uint64_t second_word,
-                                        uint32_t column, ORV_BYTES* out); /* binary columns; text columns, encoded */
+ORV_API uint32_t orv_context_get_double(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
+                                        double* out);
+ORV_API uint32_t orv_context_get_binary(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
+                                        ORV_BYTES* out); /* binary columns; text columns, encoded */
 ORV_API uint32_t orv_context_get_reference(uint64_t context, uint64_t object_number, uint64_t second_word,
                                            uint32_t column, ORV_REFERENCE_VALUE* out);
-ORV_API uint32_t orv_context_get_string(uint64_t context, uint64_t object_number, uint64_t second_word,
-                                        uint32_t column, const uint8_t** out); /* text columns: a UCS-2 block */
+ORV_API uint32_t orv_context_get_string(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
+                                        const uint8_t** out); /* text columns: a UCS-2 block */
 
 /* The set specifier of the object's type, as a UCS-2 block. A derived type's specifier begins with its base's. */
 ORV_API uint32_t orv_context_get_setspec(uint64_t context, uint64_t object_number, uint64_t second_word,
@@ -155,9 +155,9 @@ ORV_API uint32_t orv_context_lookup(uint64_t context, uint64_t object_number, ui
 /* ---- Text -------------------------------------------------------------------------------------------------------- */
 
 /*
- * Encoded text ("turbotext") is a header and a payload. Each header byte gives 7 bits, most significant group first; the
- * byte with the top bit set is the last of the header. The number so read is the count of unused bits at the end of the
- * payload. The order of the payload bits is the order of the texts, and equal texts have equal bytes.
+ * Encoded text ("turbotext") is a header and a payload. Each header byte gives 7 bits, most significant group first;
+ * the byte with the top bit set is the last of the header. The number so read is the count of unused bits at the end of
+ * the payload. The order of the payload bits is the order of the texts, and equal texts have equal bytes.
  */
 
 /* Encoded text to UCS-2: *result receives a UCS-2 block. reserved is 0. */
@@ -169,16 +169,16 @@ ORV_API uint32_t orv_context_convert_turbotext_to_base_ucs2(uint64_t context, co
 
 /*
  * Without a context. The absolute value of the result is the number of units of the text. When capacity is at least one
- * more, the units and a zero unit are written and the result is not negative; otherwise nothing is written and the result
- * is negative (or 0 for the empty text). Bytes that are not an encoded text count as the empty text.
+ * more, the units and a zero unit are written and the result is not negative; otherwise nothing is written and the
+ * result is negative (or 0 for the empty text). Bytes that are not an encoded text count as the empty text.
  */
 ORV_API int32_t orv_convert_turbotext_to_ucs2(const uint8_t* text, uint32_t length, ORV_UCS2* units, uint32_t capacity);
 ORV_API int32_t orv_convert_turbotext_to_base_ucs2(const uint8_t* text, uint32_t length, ORV_UCS2* units,
                                                    uint32_t capacity);
 
 /*
- * UCS-2 to encoded text: *result receives a counted block of bytes. upper_limit 0: the text itself. upper_limit 1: a text
- * that sorts above every text that begins with the given one.
+ * UCS-2 to encoded text: *result receives a counted block of bytes. upper_limit 0: the text itself. upper_limit 1: a
+ * text that sorts above every text that begins with the given one.
  */
 ORV_API uint32_t orv_context_convert_ucs2_to_turbotext(uint64_t context, const ORV_UCS2* units, uint8_t upper_limit,
                                                        const uint8_t** result);
