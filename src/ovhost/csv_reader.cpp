@@ -54,7 +54,7 @@ void csv_reader::finish() {
 void csv_reader::check(bool parsed) const {
   if (failure_) std::rethrow_exception(failure_);
   if (parsed) return;
-  if (csv_error(parser_.get()) != CSV_EPARSE) throw std::bad_alloc();
+  if (::csv_error(parser_.get()) != CSV_EPARSE) throw std::bad_alloc();
   throw csv_syntax_error{finished_ ? row_.line : line_,
                          finished_ ? "a quoted field does not end" : "a quote stands inside a field"};
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <boost/mp11/algorithm.hpp>
 #include <initializer_list>
 #include <stdexcept>
 #include <string>
@@ -58,7 +59,7 @@ struct kind_reader {
 
   template <class T>
   static value_kind kind_of_type() {
-    return value_kind{ov::sql_executor::value(std::in_place_type<T>).index()};
+    return value_kind{boost::mp11::mp_find<ov::sql_executor::value, T>::value};
   }
 };
 

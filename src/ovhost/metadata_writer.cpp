@@ -31,10 +31,10 @@ std::vector<T> by_column(std::initializer_list<std::pair<std::uint32_t, T>> numb
   return result;
 }
 
-using columns = std::initializer_list<std::pair<std::uint32_t, column_type>>;
+using attributes = std::initializer_list<std::pair<std::uint32_t, column_type>>;
 
 // No application table has an empty name part, so the doubled slash keeps the specifiers apart.
-void create(ovcoredb::database& database, std::uint16_t tag, std::u16string_view name, columns numbered) {
+void create(ovcoredb::database& database, std::uint16_t tag, std::u16string_view name, attributes numbered) {
   database.create_table({u"//" + std::u16string(name) + u"/", by_column<column_type>(numbered), 0, tag});
 }
 

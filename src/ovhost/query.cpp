@@ -83,7 +83,7 @@ QueryPlan::assignment computation::with(expression other) const {
   return {std::move(other), std::visit([](const auto& held) { return column_ref(held); }, column_)};
 }
 
-aggregation_column::aggregation_column(QueryPlan::aggregate aggregate) : aggregate_(std::move(aggregate)) {}
+aggregation_column::aggregation_column(QueryPlan::aggregate computed) : aggregate_(std::move(computed)) {}
 
 aggregation_column::operator expression() const {
   return std::visit([](const QueryPlan::aggregation& held) { return read_of(held.column); }, aggregate_);
@@ -101,11 +101,11 @@ computation query::define(std::string name, expression value) {
 
 template <class Aggregate>
 aggregation_column query::make(std::string name, value_kind result, std::vector<expression> arguments) {
-  Aggregate aggregate;
-  if (!arguments.empty()) set_average_type(aggregate, kind_of(arguments.front()));
-  aggregate.arguments = std::move(arguments);
-  aggregate.column = computed_of(result, state_->add(std::move(name)));
-  return aggregation_column(std::move(aggregate));
+  Aggregate made;
+  if (!arguments.empty()) set_average_type(made, kind_of(arguments.front()));
+  made.arguments = std::move(arguments);
+  made.column = computed_of(result, state_->add(std::move(name)));
+  return aggregation_column(std::move(made));
 }
 
 // A sum is promoted as an addition of the value to itself would be.

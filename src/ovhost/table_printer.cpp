@@ -41,12 +41,12 @@ table_printer::table_printer(std::vector<std::string> headings, const std::vecto
   for (const std::string& heading : headings_) widths_.push_back(width_of(heading));
 }
 
-void table_printer::add(const ov::sql_executor::row& row) {
+void table_printer::add(const ov::sql_executor::row& added) {
   ++count_;
   if (rows_.size() == most_rows_) return;
   std::vector<std::string>& cells = rows_.emplace_back();
   for (std::size_t column = 0; column < tables_.size(); ++column) {
-    cells.push_back(cell_words(row.at(column), tables_[column]));
+    cells.push_back(cell_words(added.at(column), tables_[column]));
     widths_[column] = std::max(widths_[column], width_of(cells.back()));
   }
 }

@@ -17,7 +17,7 @@ class table_printer {
   table_printer(std::vector<std::string> headings, const std::vector<physical_to_exec::column_type>& types,
                 std::size_t most_rows);
 
-  void add(const ov::sql_executor::row& row);
+  void add(const ov::sql_executor::row& added);
 
   // The table, then the number of rows and how many of them are not shown.
   void print(std::ostream& out) const;

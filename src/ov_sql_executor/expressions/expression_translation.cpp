@@ -42,9 +42,9 @@ const Variant& complete(const Variant& any) {
   return any;
 }
 
-class translator {
+class expression_translator {
  public:
-  translator(std::vector<value>& constants, const scope& columns) : constants_(constants), columns_(columns) {}
+  expression_translator(std::vector<value>& constants, const scope& columns) : constants_(constants), columns_(columns) {}
 
   operator_ptr translate(const expression& any) {
     return std::visit([this](const auto& alternative) { return build(alternative); }, complete(any));
@@ -176,7 +176,7 @@ class translator {
 }  // namespace
 
 operator_ptr translate_expression(const expression& any, std::vector<value>& constants, const scope& columns) {
-  return translator(constants, columns).translate(any);
+  return expression_translator(constants, columns).translate(any);
 }
 
 std::vector<operator_ptr> translate_expressions(const std::vector<expression>& expressions,

@@ -17,9 +17,9 @@ using ov::sql_executor::value;
 using ov::sql_executor::operators::operand;
 namespace aggregates = ov::sql_executor::aggregates;
 
-class translator {
+class aggregate_translator {
  public:
-  translator(std::vector<value>& constants, const scope& inner) : constants_(constants), inner_(inner) {}
+  aggregate_translator(std::vector<value>& constants, const scope& inner) : constants_(constants), inner_(inner) {}
 
   aggregate_entry operator()(const SumOf& kind) const { return aggregates::sum{argument(kind)}; }
   aggregate_entry operator()(const CountOf& kind) const { return aggregates::count_values{argument(kind)}; }
@@ -54,7 +54,7 @@ class translator {
 }  // namespace
 
 aggregate_entry translate_aggregate(const aggregate& any, std::vector<value>& constants, const scope& inner) {
-  return std::visit(translator(constants, inner), any);
+  return std::visit(aggregate_translator(constants, inner), any);
 }
 
 physical_queryplan::column_ref result_column(const aggregate& any) {

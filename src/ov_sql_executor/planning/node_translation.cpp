@@ -41,9 +41,9 @@ using ov::sql_executor::operators::context_list;
 using ov::sql_executor::operators::operator_base;
 using ov::sql_executor::operators::value_from_context;
 
-class translator {
+class node_translator {
  public:
-  translator(std::vector<value>& constants, const scope& outer) : constants_(constants), outer_(outer) {}
+  node_translator(std::vector<value>& constants, const scope& outer) : constants_(constants), outer_(outer) {}
 
   translation operator()(const Scan& plan) const {
     const std::uint64_t handle = meta_data::index_handle(plan.index);
@@ -196,7 +196,7 @@ class translator {
 translation translate(const PredicateVariant& plan, std::vector<value>& constants, const scope& outer) {
   // The standard library's visit throws the same exception with another text.
   if (plan.valueless_by_exception()) throw std::bad_variant_access();
-  return std::visit(translator(constants, outer), plan);
+  return std::visit(node_translator(constants, outer), plan);
 }
 
 }  // namespace physical_to_exec
