@@ -28,3 +28,16 @@ if(OV_COVERAGE)
   add_compile_options(--coverage -fprofile-update=atomic)
   add_link_options(--coverage)
 endif()
+
+# With link-time optimisation, library objects hold both forms of the code: the shared library is linked from the one,
+# programs that take the objects themselves (tests and small benchmarks, see ov_plain_link) from the other.
+if(CMAKE_INTERPROCEDURAL_OPTIMIZATION AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  add_compile_options(-ffat-lto-objects)
+endif()
+# For the folders of such programs: optimising the library again for each takes longer than compiling it.
+macro(ov_plain_link)
+  set(CMAKE_INTERPROCEDURAL_OPTIMIZATION OFF)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_link_options(-fno-lto)
+  endif()
+endmacro()
