@@ -13,11 +13,10 @@ bool full_join_enumerator_no_expression::push_next(execution_context& context) {
   }
   if (left_) return push_pair(context);
 
-  const std::size_t size = context.row_stack.size();
-  push_nulls(context, left_width_);
-  if (push_right_row(context)) return true;
-  cut_row_stack(context, size);
-  return false;
+  const auto size = static_cast<std::ptrdiff_t>(context.row_stack.size());
+  if (!push_right_row(context)) return false;
+  context.row_stack.insert(context.row_stack.begin() + size, left_width_, NullValue());
+  return true;
 }
 
 void full_join_enumerator_no_expression::start(execution_context& context) {
@@ -38,7 +37,7 @@ bool full_join_enumerator_no_expression::push_right_row(execution_context& conte
   return true;
 }
 
-// The right side does not see the left row, which is put below its row afterwards. A right side that is empty when it
+// A right side that is empty when it
 // is read again gives its left row no partner.
 bool full_join_enumerator_no_expression::push_pair(execution_context& context) {
   const auto size = static_cast<std::ptrdiff_t>(context.row_stack.size());

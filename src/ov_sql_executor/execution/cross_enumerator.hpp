@@ -10,6 +10,8 @@
 namespace ov::sql_executor {
 
 // A full join without a condition: every pair, or, where one side is empty, the rows of the other extended with NULLs.
+// Neither side sees the other's row: while the right side is asked, nothing of the left lies on the stack; it is put
+// below the right row afterwards.
 class full_join_enumerator_no_expression final : public row_source {
  public:
   full_join_enumerator_no_expression(std::unique_ptr<row_source> left, std::unique_ptr<row_source> right,

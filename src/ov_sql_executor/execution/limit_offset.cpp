@@ -27,8 +27,8 @@ class limit_offset_enumerator final : public row_source {
   std::uint64_t count_ = 0;  // rows asked of the child
 };
 
-std::uint64_t row_count(const operators::operand& expression, execution_context& context) {
-  const value count = convert_to<std::uint64_t>(expression.evaluate(context));
+std::uint64_t row_count(const value& any) {
+  const value count = convert_to<std::uint64_t>(any);
   if (const auto* number = std::get_if<std::uint64_t>(&count)) return *number;
   throw db_util::db_exception{db_util::type_error};
 }
@@ -46,8 +46,10 @@ bool skip(row_source& rows, std::uint64_t count, execution_context& context) {
 }  // namespace
 
 std::unique_ptr<row_source> limit_offset::open(execution_context& context) const {
-  const std::uint64_t limit = row_count(limit_, context);
-  const std::uint64_t offset = row_count(offset_, context);
+  const value limit_value = limit_.evaluate(context);
+  const value offset_value = offset_.evaluate(context);
+  const std::uint64_t limit = row_count(limit_value);
+  const std::uint64_t offset = row_count(offset_value);
   std::unique_ptr<row_source> child = child_.open(context);
   const bool has_rows = skip(*child, offset, context);
   return std::make_unique<limit_offset_enumerator>(has_rows ? limit : 0, std::move(child));

@@ -102,7 +102,8 @@ inline variable::variable(OV_OBJ_REF table_object, std::shared_ptr<meta_data::Ta
 inline variable::variable(const variable& other) : table(other.table), cache(other.cache), id(other.id) {
   if (other.parent) parent = std::make_unique<variable_origin>(**other.parent);
 }
-inline variable::variable(variable&& other) noexcept = default;
+inline variable::variable(variable&& other) noexcept
+    : table(other.table), cache(std::move(other.cache)), id(other.id), parent(std::exchange(other.parent, {})) {}
 inline variable& variable::operator=(variable other) noexcept {
   std::swap(table, other.table);
   std::swap(cache, other.cache);

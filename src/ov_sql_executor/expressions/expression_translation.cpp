@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "ov_sql_executor/database/metadata.hpp"
+#include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/ov_exception.hpp"
 #include "ov_sql_executor/errors/subscript.hpp"
 #include "ov_sql_executor/expressions/arithmetic.hpp"
@@ -29,22 +30,17 @@ namespace ov::sql_executor {
 namespace {
 
 using namespace physical_queryplan;  // the alternatives are named one by one below
+using error_handling::complete;
 using operators::context_list;
 using operators::operator_base;
 using operators::value_from_context;
 
 using operator_ptr = std::unique_ptr<operator_base>;
 
-// A variant that holds something. (The standard library's visit throws the same exception with another text.)
-template <class Variant>
-const Variant& complete(const Variant& any) {
-  if (any.valueless_by_exception()) throw std::bad_variant_access();
-  return any;
-}
-
 class expression_translator {
  public:
-  expression_translator(std::vector<value>& constants, const scope& columns) : constants_(constants), columns_(columns) {}
+  expression_translator(std::vector<value>& constants, const scope& columns)
+      : constants_(constants), columns_(columns) {}
 
   operator_ptr translate(const expression& any) {
     return std::visit([this](const auto& alternative) { return build(alternative); }, complete(any));

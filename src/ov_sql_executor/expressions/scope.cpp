@@ -4,6 +4,7 @@
 #include <concepts>
 #include <variant>
 
+#include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/ov_exception.hpp"
 #include "ov_sql_executor/expressions/constants.hpp"
 
@@ -13,10 +14,7 @@ using physical_queryplan::column_ref;
 using physical_queryplan::expression;
 
 std::optional<std::int16_t> find_in_scope(const scope& columns, const column_ref& column) {
-  const auto found = std::find_if(columns.begin(), columns.end(), [&column](const column_ref& each) {
-    if (each.valueless_by_exception()) throw std::bad_variant_access();
-    return each == column;
-  });
+  const auto found = std::find(columns.begin(), columns.end(), column);
   if (found == columns.end()) return std::nullopt;
   return to_position(static_cast<std::uint64_t>(found - columns.begin()));
 }
@@ -40,7 +38,7 @@ column_ref to_column_ref(const expression& item) {
                                       L"Internal error: expression is not a variable");
         }
       },
-      item);
+      error_handling::complete(item));
 }
 
 expression to_expression(const column_ref& column) {

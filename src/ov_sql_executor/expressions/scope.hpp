@@ -10,11 +10,11 @@
 
 namespace ov::sql_executor {
 
-// The columns of the values that stand on the row stack when an expression is evaluated, in order.
+// The columns of the values that stand on the row stack when an expression is evaluated, in order; none is valueless.
 using scope = std::vector<physical_queryplan::column_ref>;
 
 // The row-stack position of the first column in scope that equals this one. Throws boost::numeric::positive_overflow
-// for a position beyond 32767 and std::bad_variant_access for a valueless column that stands before it.
+// for a position beyond 32767.
 std::optional<std::int16_t> find_in_scope(const scope& columns, const physical_queryplan::column_ref& column);
 
 // The columns of outer, then those of inner.

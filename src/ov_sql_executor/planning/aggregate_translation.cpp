@@ -2,6 +2,7 @@
 
 #include <variant>
 
+#include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/subscript.hpp"
 #include "ov_sql_executor/expressions/expression_translation.hpp"
 #include "ov_sql_executor/expressions/operand_list.hpp"
@@ -11,10 +12,12 @@ namespace physical_to_exec {
 namespace {
 
 using namespace physical_queryplan::QueryPlan;  // the kinds are named one by one below
+using error_handling::complete;
 using ov::sql_executor::aggregate_entry;
 using ov::sql_executor::scope;
 using ov::sql_executor::value;
 using ov::sql_executor::operators::operand;
+using physical_queryplan::column_ref;
 namespace aggregates = ov::sql_executor::aggregates;
 
 class aggregate_translator {
@@ -36,8 +39,7 @@ class aggregate_translator {
 
   // The first two result types are exact, the last two floating.
   aggregate_entry operator()(const Average& kind) const {
-    if (kind.result_type.valueless_by_exception()) throw std::bad_variant_access();
-    if (kind.result_type.index() < 2) return aggregates::average_as_decimal{argument(kind)};
+    if (complete(kind.result_type).index() < 2) return aggregates::average_as_decimal{argument(kind)};
     return aggregates::average_as_double{argument(kind)};
   }
 
@@ -54,12 +56,15 @@ class aggregate_translator {
 }  // namespace
 
 aggregate_entry translate_aggregate(const aggregate& any, std::vector<value>& constants, const scope& inner) {
-  return std::visit(aggregate_translator(constants, inner), any);
+  return std::visit(aggregate_translator(constants, inner), complete(any));
 }
 
-physical_queryplan::column_ref result_column(const aggregate& any) {
-  const auto& kind = std::visit([](const auto& held) -> const aggregation& { return held; }, any);
-  return std::visit([](const auto& held) -> physical_queryplan::column_ref { return held; }, kind.column);
+const aggregation& inside(const aggregate& any) {
+  return std::visit([](const auto& held) -> const aggregation& { return held; }, complete(any));
+}
+
+column_ref result_column(const aggregate& any) {
+  return std::visit([](const auto& held) -> column_ref { return held; }, complete(inside(any).column));
 }
 
 }  // namespace physical_to_exec

@@ -10,10 +10,15 @@
 
 namespace physical_to_exec {
 
+// All three throw std::bad_variant_access for what is valueless.
+
 // Throws std::out_of_range "invalid vector<T> subscript" for a kind that lacks its argument.
 ov::sql_executor::aggregate_entry translate_aggregate(const physical_queryplan::QueryPlan::aggregate& aggregate,
                                                       std::vector<ov::sql_executor::value>& constants,
                                                       const ov::sql_executor::scope& inner);
+
+// What every kind of aggregate holds.
+const physical_queryplan::QueryPlan::aggregation& inside(const physical_queryplan::QueryPlan::aggregate& aggregate);
 
 // The column that holds the aggregate's result.
 physical_queryplan::column_ref result_column(const physical_queryplan::QueryPlan::aggregate& aggregate);

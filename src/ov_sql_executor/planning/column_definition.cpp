@@ -3,6 +3,8 @@
 #include <variant>
 #include <vector>
 
+#include "ov_sql_executor/planning/aggregate_translation.hpp"
+
 namespace physical_to_exec {
 
 namespace {
@@ -20,9 +22,8 @@ const expression* defined_by(const std::vector<assignment>& assignments, const c
 
 const expression* defined_by(const std::vector<aggregate>& aggregates, const column_ref& column) {
   for (const aggregate& each : aggregates) {
-    const auto& kind = std::visit([](const auto& held) -> const aggregation& { return held; }, each);
-    const column_ref name = std::visit([](const auto& held) -> column_ref { return held; }, kind.column);
-    if (name == column && !kind.arguments.empty()) return &kind.arguments.front();
+    const std::vector<expression>& arguments = inside(each).arguments;
+    if (result_column(each) == column && !arguments.empty()) return &arguments.front();
   }
   return nullptr;
 }

@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "ov_sql_executor/database/metadata.hpp"
+#include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/ov_exception.hpp"
 #include "ov_sql_executor/execution/aggregator.hpp"
 #include "ov_sql_executor/execution/filter.hpp"
@@ -30,6 +31,7 @@ namespace physical_to_exec {
 namespace {
 
 using namespace physical_queryplan::QueryPlan;  // the alternatives are named one by one below
+using error_handling::complete;
 using ov::sql_executor::join_scopes;
 using ov::sql_executor::scope;
 using ov::sql_executor::to_column_ref;
@@ -75,7 +77,7 @@ class node_translator {
 
   translation operator()(const GenerativeAssignment& plan) const {
     auto expression = translate_expression(plan.expression, constants_, outer_);
-    return {{plan.column}, std::make_unique<ov::sql_executor::generative_assignment>(std::move(expression))};
+    return {{complete(plan.column)}, std::make_unique<ov::sql_executor::generative_assignment>(std::move(expression))};
   }
 
   // The input's values are copied through, the assignments follow.
@@ -86,7 +88,7 @@ class node_translator {
     for (const auto& column : child.columns) list.push_back(to_expression(column));
     for (const assignment& added : plan.assignments) list.push_back(added.expression);
     auto expressions = translate_expressions(list, constants_, join_scopes(outer_, child.columns));
-    for (const assignment& added : plan.assignments) child.columns.push_back(added.column);
+    for (const assignment& added : plan.assignments) child.columns.push_back(complete(added.column));
     return {std::move(child.columns),
             std::make_unique<ov::sql_executor::projection>(std::move(child.node), std::move(expressions))};
   }
@@ -129,7 +131,7 @@ class node_translator {
       entries.push_back(translate_aggregate(each, constants_, inner));
       columns.push_back(result_column(each));
     }
-    for (const assignment& key : plan.group_by) columns.push_back(key.column);
+    for (const assignment& key : plan.group_by) columns.push_back(complete(key.column));
     return {std::move(columns),
             std::make_unique<ov::sql_executor::aggregator>(std::move(child.node), std::move(keys), std::move(entries))};
   }
@@ -194,9 +196,7 @@ class node_translator {
 }  // namespace
 
 translation translate(const PredicateVariant& plan, std::vector<value>& constants, const scope& outer) {
-  // The standard library's visit throws the same exception with another text.
-  if (plan.valueless_by_exception()) throw std::bad_variant_access();
-  return std::visit(node_translator(constants, outer), plan);
+  return std::visit(node_translator(constants, outer), complete(plan));
 }
 
 }  // namespace physical_to_exec

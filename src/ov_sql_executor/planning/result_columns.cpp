@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ov_sql_executor/database/metadata.hpp"
+#include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/ov_exception.hpp"
 #include "ov_sql_executor/planning/column_definition.hpp"
 
@@ -55,7 +56,8 @@ class typing {
     if constexpr (truth_operation<Operation>) {
       return TypeIdentity<bool>{};
     } else {
-      return std::visit([]<class T>(TypeIdentity<T>) { return type_of_alternative<T>(); }, any.result_type);
+      return std::visit([]<class T>(TypeIdentity<T>) { return type_of_alternative<T>(); },
+                        error_handling::complete(any.result_type));
     }
   }
 
