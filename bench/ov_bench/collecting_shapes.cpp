@@ -1,0 +1,139 @@
+#include "shape.hpp"
+
+using namespace ovhost;
+
+namespace bench {
+
+namespace {
+
+using object = core_loop::object;
+
+// The five common aggregates over number columns, by some keys.
+shape group_by(std::string name, const std::vector<std::string>& keys, std::vector<std::string> key_numbers,
+               std::vector<std::string> key_texts) {
+  const auto make = [keys](query& q, std::size_t) {
+    const table_variable t = q.over("item", "t");
+    std::vector<aggregate> aggregates = {q.count_rows("count"), q.sum("sum", t["b"]), q.minimum("minimum", t["c"]),
+                                         q.maximum("maximum", t["c"]), q.average("average", t["b"])};
+    std::vector<assignment> groups;
+    std::vector<expression> columns;
+    for (const std::string& key : keys) {
+      const computation column = q.define(key, t[key]);
+      groups.emplace_back(column);
+      columns.emplace_back(column);
+    }
+    for (const aggregate& each : aggregates) columns.emplace_back(aggregation_column(each));
+    return project(std::move(columns), group(std::move(aggregates), std::move(groups), scan(t, "by_id")));
+  };
+  std::string list;
+  for (const std::string& key : keys) list += (list.empty() ? "" : ", ") + key;
+  key_numbers.insert(key_numbers.end(), {"b", "c", "c", "b"});
+  return {std::move(name), make,
+          "SELECT " + list + ", count(*), sum(b), min(c), max(c), avg(b) FROM item GROUP BY " + list,
+          reads(std::move(key_numbers), std::move(key_texts))};
+}
+
+shape filtered_total() {
+  const auto make = [](query& q, std::size_t) {
+    const table_variable t = q.over("item", "t");
+    const aggregation_column count = q.count_rows("count");
+    const aggregation_column sum = q.sum("sum", t["b"]);
+    return project({count, sum}, group({count, sum}, {}, filter(lt(t["v"], lit(500'000)), scan(t, "by_id"))));
+  };
+  const auto floor = [](core_loop& core, std::int64_t) {
+    const std::uint32_t v = core.column("item.v");
+    const std::uint32_t b = core.column("item.b");
+    std::uint64_t sum = 0;
+    core.walk(core.index("item.by_id"), [&](object at) {
+      if (core.number(at, v) < 500'000) sum += static_cast<std::uint64_t>(core.number(at, b));
+      return true;
+    });
+    return sum;
+  };
+  return {"aggregate_filtered", make, "SELECT count(*), sum(b) FROM item WHERE v < 500000", floor};
+}
+
+shape distinct(std::string name, const std::string& column, floor_loop floor) {
+  const auto make = [column](query& q, std::size_t) {
+    const table_variable t = q.over("item", "t");
+    const aggregation_column count = q.count_distinct("count", t[column]);
+    return project({count}, group({count}, {}, scan(t, "by_id")));
+  };
+  return {std::move(name), make, "SELECT count(DISTINCT " + column + ") FROM item", std::move(floor)};
+}
+
+template <class Keys>
+shape ordered(std::string name, const std::vector<std::string>& columns, Keys keys, const std::string& sql,
+              floor_loop floor) {
+  const auto make = [columns, keys](query& q, std::size_t) {
+    const table_variable t = q.over("item", "t");
+    std::vector<expression> items;
+    for (const std::string& column : columns) items.push_back(t[column]);
+    return project(std::move(items), order(keys(t), scan(t, "by_id")));
+  };
+  return {std::move(name), make, sql, std::move(floor)};
+}
+
+shape limited() {
+  const auto make = [](query& q, std::size_t rows) {
+    const table_variable t = q.over("item", "t");
+    return project({t["v"]}, limit(lit(10), lit(static_cast<std::int64_t>(rows / 2)), scan(t, "by_id")));
+  };
+  const auto floor = [](core_loop& core, std::int64_t) {
+    const std::uint32_t v = core.column("item.v");
+    std::size_t position = 0;
+    std::uint64_t sum = 0;
+    core.walk(core.index("item.by_id"), [&](object at) {
+      if (position >= core.rows() / 2) sum += static_cast<std::uint64_t>(core.number(at, v));
+      return ++position < core.rows() / 2 + 10;
+    });
+    return sum;
+  };
+  shape made{"limit_offset", make, "SELECT v FROM item LIMIT 10 OFFSET $rows / 2", floor};
+  made.steps = [](std::size_t rows) { return rows / 2; };
+  return made;
+}
+
+shape united() {
+  const auto make = [](query& q, std::size_t) {
+    const table_variable l = q.over("item", "l");
+    const table_variable r = q.over("item", "r");
+    const computation value = q.define("value", l["b"]);
+    return project({value}, unite(project({value}, extend({value}, scan(l, "by_id"))),
+                                  project({value}, extend({value.with(r["c"])}, scan(r, "by_id")))));
+  };
+  shape made{"union_of_two", make, "SELECT b FROM item UNION ALL SELECT c FROM item", reads({"b"}, {}, 2)};
+  made.steps = [](std::size_t rows) { return 2 * rows; };
+  return made;
+}
+
+}  // namespace
+
+std::vector<shape> collecting_shapes() {
+  return {
+      group_by("group_10", {"tens"}, {"tens"}, {}),
+      group_by("group_10000", {"thousands"}, {"thousands"}, {}),
+      group_by("group_half", {"many"}, {"many"}, {}),
+      group_by("group_text", {"word"}, {}, {"word"}),
+      group_by("group_two_keys", {"tens", "c"}, {"tens", "c"}, {}),
+      filtered_total(),
+      distinct("distinct_int", "many", reads({"many"})),
+      distinct("distinct_text", "name", reads({}, {"name"})),
+      ordered(
+          "order_int", {"id", "v"}, [](const auto& t) { return std::vector<order_key>{ascending(t["v"])}; },
+          "SELECT id, v FROM item ORDER BY v", reads({"v", "id", "v"})),
+      ordered(
+          "order_text", {"id", "name"}, [](const auto& t) { return std::vector<order_key>{ascending(t["name"])}; },
+          "SELECT id, name FROM item ORDER BY name", reads({"id"}, {"name", "name"})),
+      ordered(
+          "order_two_keys", {"id", "b", "v"},
+          [](const auto& t) {
+            return std::vector<order_key>{ascending(t["b"]), descending(t["v"])};
+          },
+          "SELECT id, b, v FROM item ORDER BY b, v DESC", reads({"b", "v", "id", "b", "v"})),
+      limited(),
+      united(),
+  };
+}
+
+}  // namespace bench

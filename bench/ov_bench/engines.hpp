@@ -1,0 +1,31 @@
+// A shape made ready to run on each engine.
+#ifndef BENCH_OV_BENCH_ENGINES_HPP_
+#define BENCH_OV_BENCH_ENGINES_HPP_
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "sample.hpp"
+#include "shape.hpp"
+
+namespace bench {
+
+// What a run yields, so that engines can be held against each other.
+struct outcome {
+  std::uint64_t rows = 0;
+  std::uint64_t sum = 0;  // of the integers and of the lengths of the texts
+
+  friend bool operator==(const outcome&, const outcome&) = default;
+};
+
+// Runs the whole shape once.
+using prepared = std::function<outcome()>;
+
+prepared prepare_ov(const shape& of, const sample& data);
+prepared prepare_sqlite(const shape& of, const sample& data);
+prepared prepare_floor(const shape& of, const sample& data);
+
+}  // namespace bench
+
+#endif  // BENCH_OV_BENCH_ENGINES_HPP_

@@ -1,0 +1,130 @@
+#include <random>
+
+#include "shape.hpp"
+
+using namespace ovhost;
+
+namespace bench {
+
+namespace {
+
+using object = core_loop::object;
+
+constexpr std::size_t lookups = 10'000;
+
+std::vector<std::int64_t> random_ids(std::size_t rows) {
+  std::mt19937_64 random(7);
+  std::vector<std::int64_t> ids(lookups);
+  for (std::int64_t& id : ids) id = static_cast<std::int64_t>(random() % rows);
+  return ids;
+}
+
+plan make_lookup(query& q, std::size_t /*rows*/) {
+  const table_variable t = q.over("item", "t");
+  return project({t["v"], t["name"]}, scan(t, "by_id", {key::equal(parameter(0, value_kind::int64))}));
+}
+
+std::uint64_t look_up(core_loop& core, std::int64_t id) {
+  std::uint64_t sum = 0;
+  core.walk(core.index("item.by_id"), id, id, [&](object at) {
+    sum += static_cast<std::uint64_t>(core.number(at, core.column("item.v")));
+    sum += core.text(at, core.column("item.name")).size();
+    return true;
+  });
+  return sum;
+}
+
+shape lookup(std::string name, planning plan) {
+  return {std::move(name), make_lookup, "SELECT v, name FROM item WHERE id = ?", look_up,
+          random_ids,      plan,        [](std::size_t) { return lookups; }};
+}
+
+shape range() {
+  const auto make = [](query& q, std::size_t rows) {
+    const table_variable t = q.over("item", "t");
+    const auto first = static_cast<std::int64_t>(rows / 2);
+    const auto count = static_cast<std::int64_t>(rows / 100);
+    const scan_range keys = key::both(key::at_least(lit(first)), key::below(lit(first + count)));
+    return project({t["name"]}, scan(t, "by_a", {keys}));
+  };
+  const auto floor = [](core_loop& core, std::int64_t) {
+    std::uint64_t sum = 0;
+    const auto first = static_cast<std::int64_t>(core.rows() / 2);
+    const auto count = static_cast<std::int64_t>(core.rows() / 100);
+    const std::uint32_t name = core.column("item.name");
+    core.walk(core.index("item.by_a"), first, first + count - 1, [&](object at) {
+      sum += core.text(at, name).size();
+      return true;
+    });
+    return sum;
+  };
+  shape made{"range_1", make, "SELECT name FROM item WHERE a >= $rows / 2 AND a < $rows / 2 + $rows / 100", floor};
+  made.steps = [](std::size_t rows) { return rows / 100; };
+  return made;
+}
+
+std::uint64_t look_up_owners(core_loop& core, std::int64_t /*parameter*/) {
+  std::uint64_t sum = 0;
+  const std::uint64_t owners = core.index("owner.by_id");
+  const std::uint32_t id = core.column("item.id");
+  const std::uint32_t owner = core.column("item.owner");
+  const std::uint32_t name = core.column("owner.name");
+  core.walk(core.index("item.by_id"), [&](object item) {
+    const std::int64_t wanted = core.number(item, owner);
+    core.walk(owners, wanted, wanted, [&](object found) {
+      sum += static_cast<std::uint64_t>(core.number(item, id)) + core.text(found, name).size();
+      return true;
+    });
+    return true;
+  });
+  return sum;
+}
+
+shape index_join(std::string name, plan (*kind)(plan, plan), const std::string& sql) {
+  const auto make = [kind](query& q, std::size_t) {
+    const table_variable i = q.over("item", "i");
+    const table_variable o = q.over("owner", "o");
+    return project({i["id"], o["name"]}, kind(scan(i, "by_id"), scan(o, "by_id", {key::equal(i["owner"])})));
+  };
+  return {std::move(name), make, "SELECT i.id, o.name FROM item i " + sql + " owner o ON o.id = i.owner",
+          look_up_owners};
+}
+
+shape equality_full_join() {
+  const auto make = [](query& q, std::size_t) {
+    const table_variable l = q.over("pair", "l");
+    const table_variable r = q.over("pair", "r");
+    return project({l["id"], r["id"]}, full_join(eq(l["k"], r["k"]), scan(l, "by_id"), scan(r, "by_id")));
+  };
+  const auto floor = [](core_loop& core, std::int64_t) {
+    const std::uint32_t k = core.column("pair.k");
+    std::vector<std::int64_t> keys;
+    core.walk(core.index("pair.by_id"), [&](object at) {
+      keys.push_back(core.number(at, k));
+      return true;
+    });
+    std::uint64_t found = 0;
+    core.walk(core.index("pair.by_id"), [&](object at) {
+      const std::int64_t key = core.number(at, k);
+      for (const std::int64_t each : keys) found += each == key ? 1 : 0;
+      return true;
+    });
+    return found;
+  };
+  shape made{"join_full", make, "SELECT l.id, r.id FROM pair l FULL JOIN pair r ON l.k = r.k", floor};
+  made.steps = [](std::size_t) { return pair_rows * pair_rows; };
+  return made;
+}
+
+}  // namespace
+
+std::vector<shape> lookup_and_join_shapes() {
+  return {range(),
+          lookup("lookup", planning::once),
+          lookup("lookup_with_planning", planning::each_run),
+          index_join("join_inner", join, "JOIN"),
+          index_join("join_left", left_join, "LEFT JOIN"),
+          equality_full_join()};
+}
+
+}  // namespace bench

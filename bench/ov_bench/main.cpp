@@ -1,0 +1,59 @@
+// This library over the embedded core, SQLite in memory, and hand-written loops over the core's interface, on the same
+// data, in turns, in one process.
+#include <fnmatch.h>
+
+#include <cstdio>
+#include <exception>
+
+#include "engines.hpp"
+#include "measure.hpp"
+#include "options.hpp"
+#include "ov_sql_executor/errors/db_exception.hpp"
+#include "report.hpp"
+
+namespace {
+
+std::vector<bench::shape> chosen_shapes(const std::string& pattern) {
+  std::vector<bench::shape> chosen;
+  for (const auto& family : {bench::reading_shapes(), bench::lookup_and_join_shapes(), bench::collecting_shapes()}) {
+    for (const bench::shape& each : family) {
+      if (fnmatch(pattern.c_str(), each.name.c_str(), 0) == 0) chosen.push_back(each);
+    }
+  }
+  if (chosen.empty()) throw bench::usage_error("no shape is called '" + pattern + "'");
+  return chosen;
+}
+
+void run(const bench::options& wanted) {
+  const std::vector<bench::shape> shapes = chosen_shapes(wanted.pattern);
+  std::vector<bench::measurement> all;
+  bench::print_heading();
+  for (const std::size_t rows : wanted.sizes) {
+    const bench::sample data(rows);
+    for (const bench::shape& each : shapes) {
+      all.push_back(bench::measure(each, data));
+      bench::print_line(all.back());
+    }
+  }
+  bench::print_means(all);
+  if (!wanted.csv_file.empty()) bench::write_csv(wanted.csv_file, all);
+  if (!wanted.svg_file.empty()) bench::write_svg(wanted.svg_file, all);
+}
+
+}  // namespace
+
+int main(int argument_count, char** arguments) {
+  try {
+    run(bench::read_options({arguments + 1, arguments + argument_count}));
+    return 0;
+  } catch (const bench::usage_error& error) {
+    std::fprintf(stderr, "ov_bench: %s\n%s", error.what(), bench::usage);
+    return 2;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "ov_bench: %s\n", error.what());
+    return 1;
+  } catch (const db_util::db_exception& error) {
+    std::fprintf(stderr, "ov_bench: a query failed with code %u\n", static_cast<unsigned>(error.code));
+    return 1;
+  }
+}

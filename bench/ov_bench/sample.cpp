@@ -1,0 +1,164 @@
+#include "sample.hpp"
+
+#include <random>
+#include <variant>
+#include <vector>
+
+#include "ovhost/catalog.hpp"
+#include "ovhost/schema.hpp"
+
+namespace bench {
+
+namespace {
+
+using ovhost::value_kind;
+
+// A column of the sample in both databases, and how its values are drawn.
+struct column {
+  std::string name;
+  value_kind kind;
+  const char* sqlite_type;
+};
+
+const std::vector<column> item_columns = {
+    {"id", value_kind::int64, "INTEGER PRIMARY KEY"},
+    {"a", value_kind::int64, "INTEGER"},
+    {"v", value_kind::int64, "INTEGER"},
+    {"b", value_kind::int64, "INTEGER"},
+    {"c", value_kind::int64, "INTEGER"},
+    {"price", value_kind::decimal, "REAL"},
+    {"tax", value_kind::decimal, "REAL"},
+    {"name", value_kind::text, "TEXT"},
+    {"note", value_kind::text, "TEXT"},
+    {"word", value_kind::text, "TEXT"},
+    {"tens", value_kind::int64, "INTEGER"},
+    {"thousands", value_kind::int64, "INTEGER"},
+    {"many", value_kind::int64, "INTEGER"},
+    {"owner", value_kind::int64, "INTEGER"},
+};
+const std::vector<column> owner_columns = {{"id", value_kind::int64, "INTEGER PRIMARY KEY"},
+                                           {"name", value_kind::text, "TEXT"}};
+const std::vector<column> pair_columns = {{"id", value_kind::int64, "INTEGER PRIMARY KEY"},
+                                          {"k", value_kind::int64, "INTEGER"}};
+const std::vector<column> document_columns = {{"id", value_kind::int64, "INTEGER PRIMARY KEY"},
+                                              {"body", value_kind::text, "TEXT"}};
+
+using cell = std::variant<std::int64_t, ovcoredb::decimal, std::string>;
+
+// Fills one table in both databases.
+class table_loader {
+ public:
+  table_loader(ovcoredb::database& core, sqlite_database& sqlite, const std::string& name,
+               const std::vector<column>& columns)
+      : core_(core), tag_(ovhost::catalog().table(name).tag), insert_(sqlite.get(), create(sqlite, name, columns)) {}
+
+  void add(const std::vector<cell>& cells) {
+    std::vector<std::u16string> texts(cells.size());
+    std::vector<ovcoredb::cell> for_core(cells.size());
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      const int position = static_cast<int>(i) + 1;
+      if (const auto* number = std::get_if<std::int64_t>(&cells[i])) {
+        for_core[i] = *number;
+        sqlite3_bind_int64(insert_.get(), position, *number);
+      } else if (const auto* decimal = std::get_if<ovcoredb::decimal>(&cells[i])) {
+        for_core[i] = *decimal;
+        sqlite3_bind_double(insert_.get(), position, static_cast<double>(decimal->millionths) / 1e6);
+      } else {
+        const std::string& text = std::get<std::string>(cells[i]);
+        texts[i].assign(text.begin(), text.end());
+        for_core[i] = std::u16string_view(texts[i]);
+        sqlite3_bind_text(insert_.get(), position, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
+      }
+    }
+    core_.insert(tag_, for_core);
+    if (sqlite3_step(insert_.get()) != SQLITE_DONE) throw std::runtime_error("SQLite: an insertion failed");
+    sqlite3_reset(insert_.get());
+  }
+
+ private:
+  static std::string create(sqlite_database& sqlite, const std::string& name, const std::vector<column>& columns);
+
+  ovcoredb::database& core_;
+  std::uint16_t tag_;
+  sqlite_statement insert_;
+};
+
+std::string table_loader::create(sqlite_database& sqlite, const std::string& name, const std::vector<column>& columns) {
+  std::string list;
+  std::string marks;
+  for (const column& each : columns) {
+    list += (list.empty() ? "" : ", ") + each.name + " " + each.sqlite_type;
+    marks += marks.empty() ? "?" : ",?";
+  }
+  sqlite.execute("CREATE TABLE " + name + "(" + list + ")");
+  return "INSERT INTO " + name + " VALUES(" + marks + ")";
+}
+
+ovhost::table_definition definition(const std::string& name, const std::vector<column>& columns) {
+  ovhost::table_definition defined{name, {}};
+  for (const column& each : columns) defined.members.push_back({each.name, each.kind});
+  return defined;
+}
+
+void define_schema(ovcoredb::database& core) {
+  ovhost::schema schema(core);
+  schema.define_table(definition("item", item_columns));
+  schema.define_table(definition("owner", owner_columns));
+  schema.define_table(definition("pair", pair_columns));
+  schema.define_table(definition("document", document_columns));
+  for (const char* table : {"item", "owner", "pair", "document"}) {
+    schema.define_index({table, "by_id", {{"id"}}, true});
+  }
+  schema.define_index({"item", "by_a", {{"a"}}});
+}
+
+class random_values {
+ public:
+  std::int64_t below(std::size_t bound) { return static_cast<std::int64_t>(random_() % bound); }
+  ovcoredb::decimal money() { return {below(1'000'000) * 10'000}; }
+  std::string letters(std::size_t count, std::size_t alphabet = 26) {
+    std::string text(count, 'a');
+    for (char& letter : text) letter = static_cast<char>('a' + below(alphabet));
+    return text;
+  }
+  std::string words(const std::vector<std::string>& known) {
+    std::string text = known[random_() % known.size()];
+    for (int i = 0; i < 3; ++i) text += ' ' + known[random_() % known.size()];
+    return text;
+  }
+
+ private:
+  std::mt19937_64 random_{20'260'101};
+};
+
+}  // namespace
+
+sample::sample(std::size_t rows) : rows_(rows) {
+  define_schema(core_);
+  session_ = std::make_unique<ovhost::session>(core_);
+  sqlite_.execute("BEGIN");
+  random_values random;
+  std::vector<std::string> words(1'000);
+  for (std::string& word : words) word = random.letters(8);
+  const std::size_t owners = rows / 10;
+
+  table_loader items(core_, sqlite_, "item", item_columns);
+  for (std::size_t id = 0; id < rows; ++id) {
+    items.add({static_cast<std::int64_t>(id), random.below(rows), random.below(1'000'000), random.below(1'000),
+               random.below(1'000), random.money(), random.money(), random.letters(12), random.words(words),
+               words[static_cast<std::size_t>(random.below(words.size()))], random.below(10), random.below(10'000),
+               random.below(rows / 2), random.below(owners)});
+  }
+  table_loader owner_loader(core_, sqlite_, "owner", owner_columns);
+  for (std::size_t id = 0; id < owners; ++id) owner_loader.add({static_cast<std::int64_t>(id), random.letters(12)});
+  table_loader pairs(core_, sqlite_, "pair", pair_columns);
+  for (std::size_t id = 0; id < pair_rows; ++id) pairs.add({static_cast<std::int64_t>(id), random.below(pair_rows)});
+  table_loader documents(core_, sqlite_, "document", document_columns);
+  for (std::size_t id = 0; id < rows / 100; ++id) {
+    documents.add({static_cast<std::int64_t>(id), random.letters(200, 2)});
+  }
+  sqlite_.execute("COMMIT");
+  sqlite_.execute("CREATE INDEX by_a ON item(a)");
+}
+
+}  // namespace bench

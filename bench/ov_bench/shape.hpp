@@ -1,0 +1,47 @@
+// What is measured: one query as a plan, as SQL, and as the loop over the core's interface that any executor needs.
+#ifndef BENCH_OV_BENCH_SHAPE_HPP_
+#define BENCH_OV_BENCH_SHAPE_HPP_
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core_loop.hpp"
+#include "ovhost/plans.hpp"
+#include "ovhost/query.hpp"
+#include "sample.hpp"
+
+namespace bench {
+
+enum class planning { once, each_run };
+
+using floor_loop = std::function<std::uint64_t(core_loop&, std::int64_t parameter)>;
+
+// A floor that reads some columns of every item: the numbers' sum and the texts' units.
+floor_loop reads(std::vector<std::string> numbers, std::vector<std::string> texts = {}, std::size_t passes = 1);
+
+struct shape {
+  std::string name;
+  std::function<ovhost::plan(ovhost::query&, std::size_t rows)> make;
+  std::string sql;  // "$rows" stands for the number of rows
+
+  // The core calls that the query needs, and the work on what they give; returns what it found.
+  floor_loop floor;
+
+  // Parameter 0 of each run; none: one run without a parameter.
+  std::function<std::vector<std::int64_t>(std::size_t rows)> parameters = {};
+  planning plan = planning::once;
+
+  // What the time is divided by: input rows, or lookups.
+  std::function<std::size_t(std::size_t rows)> steps = [](std::size_t rows) { return rows; };
+};
+
+std::vector<shape> reading_shapes();
+std::vector<shape> lookup_and_join_shapes();
+std::vector<shape> collecting_shapes();  // grouping, ordering, limits, unions
+
+}  // namespace bench
+
+#endif  // BENCH_OV_BENCH_SHAPE_HPP_
