@@ -9,12 +9,16 @@
 namespace ovcoredb {
 namespace {
 
-// Room for `count` units of `size` bytes behind the count.
-std::uint8_t* start_block(context_state& lender, std::size_t count, std::size_t size) {
-  lender.block.resize(sizeof(std::uint32_t) + count * size);
+// Room for so many bytes behind the count. The memory stays with the context, so it only grows.
+std::uint8_t* room_for(context_state& lender, std::size_t bytes) {
+  if (lender.block.size() < sizeof(std::uint32_t) + bytes) lender.block.resize(sizeof(std::uint32_t) + bytes);
+  return lender.block.data() + sizeof(std::uint32_t);
+}
+
+void lend(context_state& lender, std::size_t count, const std::uint8_t** out) {
   const auto written = static_cast<std::uint32_t>(count);
   std::memcpy(lender.block.data(), &written, sizeof written);
-  return lender.block.data() + sizeof written;
+  *out = lender.block.data();
 }
 
 bool countable(std::size_t count) { return count <= std::numeric_limits<std::uint32_t>::max(); }
@@ -23,9 +27,9 @@ bool countable(std::size_t count) { return count <= std::numeric_limits<std::uin
 
 std::uint32_t lend_units(context_state& lender, std::u16string_view units, const std::uint8_t** out) noexcept try {
   if (!countable(units.size())) return ORV_BAD_ARGUMENT;
-  std::uint8_t* const to = start_block(lender, units.size(), sizeof(char16_t));
+  std::uint8_t* const to = room_for(lender, units.size() * sizeof(char16_t));
   if (!units.empty()) std::memcpy(to, units.data(), units.size() * sizeof(char16_t));
-  *out = lender.block.data();
+  lend(lender, units.size(), out);
   return ORV_OK;
 } catch (const std::exception&) {
   return ORV_OUT_OF_MEMORY;
@@ -33,9 +37,19 @@ std::uint32_t lend_units(context_state& lender, std::u16string_view units, const
 
 std::uint32_t lend_decoded(context_state& lender, std::span<const std::uint8_t> encoded, text_form form,
                            const std::uint8_t** out) noexcept try {
-  if (!decode_text(encoded, lender.units)) return ORV_BAD_TEXT;
-  if (form == text_form::base) fold_case(lender.units);
-  return lend_units(lender, lender.units, out);
+  std::uint8_t* const room = room_for(lender, decoding_room(encoded) * sizeof(char16_t));
+  auto* const units = reinterpret_cast<char16_t*>(room);
+  const char16_t* const end = decode_text(encoded, units);
+  if (end == nullptr) return ORV_BAD_TEXT;
+  const auto count = static_cast<std::size_t>(end - units);
+  if (form == text_form::base && !fold_ascii_case({units, count})) {
+    lender.units.assign(units, count);
+    fold_case(lender.units);
+    return lend_units(lender, lender.units, out);
+  }
+  if (!countable(count)) return ORV_BAD_ARGUMENT;
+  lend(lender, count, out);
+  return ORV_OK;
 } catch (const std::exception&) {
   return ORV_OUT_OF_MEMORY;
 }
@@ -44,8 +58,8 @@ std::uint32_t lend_encoded(context_state& lender, std::u16string_view units, tex
                            const std::uint8_t** out) noexcept try {
   const std::size_t size = encoded_size(units, end);
   if (!countable(size)) return ORV_BAD_ARGUMENT;
-  encode_text(units, end, start_block(lender, size, 1));
-  *out = lender.block.data();
+  encode_text(units, end, room_for(lender, size));
+  lend(lender, size, out);
   return ORV_OK;
 } catch (const std::exception&) {
   return ORV_OUT_OF_MEMORY;
