@@ -6,6 +6,7 @@
 #include <exception>
 
 #include "engines.hpp"
+#include "instructions.hpp"
 #include "measure.hpp"
 #include "options.hpp"
 #include "ov_sql_executor/errors/db_exception.hpp"
@@ -24,6 +25,24 @@ std::vector<bench::shape> chosen_shapes(const std::string& pattern) {
   return chosen;
 }
 
+void run_one(const bench::options& wanted) {
+  const bench::sample data(wanted.sizes.front());
+  bench::run_counted(chosen_shapes(wanted.pattern).front(), data, wanted.counted_engine);
+}
+
+void print_instructions(const std::vector<bench::shape>& shapes, std::size_t rows) {
+  std::printf("\ninstructions per step at %zu rows\n%-22s %9s %9s %9s\n", rows, "shape", "ov", "sqlite", "floor");
+  for (const bench::shape& each : shapes) {
+    std::printf("%-22s", each.name.c_str());
+    for (const char* engine : {"ov", "sqlite", "floor"}) {
+      const auto counted = static_cast<double>(bench::count_instructions(each.name, rows, engine));
+      std::printf(" %9.1f", counted / static_cast<double>(each.steps(rows)));
+      std::fflush(stdout);
+    }
+    std::printf("\n");
+  }
+}
+
 void run(const bench::options& wanted) {
   const std::vector<bench::shape> shapes = chosen_shapes(wanted.pattern);
   std::vector<bench::measurement> all;
@@ -38,13 +57,15 @@ void run(const bench::options& wanted) {
   bench::print_means(all);
   if (!wanted.csv_file.empty()) bench::write_csv(wanted.csv_file, all);
   if (!wanted.svg_file.empty()) bench::write_svg(wanted.svg_file, all);
+  if (wanted.instructions) print_instructions(shapes, wanted.sizes.front());
 }
 
 }  // namespace
 
 int main(int argument_count, char** arguments) {
   try {
-    run(bench::read_options({arguments + 1, arguments + argument_count}));
+    const bench::options wanted = bench::read_options({arguments + 1, arguments + argument_count});
+    wanted.counted_engine.empty() ? run(wanted) : run_one(wanted);
     return 0;
   } catch (const bench::usage_error& error) {
     std::fprintf(stderr, "ov_bench: %s\n%s", error.what(), bench::usage);

@@ -10,7 +10,7 @@ const char* const usage =
     "  --rows          sizes of the data, 10000,100000,1000000 by default\n"
     "  --shapes        only the shapes whose names match, for example 'group_*'\n"
     "  --csv, --svg    write the medians to FILE as well; the chart needs gnuplot\n"
-    "  --instructions  count instructions per row too; needs valgrind and patience\n";
+    "  --instructions  count the instructions per row at the first size too; needs valgrind and patience\n";
 
 namespace {
 
