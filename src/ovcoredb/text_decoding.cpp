@@ -21,12 +21,21 @@ class bit_window {
 
   std::uint64_t load() const {
     const std::uint64_t byte = at_ / 8;
+    if (size_ - byte >= 8) return load_at(byte) << at_ % 8;
+    // Near the end: the last eight bytes, and of those what has not been taken.
+    if (size_ >= 8) return load_at(size_ - 8) << (at_ - (size_ - 8) * 8);
     std::uint64_t loaded = 0;
-    std::memcpy(&loaded, bytes_ + byte, size_ - byte >= 8 ? 8 : size_ - byte);
-    return __builtin_bswap64(loaded) << at_ % 8;
+    std::memcpy(&loaded, bytes_, size_);
+    return __builtin_bswap64(loaded) << at_;
   }
 
  private:
+  std::uint64_t load_at(std::uint64_t byte) const {
+    std::uint64_t loaded;
+    std::memcpy(&loaded, bytes_ + byte, sizeof loaded);
+    return __builtin_bswap64(loaded);
+  }
+
   const std::uint8_t* bytes_;
   std::uint64_t size_;
   std::uint64_t bits_;
@@ -41,16 +50,19 @@ std::uint64_t spread_to_bytes(std::uint64_t window) {
   return (codes & 0x007F007F007F007F) | (codes & 0x3F803F803F803F80) << 1;
 }
 
-// How many of the eight begin like a code of 7 bits, with 01 or 10, before the first that does not.
-unsigned count_short_codes(std::uint64_t codes) {
-  const std::uint64_t others = ~(codes ^ codes << 1) & 0x4040404040404040;
-  return static_cast<unsigned>(std::countl_zero(others)) / 8;
-}
+// Bit 6 of each of the eight that does not begin like a code of 7 bits, with 01 or 10.
+std::uint64_t other_codes(std::uint64_t codes) { return ~(codes ^ codes << 1) & 0x4040404040404040; }
+
+using eight_bytes [[gnu::vector_size(8)]] = std::uint8_t;
+using eight_units [[gnu::vector_size(16)]] = std::uint16_t;
 
 // Writes eight units, the letters and some signs that have codes of 7 bits.
 void write_short_codes(std::uint64_t codes, char16_t* out) {
-  const std::uint64_t units = codes + 0x2020202020202020;
-  for (unsigned i = 0; i < 8; ++i) out[i] = static_cast<char16_t>(units >> (56 - 8 * i) & 0xFF);
+  const std::uint64_t in_order = __builtin_bswap64(codes + 0x2020202020202020);
+  eight_bytes units;
+  std::memcpy(&units, &in_order, sizeof units);
+  const auto wide = __builtin_convertvector(units, eight_units);
+  std::memcpy(out, &wide, sizeof wide);
 }
 
 }  // namespace
@@ -64,10 +76,17 @@ const char16_t* decode_text(std::span<const std::uint8_t> encoded, char16_t* out
   while (window.left() != 0) {
     const std::uint64_t codes = spread_to_bytes(window.load());
     write_short_codes(codes, out);
-    const std::uint64_t taken = std::min<std::uint64_t>(count_short_codes(codes), window.left() / least_code_length);
+    const std::uint64_t others = other_codes(codes);
+    if (others == 0 && window.left() >= 8 * least_code_length) {  // told apart so that the next load need not wait
+      out += 8;
+      window.take(8 * least_code_length);
+      continue;
+    }
+    const auto before_others = static_cast<std::uint64_t>(std::countl_zero(others)) / 8;
+    const std::uint64_t taken = std::min(before_others, window.left() / least_code_length);
     out += taken;
     window.take(taken * least_code_length);
-    if (taken == 8 || window.left() == 0) continue;
+    if (window.left() == 0) break;
     const decoded_unit next = unit_of(static_cast<std::uint32_t>(window.load() >> 40));
     if (next.length == 0 || next.length > window.left()) return nullptr;
     *out++ = static_cast<char16_t>(next.unit);

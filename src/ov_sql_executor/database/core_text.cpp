@@ -55,7 +55,7 @@ std::u16string turbotext_to_base_ucs2(text_view text) { return to_units(orv_conv
 
 void turbotext_to_base_ucs2(std::uint64_t context, text_view text, unit_buffer& units) {
   // The core may put its answer where the bytes lie that it lent before.
-  const boost::container::small_vector<std::uint8_t, 128> bytes(text.bytes.begin(), text.bytes.end());
+  const boost::container::small_vector<std::uint8_t, 256> bytes(text.bytes.begin(), text.bytes.end());
   const std::uint8_t* block = nullptr;
   check(orv_context_convert_turbotext_to_base_ucs2(context, bytes.data(), static_cast<std::uint32_t>(bytes.size()),
                                                    &block, 0));

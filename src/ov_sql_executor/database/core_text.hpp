@@ -22,7 +22,7 @@ std::u16string turbotext_to_base_ucs2(std::uint64_t context, text_view text);
 std::u16string turbotext_to_base_ucs2(text_view text);
 
 // The same into a buffer that needs no heap for a short text. The text may be one that the core lends.
-using unit_buffer = boost::container::small_vector<char16_t, 128>;
+using unit_buffer = boost::container::small_vector<char16_t, 256>;
 void turbotext_to_base_ucs2(std::uint64_t context, text_view text, unit_buffer& units);
 
 // What an encoded text stands for: the text itself, or a mark above every text that begins with it.

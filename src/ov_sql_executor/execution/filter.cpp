@@ -1,7 +1,6 @@
 #include "ov_sql_executor/execution/filter.hpp"
 
 #include "ov_sql_executor/execution/stack_row.hpp"
-#include "ov_sql_executor/expressions/predicate.hpp"
 
 namespace ov::sql_executor {
 
@@ -15,7 +14,7 @@ class filter_enumerator final : public row_source {
   bool push_next(execution_context& context) override {
     const std::size_t size = context.row_stack.size();
     while (child_->push_next(context)) {
-      if (operators::holds(predicate_, context)) return true;
+      if (predicate_.holds(context)) return true;
       cut_row_stack(context, size);
     }
     return false;

@@ -1,7 +1,6 @@
 #include "ov_sql_executor/execution/full_join_enumerator.hpp"
 
 #include "ov_sql_executor/execution/stack_row.hpp"
-#include "ov_sql_executor/expressions/predicate.hpp"
 
 namespace ov::sql_executor {
 
@@ -46,7 +45,7 @@ bool full_join_enumerator::push_matching_right_row(execution_context& context, s
   while (cursor_ < right_rows_.size()) {
     const std::size_t current = cursor_++;
     move_onto_stack(context, right_rows_[current]);
-    if (operators::holds(condition_, context)) {
+    if (condition_.holds(context)) {
       state_ = state::left_row_matched;
       right_matched_[current] = true;
       copy_from_stack(context, left_start, right_start, left_row_);

@@ -5,13 +5,13 @@
 namespace ov::sql_executor::operators {
 
 template <class Relation>
-value_view comparison<Relation>::lend(execution_context& context, value& room) const {
-  const value_view right = right_.hold(context, room);
+truth comparison<Relation>::test(execution_context& context) const {
+  value right_room;
+  const value_view right = right_.hold(context, right_room);
   value left_room;
   const value_view left = left_.lend(context, left_room);
   const auto order = compare_values(left, right);
-  if (!order) return operator_library::NullValue{};
-  return Relation::holds(*order);
+  return order ? to_truth(Relation::holds(*order)) : truth::unknown;
 }
 
 template class comparison<is_equal>;

@@ -13,12 +13,12 @@ namespace ov::sql_executor::operators {
 // always. Relation says for which orders of left to right the comparison holds; values/comparison.hpp says what
 // compares.
 template <class Relation>
-class comparison final : public lending_operator {
+class comparison final : public truth_operator {
  public:
   comparison(std::unique_ptr<operator_base> left, std::unique_ptr<operator_base> right)
       : left_(std::move(left)), right_(std::move(right)) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  truth test(execution_context& context) const override;
 
  private:
   operand left_;

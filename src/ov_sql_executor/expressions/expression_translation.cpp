@@ -84,20 +84,19 @@ class expression_translator {
   template <class T>
   operator_ptr build(const property_column<T>& column) {
     if (const auto position = find_in_scope(columns_, column)) return read_row_stack(*position);
-    operator_ptr object = find_column(column.variable);
+    const std::int16_t object = find_column(column.variable);
     const OV_OBJ_REF& property = column.property.object;
     const std::uint16_t index = meta_data::property_column(property);
     const std::uint16_t tag = meta_data::reference_tag(meta_data::property_table(property));
-    return std::make_unique<operators::property_read>(meta_data::property_type(property), index, tag,
-                                                      std::move(object));
+    return std::make_unique<operators::property_read>(meta_data::property_type(property), index, tag, object);
   }
 
   template <class T>
   operator_ptr build(const computed<T>& column) {
-    return find_column(column);
+    return read_row_stack(find_column(column));
   }
 
-  operator_ptr build(const variable& column) { return find_column(column); }
+  operator_ptr build(const variable& column) { return read_row_stack(find_column(column)); }
 
   operator_ptr build(const literal& any) {
     return std::visit([this](const auto& alternative) { return build_literal(alternative); }, complete(any));
@@ -152,13 +151,13 @@ class expression_translator {
     return std::make_unique<Operator>(translate_expressions(any.operands, constants_, columns_));
   }
 
-  operator_ptr find_column(const column_ref& column) {
+  std::int16_t find_column(const column_ref& column) {
     const auto position = find_in_scope(columns_, column);
     if (!position) {
       error_handling::raise_error(error_handling::internal_error, error_handling::no_detail,
                                   L"Internal error: column is not in scope");
     }
-    return read_row_stack(*position);
+    return *position;
   }
 
   static operator_ptr read_row_stack(std::int16_t position) {

@@ -1,13 +1,12 @@
 #include "ov_sql_executor/expressions/if_op.hpp"
 
 #include "ov_sql_executor/expressions/conversion.hpp"
-#include "ov_sql_executor/expressions/predicate.hpp"
 
 namespace ov::sql_executor::operators {
 
 template <class Result>
 value_view if_op<Result>::lend(execution_context& context, value& room) const {
-  const operand& branch = holds(condition_, context) ? then_value_ : else_value_;
+  const operand& branch = condition_.holds(context) ? then_value_ : else_value_;
   return convert_in<Result>(branch.lend(context, room), room);
 }
 

@@ -2,6 +2,7 @@
 #define OV_SQL_EXECUTOR_EXPRESSIONS_LENDING_OPERATOR_HPP_
 
 #include "ov_sql_executor/expressions/operator_base.hpp"
+#include "ov_sql_executor/expressions/truth.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
 
 namespace ov::sql_executor::operators {
@@ -15,10 +16,24 @@ class lending_operator : public operator_base {
   // stay.
   virtual value_view lend(execution_context& context, value& room) const = 0;
 
+  // The value where only its truth is wanted. Throws db_exception type_error when it is neither a bool nor NULL.
+  virtual truth test(execution_context& context) const {
+    value room;
+    return to_truth(lend(context, room));
+  }
+
   value evaluate(execution_context& context) const override {
     value room;
     return to_value(lend(context, room));
   }
+};
+
+// An operator whose value is a truth value.
+class truth_operator : public lending_operator {
+ public:
+  truth test(execution_context& context) const override = 0;
+
+  value_view lend(execution_context& context, value& /*room*/) const final { return view_of_truth(test(context)); }
 };
 
 // An operator that makes a value of its own each time.

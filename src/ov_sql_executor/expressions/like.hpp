@@ -11,12 +11,12 @@ namespace ov::sql_executor::operators {
 // Whether a text matches a LIKE pattern (values/like_pattern.hpp), both in the core's base form. The pattern is
 // evaluated first; when it is NULL, so is the result, without evaluating the text. NULL for a NULL text, without
 // looking into the pattern. Throws db_exception type_error for operands that are no texts, and OVException bad_escape.
-class like final : public lending_operator {
+class like final : public truth_operator {
  public:
   like(std::unique_ptr<operator_base> text, std::unique_ptr<operator_base> pattern)
       : left_(std::move(text)), right_(std::move(pattern)) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  truth test(execution_context& context) const override;
 
  private:
   operand left_;

@@ -16,24 +16,28 @@ value_view connective<Decisive>::lend(execution_context& context, value& room) c
   return NullValue{};
 }
 
+template <bool Decisive>
+truth connective<Decisive>::test(execution_context& context) const {
+  constexpr truth decided = Decisive ? truth::yes : truth::no;
+  const truth left = left_.test(context);
+  if (left == decided) return left;
+  const truth right = right_.test(context);
+  return right == decided || left != truth::unknown ? right : truth::unknown;
+}
+
 template class connective<false>;
 template class connective<true>;
 
-value_view logical_not::lend(execution_context& context, value& room) const {
-  const value_view any = operand_.lend(context, room);
-  const bool* truth = expect_or_null<bool>(any);
-  if (truth == nullptr) return any;
-  return !*truth;
+truth logical_not::test(execution_context& context) const {
+  const truth operand = operand_.test(context);
+  return operand == truth::unknown ? operand : to_truth(operand == truth::no);
 }
 
-value_view xor_op::lend(execution_context& context, value& room) const {
-  const value_view left = left_.lend(context, room);
-  const bool* left_truth = expect_or_null<bool>(left);
-  if (left_truth == nullptr) return left;
-  const value_view right = right_.lend(context, room);
-  const bool* right_truth = expect_or_null<bool>(right);
-  if (right_truth == nullptr) return right;
-  return *left_truth != *right_truth;
+truth xor_op::test(execution_context& context) const {
+  const truth left = left_.test(context);
+  if (left == truth::unknown) return left;
+  const truth right = right_.test(context);
+  return right == truth::unknown ? right : to_truth(left != right);
 }
 
 }  // namespace ov::sql_executor::operators

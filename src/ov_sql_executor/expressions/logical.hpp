@@ -21,6 +21,7 @@ class connective final : public lending_operator {
       : left_(std::move(left)), right_(std::move(right)) {}
 
   value_view lend(execution_context& context, value& room) const override;
+  truth test(execution_context& context) const override;
 
  private:
   operand left_;
@@ -30,11 +31,11 @@ class connective final : public lending_operator {
 using logical_and = connective<false>;
 using logical_or = connective<true>;
 
-class logical_not final : public lending_operator {
+class logical_not final : public truth_operator {
  public:
   explicit logical_not(std::unique_ptr<operator_base> truth) : operand_(std::move(truth)) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  truth test(execution_context& context) const override;
 
  private:
   operand operand_;
@@ -42,12 +43,12 @@ class logical_not final : public lending_operator {
 
 // Whether exactly one side is true. The left operand is evaluated first; when it is NULL, so is the result, without
 // evaluating the right one.
-class xor_op final : public lending_operator {
+class xor_op final : public truth_operator {
  public:
   xor_op(std::unique_ptr<operator_base> left, std::unique_ptr<operator_base> right)
       : left_(std::move(left)), right_(std::move(right)) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  truth test(execution_context& context) const override;
 
  private:
   operand left_;

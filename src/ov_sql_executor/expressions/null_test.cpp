@@ -5,10 +5,11 @@
 namespace ov::sql_executor::operators {
 
 template <bool WhenNull>
-value_view null_test<WhenNull>::lend(execution_context& context, value& room) const {
+truth null_test<WhenNull>::test(execution_context& context) const {
+  value room;
   const value_view any = operand_.lend(context, room);
   if (std::holds_alternative<std::monostate>(any)) throw std::bad_variant_access();
-  return std::holds_alternative<operator_library::NullValue>(any) == WhenNull;
+  return to_truth(std::holds_alternative<operator_library::NullValue>(any) == WhenNull);
 }
 
 template class null_test<true>;

@@ -10,11 +10,11 @@ namespace ov::sql_executor::operators {
 
 // Whether any value is NULL (WhenNull true) or is not. Never NULL itself.
 template <bool WhenNull>
-class null_test final : public lending_operator {
+class null_test final : public truth_operator {
  public:
   explicit null_test(std::unique_ptr<operator_base> any) : operand_(std::move(any)) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  truth test(execution_context& context) const override;
 
  private:
   operand operand_;

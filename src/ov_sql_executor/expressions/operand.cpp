@@ -24,23 +24,17 @@ bool lies_in(const value_view& view, const value& room) {
   return false;
 }
 
-// The core lends texts and binaries only.
-bool is_lent_by_core(const value_view& view, const value& room) {
-  const bool is_lendable = std::holds_alternative<text_view>(view) || std::holds_alternative<binary_view>(view);
-  return is_lendable && !lies_in(view, room);
-}
-
 }  // namespace
 
 value_view operand::keep(const value_view& view, value& room) {
-  if (!is_lent_by_core(view, room)) return view;
+  if (lies_in(view, room)) return view;
   room = to_value(view);
   return view_of(room);
 }
 
 value_view operand::hold(execution_context& context, value& room, std::vector<std::uint8_t>& bytes) const {
   const value_view view = lend(context, room);
-  if (context_read_ != nullptr || lender_ == nullptr || !is_lent_by_core(view, room)) return view;
+  if (context_read_ != nullptr || lender_ == nullptr || !is_lendable(view) || lies_in(view, room)) return view;
   if (const auto* text = std::get_if<text_view>(&view)) {
     bytes.assign(text->bytes.begin(), text->bytes.end());
     return text_view{bytes};
@@ -56,8 +50,8 @@ void operand::append_to(std::vector<value>& list, execution_context& context) co
     return;
   }
   value room;
-  const value_view view = lender_->lend(context, room);
-  if (lies_in(view, room)) {
+  const value_view view = lend(context, room);
+  if (room.index() != 0 && lies_in(view, room)) {
     list.push_back(std::move(room));
   } else {
     append_value(list, view);

@@ -7,6 +7,7 @@
 
 #include "ov_sql_executor/expressions/lending_operator.hpp"
 #include "ov_sql_executor/expressions/operator_base.hpp"
+#include "ov_sql_executor/expressions/property_read.hpp"
 #include "ov_sql_executor/expressions/value_from_context.hpp"
 
 namespace ov::sql_executor::operators {
@@ -18,23 +19,35 @@ class operand {
   explicit operand(std::unique_ptr<operator_base> expression)
       : expression_(std::move(expression)),
         lender_(dynamic_cast<const lending_operator*>(expression_.get())),
-        context_read_(dynamic_cast<const value_from_context*>(expression_.get())) {}
+        context_read_(dynamic_cast<const value_from_context*>(expression_.get())),
+        property_(dynamic_cast<const property_read*>(expression_.get())) {}
 
   // A value of the caller's own.
   value evaluate(execution_context& context) const { return expression_->evaluate(context); }
 
   // A look at the value: for the operand that is evaluated last. See lending_operator::lend.
   value_view lend(execution_context& context, value& room) const {
+    if (property_ != nullptr) return property_->read(context, room);
     if (context_read_ != nullptr) return view_of(context_read_->at(context));
     if (lender_ != nullptr) return lender_->lend(context, room);
     room = expression_->evaluate(context);
     return view_of(room);
   }
 
+  // See lending_operator::test.
+  truth test(execution_context& context) const {
+    if (lender_ != nullptr) return lender_->test(context);
+    return to_truth(view_of(expression_->evaluate(context)));
+  }
+
+  // Whether a condition holds; NULL counts as false.
+  bool holds(execution_context& context) const { return test(context) == truth::yes; }
+
   // A look that stays good while other operands are evaluated: what the core lends is copied into room.
   value_view hold(execution_context& context, value& room) const {
     const value_view view = lend(context, room);
-    return context_read_ != nullptr || lender_ == nullptr ? view : keep(view, room);
+    const bool is_own = context_read_ != nullptr || lender_ == nullptr;
+    return is_own || !is_lendable(view) ? view : keep(view, room);
   }
 
   // The same, with the bytes that the core lends copied into memory that can serve again.
@@ -44,11 +57,16 @@ class operand {
   void append_to(std::vector<value>& list, execution_context& context) const;
 
  private:
+  // The core lends texts and binaries only.
+  static bool is_lendable(const value_view& view) {
+    return std::holds_alternative<text_view>(view) || std::holds_alternative<binary_view>(view);
+  }
   static value_view keep(const value_view& view, value& room);
 
   std::unique_ptr<operator_base> expression_;
   const lending_operator* lender_;          // expression_, if it lends
   const value_from_context* context_read_;  // expression_, if it only reads the context
+  const property_read* property_;           // expression_, if it is one
 };
 
 }  // namespace ov::sql_executor::operators

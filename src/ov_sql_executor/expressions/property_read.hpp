@@ -2,30 +2,40 @@
 #define OV_SQL_EXECUTOR_EXPRESSIONS_PROPERTY_READ_HPP_
 
 #include <cstdint>
-#include <memory>
 
+#include "ov_sql_executor/database/column_read.hpp"
+#include "ov_sql_executor/errors/subscript.hpp"
 #include "ov_sql_executor/expressions/lending_operator.hpp"
-#include "ov_sql_executor/expressions/operand.hpp"
 #include "ov_sql_executor/values/type_code.hpp"
 
 namespace ov::sql_executor::operators {
 
-// A column of the object that the operand refers to. NULL for a NULL object, without a core call, and for a column that
-// holds no value. Throws std::bad_variant_access when the operand is not a reference, db_exception when the core fails.
+// A property of an object that stands at a position of the row stack: the commonest operand there is. NULL for a NULL
+// reference, without a core call, and for a column that holds no value.
 class property_read final : public lending_operator {
  public:
   // reference_tag, of the table that declares the column, replaces the low 16 bits of the reference's second word.
-  property_read(type_code type, std::uint32_t column, std::uint16_t reference_tag,
-                std::unique_ptr<operator_base> object)
-      : type_(type), column_(column), reference_tag_(reference_tag), object_(std::move(object)) {}
+  property_read(type_code type, std::uint32_t column, std::uint16_t reference_tag, std::int16_t position)
+      : type_(type), column_(column), reference_tag_(reference_tag), position_(position) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  // Throws std::bad_variant_access when the position holds no reference, db_exception when the core fails.
+  value_view read(const execution_context& context, value& room) const {
+    const value& object = error_handling::element_at(context.row_stack, static_cast<std::size_t>(position_));
+    if (std::holds_alternative<operator_library::NullValue>(object)) return operator_library::NullValue{};
+    const auto* reference = std::get_if<OV_OBJ_REF>(&object);
+    if (reference == nullptr) throw std::bad_variant_access();
+    constexpr std::uint64_t tag_bits = 0xFFFF;
+    const OV_OBJ_REF tagged{reference->object_number, (reference->second_word & ~tag_bits) | reference_tag_};
+    return db_util::read_column(type_, context.context_handle, tagged, column_, room);
+  }
+
+  value_view lend(execution_context& context, value& room) const override { return read(context, room); }
 
  private:
   type_code type_;
   std::uint32_t column_;
   std::uint16_t reference_tag_;
-  operand object_;
+  std::int16_t position_;
 };
 
 }  // namespace ov::sql_executor::operators

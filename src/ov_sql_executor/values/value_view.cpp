@@ -30,23 +30,6 @@ decltype(auto) build(const value_view& view, Make make) {
 
 }  // namespace
 
-value_view view_of(const value& source) {
-  if (source.valueless_by_exception()) return {};
-  return std::visit(
-      []<class T>(const T& held) -> value_view {
-        if constexpr (std::is_same_v<T, db_string::tt_string>) {
-          return text_view{{held.data(), held.size()}};
-        } else if constexpr (std::is_same_v<T, Binary>) {
-          return binary_view{held.bytes};
-        } else if constexpr (std::is_same_v<T, SetSpecifier>) {
-          return std::u16string_view(held.units);
-        } else {
-          return held;
-        }
-      },
-      source);
-}
-
 value to_value(const value_view& view) {
   return build(view, []<class Type, class... Arguments>(Type type, Arguments&&... arguments) {
     return value(type, std::forward<Arguments>(arguments)...);

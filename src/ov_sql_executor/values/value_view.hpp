@@ -42,7 +42,22 @@ using shown_as = std::conditional_t<
                        std::conditional_t<std::is_same_v<T, operator_library::SetSpecifier>, std::u16string_view, T>>>;
 
 // The view of a value that stays where it is.
-value_view view_of(const value& source);
+inline value_view view_of(const value& source) {
+  if (source.valueless_by_exception()) return {};
+  return std::visit(
+      []<class T>(const T& held) -> value_view {
+        if constexpr (std::is_same_v<T, db_string::tt_string>) {
+          return text_view{{held.data(), held.size()}};
+        } else if constexpr (std::is_same_v<T, operator_library::Binary>) {
+          return binary_view{held.bytes};
+        } else if constexpr (std::is_same_v<T, operator_library::SetSpecifier>) {
+          return std::u16string_view(held.units);
+        } else {
+          return held;
+        }
+      },
+      source);
+}
 
 // A value of its own, texts and bytes copied. Throws std::bad_variant_access for the view of a valueless value.
 value to_value(const value_view& view);
