@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include "ov_sql_executor/execution/projected_item.hpp"
 #include "ov_sql_executor/execution/row_source.hpp"
-#include "ov_sql_executor/expressions/operand.hpp"
 
 namespace ov::sql_executor {
 
@@ -18,7 +18,7 @@ class projection final : public source_node {
 
  private:
   input child_;
-  std::vector<operators::operand> expressions_;
+  std::vector<projected_item> items_;
 };
 
 }  // namespace ov::sql_executor

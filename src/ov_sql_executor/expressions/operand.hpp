@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "ov_sql_executor/expressions/lending_operator.hpp"
@@ -52,6 +53,14 @@ class operand {
 
   // The same, with the bytes that the core lends copied into memory that can serve again.
   value_view hold(execution_context& context, value& room, std::vector<std::uint8_t>& bytes) const;
+
+  // The one position of the row stack that the operand reads, if it is that simple; and whether its value is just the
+  // value there.
+  std::optional<std::size_t> row_position() const {
+    if (property_ != nullptr) return property_->position();
+    return is_row_value() ? std::optional(context_read_->position()) : std::nullopt;
+  }
+  bool is_row_value() const { return context_read_ != nullptr && context_read_->reads_row_stack(); }
 
   // Appends the value to a list, made in its place where possible.
   void append_to(std::vector<value>& list, execution_context& context) const;

@@ -20,7 +20,7 @@ class property_read final : public lending_operator {
 
   // Throws std::bad_variant_access when the position holds no reference, db_exception when the core fails.
   value_view read(const execution_context& context, value& room) const {
-    const value& object = error_handling::element_at(context.row_stack, static_cast<std::size_t>(position_));
+    const value& object = error_handling::element_at(context.row_stack, position());
     if (std::holds_alternative<operator_library::NullValue>(object)) return operator_library::NullValue{};
     const auto* reference = std::get_if<OV_OBJ_REF>(&object);
     if (reference == nullptr) throw std::bad_variant_access();
@@ -28,6 +28,8 @@ class property_read final : public lending_operator {
     const OV_OBJ_REF tagged{reference->object_number, (reference->second_word & ~tag_bits) | reference_tag_};
     return db_util::read_column(type_, context.context_handle, tagged, column_, room);
   }
+
+  std::size_t position() const { return static_cast<std::size_t>(position_); }
 
   value_view lend(execution_context& context, value& room) const override { return read(context, room); }
 

@@ -18,8 +18,11 @@ class value_from_context final : public lending_operator {
 
   // The value itself. Throws std::out_of_range "invalid vector<T> subscript" where the list has no such position.
   const value& at(const execution_context& context) const {
-    return error_handling::element_at(list(context), static_cast<std::size_t>(position_));
+    return error_handling::element_at(list(context), position());
   }
+
+  std::size_t position() const { return static_cast<std::size_t>(position_); }
+  bool reads_row_stack() const { return source_ == context_list::row_stack; }
 
   value_view lend(execution_context& context, value& /*room*/) const override { return view_of(at(context)); }
   value evaluate(execution_context& context) const override { return at(context); }

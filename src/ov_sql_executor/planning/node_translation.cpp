@@ -10,6 +10,7 @@
 #include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/ov_exception.hpp"
 #include "ov_sql_executor/execution/aggregator.hpp"
+#include "ov_sql_executor/execution/extension.hpp"
 #include "ov_sql_executor/execution/filter.hpp"
 #include "ov_sql_executor/execution/full_join.hpp"
 #include "ov_sql_executor/execution/generative_assignment.hpp"
@@ -80,17 +81,19 @@ class node_translator {
     return {{complete(plan.column)}, std::make_unique<ov::sql_executor::generative_assignment>(std::move(expression))};
   }
 
-  // The input's values are copied through, the assignments follow.
+  // The input's values come first, the assignments follow.
   translation operator()(const Extension& plan) const {
     translation child = child_of(plan);
-    std::vector<physical_queryplan::expression> list;
-    list.reserve(child.columns.size() + plan.assignments.size());
-    for (const auto& column : child.columns) list.push_back(to_expression(column));
-    for (const assignment& added : plan.assignments) list.push_back(added.expression);
-    auto expressions = translate_expressions(list, constants_, join_scopes(outer_, child.columns));
-    for (const assignment& added : plan.assignments) child.columns.push_back(complete(added.column));
+    const scope inner = join_scopes(outer_, child.columns);
+    if (!reads_itself(child.columns, inner)) return copying_extension(plan, std::move(child));
+    std::vector<std::unique_ptr<operator_base>> values;
+    values.reserve(plan.assignments.size());
+    for (const assignment& added : plan.assignments) {
+      values.push_back(translate_expression(added.expression, constants_, inner));
+      child.columns.push_back(complete(added.column));
+    }
     return {std::move(child.columns),
-            std::make_unique<ov::sql_executor::projection>(std::move(child.node), std::move(expressions))};
+            std::make_unique<ov::sql_executor::extension>(std::move(child.node), std::move(values))};
   }
 
   translation operator()(const NestedLoopJoin& plan) const {
@@ -169,6 +172,27 @@ class node_translator {
   }
 
  private:
+  // Whether each column of a row, looked up by name, is found in that row: an enclosing row may have a column of the
+  // same name, which hides it.
+  bool reads_itself(const scope& columns, const scope& inner) const {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      const auto position = ov::sql_executor::find_in_scope(inner, columns[i]);
+      if (static_cast<std::size_t>(*position) != outer_.size() + i) return false;
+    }
+    return true;
+  }
+
+  translation copying_extension(const Extension& plan, translation child) const {
+    std::vector<physical_queryplan::expression> list;
+    list.reserve(child.columns.size() + plan.assignments.size());
+    for (const auto& column : child.columns) list.push_back(to_expression(column));
+    for (const assignment& added : plan.assignments) list.push_back(added.expression);
+    auto expressions = translate_expressions(list, constants_, join_scopes(outer_, child.columns));
+    for (const assignment& added : plan.assignments) child.columns.push_back(complete(added.column));
+    return {std::move(child.columns),
+            std::make_unique<ov::sql_executor::projection>(std::move(child.node), std::move(expressions))};
+  }
+
   template <class Alternative>
   translation child_of(const Alternative& plan) const {
     return translate(*plan.child, constants_, outer_);

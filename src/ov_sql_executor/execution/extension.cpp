@@ -1,0 +1,34 @@
+#include "ov_sql_executor/execution/extension.hpp"
+
+#include "ov_sql_executor/expressions/operand_list.hpp"
+
+namespace ov::sql_executor {
+
+namespace {
+
+class extension_enumerator final : public row_source {
+ public:
+  extension_enumerator(const std::vector<operators::operand>& expressions, std::unique_ptr<row_source> child)
+      : expressions_(expressions), child_(std::move(child)) {}
+
+  bool push_next(execution_context& context) override {
+    if (!child_->push_next(context)) return false;
+    for (const operators::operand& expression : expressions_) expression.append_to(context.row_stack, context);
+    return true;
+  }
+
+ private:
+  const std::vector<operators::operand>& expressions_;  // the node's
+  std::unique_ptr<row_source> child_;
+};
+
+}  // namespace
+
+extension::extension(std::unique_ptr<node> child, std::vector<std::unique_ptr<operators::operator_base>> expressions)
+    : child_(std::move(child)), expressions_(operators::to_operands(std::move(expressions))) {}
+
+std::unique_ptr<row_source> extension::open(execution_context& context) const {
+  return std::make_unique<extension_enumerator>(expressions_, child_.open(context));
+}
+
+}  // namespace ov::sql_executor
