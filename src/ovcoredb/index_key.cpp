@@ -1,6 +1,7 @@
 #include "ovcoredb/index_key.hpp"
 
 #include <algorithm>
+#include <cstring>
 
 namespace ovcoredb {
 namespace {
@@ -33,8 +34,10 @@ class key_reader {
  private:
   bool read_number(column_type type) {
     if (*next_++ != number_mark) return false;
-    std::uint64_t word = 0;
-    for (int i = 0; i < 8; ++i) word = word << 8 | *next_++;
+    std::uint64_t word;
+    std::memcpy(&word, next_, sizeof word);
+    word = __builtin_bswap64(word);
+    next_ += sizeof word;
     end_.components.push_back(number_component(word));
     return type != column_type::boolean || word <= 1;
   }

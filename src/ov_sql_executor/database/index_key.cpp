@@ -20,11 +20,12 @@ constexpr std::uint8_t bytes_mark = 0x20;
 constexpr std::uint8_t bytes_end = 0x80;
 constexpr std::uint8_t key_end = 0xC0;
 constexpr std::size_t chunk_size = 31;
+constexpr std::size_t number_size = 1 + sizeof(std::uint64_t);
 constexpr std::uint64_t sign_bit = std::uint64_t{1} << 63;
 
 std::uint64_t number_of(bool bound) { return bound ? 1 : 0; }
 std::uint64_t number_of(std::uint64_t bound) { return bound; }
-std::uint64_t number_of(std::int64_t bound) { return static_cast<std::uint64_t>(bound) ^ sign_bit; }
+std::uint64_t number_of(std::int64_t bound) { return key_number(bound); }
 std::uint64_t number_of(key_object bound) { return bound.number; }
 
 std::uint64_t number_of(Decimal bound) {
@@ -71,7 +72,7 @@ std::size_t component_size(const key_bound& bound) {
         } else if constexpr (std::same_as<Bound, key_binary>) {
           return held.highest ? 3 : 2 + chunked_size(held.bytes.size(), chunk_size - 1) + 1;
         } else {
-          return 1 + sizeof(std::uint64_t);
+          return number_size;
         }
       },
       bound);
@@ -79,10 +80,12 @@ std::size_t component_size(const key_bound& bound) {
 
 void write(std::uint8_t* out, lowest_marker) { *out = lowest_mark; }
 
-void write(std::uint8_t* out, const number_bound auto& bound) {
-  *out++ = number_mark;
-  boost::endian::store_big_u64(out, number_of(bound));
+void write_number(std::uint8_t* out, std::uint64_t number) {
+  *out = number_mark;
+  boost::endian::store_big_u64(out + 1, number);
 }
+
+void write(std::uint8_t* out, const number_bound auto& bound) { write_number(out, number_of(bound)); }
 
 void write(std::uint8_t* out, const key_text& bound) {
   *out++ = static_cast<std::uint8_t>(bytes_mark | std::min(bound.payload.size(), chunk_size));
@@ -145,6 +148,12 @@ void growing_key::append(const key_bound& bound) {
   const std::size_t size = bytes_.size();
   bytes_.resize(size + component_size(bound), boost::container::default_init);
   write_component(bytes_.data() + size, bound);
+}
+
+void growing_key::append_number(std::uint64_t number) {
+  const std::size_t size = bytes_.size();
+  bytes_.resize(size + number_size, boost::container::default_init);
+  write_number(bytes_.data() + size, number);
 }
 
 void growing_key::terminate() {

@@ -47,6 +47,11 @@ struct key_object {
 using key_bound = std::variant<lowest_marker, bool, std::uint64_t, std::int64_t, operator_library::Decimal, key_text,
                                key_binary, key_object>;
 
+// The number that stands for an int64.
+constexpr std::uint64_t key_number(std::int64_t value) {
+  return static_cast<std::uint64_t>(value) ^ std::uint64_t{1} << 63;
+}
+
 // The order of two bounds of one column: the lowest marker is below every value.
 std::strong_ordering order_bounds(const key_bound& left, const key_bound& right);
 
@@ -54,6 +59,7 @@ std::strong_ordering order_bounds(const key_bound& left, const key_bound& right)
 class growing_key {
  public:
   void append(const key_bound& bound);
+  void append_number(std::uint64_t number);  // that stands in a component: see key_number
   void terminate();
   const std::uint8_t* data() const { return bytes_.data(); }
   std::span<const std::uint8_t> bytes() const { return {bytes_.data(), bytes_.size()}; }

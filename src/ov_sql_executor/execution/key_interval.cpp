@@ -229,11 +229,16 @@ void apply_condition(key_interval& interval, type_code column, const key_conditi
                      execution_context& context, kept_values& kept) {
   value room;
   const value_view bound = condition.bound.hold(context, room);
-  if (std::holds_alternative<std::monostate>(bound)) throw std::bad_variant_access();
   // The view goes on to point to what the kept value owns.
   if (std::holds_alternative<tt_string>(room) || std::holds_alternative<operator_library::Binary>(room)) {
     kept.push_back(std::move(room));
   }
+  apply_evaluated(interval, column, condition, bound, context, kept);
+}
+
+void apply_evaluated(key_interval& interval, type_code column, const key_condition& condition, const value_view& bound,
+                     execution_context& context, kept_values& kept) {
+  if (std::holds_alternative<std::monostate>(bound)) throw std::bad_variant_access();
   const bool is_null = std::holds_alternative<NullValue>(bound);
   if (condition.rejects_null) {
     if (is_null) return interval.make_empty();
@@ -241,6 +246,23 @@ void apply_condition(key_interval& interval, type_code column, const key_conditi
   }
   if (is_null) return apply_null(interval, condition.op);
   apply_bound(interval, column, condition.op, bound, context, kept);
+}
+
+bool has_exact_keys(type_code column) {
+  return column == type_code::int64 || column == type_code::uint64 || column == type_code::obj_ref;
+}
+
+std::optional<std::uint64_t> exact_key(type_code column, const value_view& bound) {
+  if (const auto* number = std::get_if<std::int64_t>(&bound); number != nullptr && column == type_code::int64) {
+    return db_util::key_number(*number);
+  }
+  if (const auto* number = std::get_if<std::uint64_t>(&bound); number != nullptr && column == type_code::uint64) {
+    return *number;
+  }
+  if (const auto* object = std::get_if<OV_OBJ_REF>(&bound); object != nullptr && column == type_code::obj_ref) {
+    return object->object_number;
+  }
+  return std::nullopt;
 }
 
 }  // namespace ov::sql_executor

@@ -1,6 +1,8 @@
 #ifndef OV_SQL_EXECUTOR_EXECUTION_KEY_INTERVAL_HPP_
 #define OV_SQL_EXECUTOR_EXECUTION_KEY_INTERVAL_HPP_
 
+#include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "ov_sql_executor/database/index_key.hpp"
@@ -48,6 +50,15 @@ db_util::key_bound type_maximum(type_code column, execution_context& context, ke
 // bound of a type that the column does not compare with, and what the bound's evaluation throws.
 void apply_condition(key_interval& interval, type_code column, const key_condition& condition,
                      execution_context& context, kept_values& kept);
+
+// The same for a bound that has been evaluated; what it shows stays where it is.
+void apply_evaluated(key_interval& interval, type_code column, const key_condition& condition, const value_view& bound,
+                     execution_context& context, kept_values& kept);
+
+// Whether columns of this type are keyed by numbers that the values of one alternative have, all of them; and that
+// number of a value of this alternative, nothing for others.
+bool has_exact_keys(type_code column);
+std::optional<std::uint64_t> exact_key(type_code column, const value_view& bound);
 
 }  // namespace ov::sql_executor
 

@@ -37,7 +37,8 @@ class scan_enumerator final : public row_source {
 }  // namespace
 
 std::unique_ptr<row_source> scan::open(execution_context& context) const {
-  const scan_keys keys = make_scan_keys(ranges_, key_columns_, ascending_, context);
+  scan_keys keys;
+  write_scan_keys(ranges_, key_columns_, ascending_, context, keys);
   return std::make_unique<scan_enumerator>(index_handle_, keys, context);
 }
 

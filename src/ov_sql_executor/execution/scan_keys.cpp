@@ -9,78 +9,101 @@ namespace ov::sql_executor {
 
 namespace {
 
-using db_util::growing_key;
 using db_util::key_bound;
 using db_util::lowest_marker;
 using meta_data::key_column;
 
-// One end of the walk, in index order.
-struct key_end {
-  growing_key key;
-  bool inclusive = true;
-};
-
 class key_ends {
  public:
-  explicit key_ends(execution_context& context) : context_(context) {}
+  key_ends(execution_context& context, scan_keys& keys) : context_(context), keys_(keys) {}
 
   void append_restricted(const key_column& column, const std::vector<key_condition>& conditions) {
+    if (!empty_ && conditions.size() == 1 && conditions[0].op == key_operation::equal) {
+      return append_equal(column, conditions[0]);
+    }
     key_interval interval(column.type, context_, kept_);
     for (const key_condition& condition : conditions) {
       apply_condition(interval, column.type, condition, context_, kept_);
     }
-    if (empty_) return append_crossed(column);
-    empty_ = interval.is_empty();
-    const bool forward = column.ascending;
-    first_.key.append(forward ? interval.low() : interval.high());
-    last_.key.append(forward ? interval.high() : interval.low());
-    first_.inclusive = forward ? interval.low_inclusive() : interval.high_inclusive();
-    last_.inclusive = forward ? interval.high_inclusive() : interval.low_inclusive();
+    append(column, interval);
   }
 
   // An inclusive end takes in every value of the column, an exclusive one leaves them all out.
   void append_unrestricted(const key_column& column) {
     const key_bound maximum = type_maximum(column.type, context_, kept_);
-    first_.key.append(first_.inclusive == column.ascending ? key_bound(lowest_marker{}) : maximum);
-    last_.key.append(last_.inclusive == column.ascending ? maximum : key_bound(lowest_marker{}));
+    keys_.first.append(first_inclusive_ == column.ascending ? key_bound(lowest_marker{}) : maximum);
+    keys_.last.append(last_inclusive_ == column.ascending ? maximum : key_bound(lowest_marker{}));
   }
 
-  scan_keys finish(bool ascending) {
-    first_.key.terminate();
-    last_.key.terminate();
-    if (!ascending) std::swap(first_, last_);
-    std::uint32_t flags = 0;
-    if (!ascending) flags |= ORV_ITERATOR_DESCENDING;
-    if (first_.inclusive) flags |= ORV_ITERATOR_FIRST_INCLUSIVE;
-    if (last_.inclusive) flags |= ORV_ITERATOR_LAST_INCLUSIVE;
-    return {std::move(first_.key), std::move(last_.key), flags};
+  void finish(bool ascending) {
+    keys_.first.terminate();
+    keys_.last.terminate();
+    if (!ascending) {
+      std::swap(keys_.first, keys_.last);
+      std::swap(first_inclusive_, last_inclusive_);
+      keys_.flags |= ORV_ITERATOR_DESCENDING;
+    }
+    if (first_inclusive_) keys_.flags |= ORV_ITERATOR_FIRST_INCLUSIVE;
+    if (last_inclusive_) keys_.flags |= ORV_ITERATOR_LAST_INCLUSIVE;
   }
 
  private:
+  // Lookups run once for every outer row of a join: a bound that is a key already needs no interval.
+  void append_equal(const key_column& column, const key_condition& condition) {
+    if (!has_exact_keys(column.type)) {
+      key_interval interval(column.type, context_, kept_);
+      apply_condition(interval, column.type, condition, context_, kept_);
+      return append(column, interval);
+    }
+    value room;
+    const value_view bound = condition.bound.hold(context_, room);
+    if (const auto key = exact_key(column.type, bound)) {
+      keys_.first.append_number(*key);
+      keys_.last.append_number(*key);
+      first_inclusive_ = true;
+      last_inclusive_ = true;
+      return;
+    }
+    key_interval interval(column.type, context_, kept_);
+    apply_evaluated(interval, column.type, condition, bound, context_, kept_);
+    append(column, interval);
+  }
+
+  void append(const key_column& column, const key_interval& interval) {
+    if (empty_) return append_crossed(column);
+    empty_ = interval.is_empty();
+    const bool forward = column.ascending;
+    keys_.first.append(forward ? interval.low() : interval.high());
+    keys_.last.append(forward ? interval.high() : interval.low());
+    first_inclusive_ = forward ? interval.low_inclusive() : interval.high_inclusive();
+    last_inclusive_ = forward ? interval.high_inclusive() : interval.low_inclusive();
+  }
+
   // Behind a column that lets nothing pass the conditions must not bring the ends together again.
   void append_crossed(const key_column& column) {
-    first_.inclusive = false;
-    last_.inclusive = false;
+    first_inclusive_ = false;
+    last_inclusive_ = false;
     append_unrestricted(column);
   }
 
   execution_context& context_;
+  scan_keys& keys_;
   kept_values kept_;
-  key_end first_;
-  key_end last_;
+  bool first_inclusive_ = true;
+  bool last_inclusive_ = true;
   bool empty_ = false;  // some column with conditions lets nothing pass
 };
 
 }  // namespace
 
-scan_keys make_scan_keys(const std::vector<std::vector<key_condition>>& ranges,
-                         const std::vector<key_column>& key_columns, bool ascending, execution_context& context) {
-  key_ends ends(context);
+void write_scan_keys(const std::vector<std::vector<key_condition>>& ranges, const std::vector<key_column>& key_columns,
+                     bool ascending, execution_context& context, scan_keys& keys) {
+  key_ends ends(context, keys);
   for (std::size_t i = 0; i < ranges.size(); ++i) {
     ends.append_restricted(error_handling::element_at(key_columns, i), ranges[i]);
   }
   for (std::size_t i = ranges.size(); i < key_columns.size(); ++i) ends.append_unrestricted(key_columns[i]);
-  return ends.finish(ascending);
+  ends.finish(ascending);
 }
 
 }  // namespace ov::sql_executor
