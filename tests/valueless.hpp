@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "ov_sql_executor/values/value.hpp"
+
 namespace tests {
 
 // Makes a variant valueless, by an assignment of an alternative that fails. The alternative is one that does not copy
@@ -17,6 +19,12 @@ void make_valueless(Variant& variant) {
   } catch (int) {
   }
   ASSERT_TRUE(variant.valueless_by_exception());
+}
+
+inline ov::sql_executor::value valueless() {
+  ov::sql_executor::value any = true;
+  make_valueless<operator_library::Binary>(any);
+  return any;
 }
 
 }  // namespace tests

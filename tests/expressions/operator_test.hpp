@@ -10,19 +10,16 @@
 #include <vector>
 
 #include "outcome.hpp"
-#include "ov_sql_executor/database/core_text.hpp"
 #include "ov_sql_executor/expressions/operand.hpp"
 #include "ov_sql_executor/expressions/property_read.hpp"
 #include "ov_sql_executor/expressions/value_from_context.hpp"
 #include "ovcoredb/database.hpp"
+#include "valueless.hpp"
 
 namespace tests {
 
 namespace operators = ov::sql_executor::operators;
 using operator_ptr = std::unique_ptr<operators::operator_base>;
-
-inline value text(const std::u16string& units) { return db_util::ucs2_to_turbotext(units, db_util::upper_limit::no); }
-inline value set_specifier(std::u16string units) { return SetSpecifier{std::move(units)}; }
 
 // An operator of somebody else: writes its digit into a journal, then yields a value, or throws db_exception 99 for the
 // valueless one.
@@ -56,23 +53,36 @@ class OperatorTest : public testing::Test {
     context.context_handle = core_context.handle();
   }
 
-  // The result of an operator over these operands, and in brackets which of them were evaluated, in order. Operands
-  // that are read from the context, and a result that is looked at where it lies, must give the same result.
-  template <class Operator, class... Values>
-  std::string run(const Values&... operands) {
+  // Cases "operands = result [digits]" of an operator; the digits say which operands are evaluated, in order. An
+  // operand is spelled as a value, as "fails" when its evaluation throws 99, or as "city". Operands that are read from
+  // the context, and a result that is looked at where it lies, must give the same result.
+  template <class Operator>
+  void check(std::initializer_list<const char*> cases) {
+    for (const char* each : cases) {
+      std::string found;
+      std::vector<value> operands;
+      for (const std::string& word : split(std::string_view(each).substr(0, std::string_view(each).find("= ")))) {
+        operands.push_back(word == "fails" ? valueless() : word == "city" ? value(city) : val(word));
+        found += word + " ";
+      }
+      EXPECT_EQ(found + "= " + run<Operator>(operands), each);
+    }
+  }
+
+  template <class Operator>
+  std::string run(const std::vector<value>& operands) {
     std::string journal;
-    const std::vector<value> list{operands...};
     std::vector<operator_ptr> recorders;
-    for (const value& each : list) {
+    for (const value& each : operands) {
       recorders.push_back(std::make_unique<recorder>(each, static_cast<char>('0' + recorders.size()), journal));
     }
     const std::string result = evaluate(*make<Operator>(std::move(recorders)));
-    check_reads<Operator>(list, result);
+    check_reads<Operator>(operands, result);
     return result + " [" + journal + "]";
   }
 
   std::string evaluate(const operators::operator_base& any) {
-    return outcome_of([&] { return any.evaluate(context); });
+    return outcome([&] { return any.evaluate(context); });
   }
 
   // A column of the one object, lent by the core.
@@ -114,24 +124,9 @@ class OperatorTest : public testing::Test {
                                                                       static_cast<std::int16_t>(i)));
     }
     const operators::operand lent(make<Operator>(std::move(reads)));
-    EXPECT_EQ(outcome_of([&] { return lent.evaluate(context); }), result);
+    EXPECT_EQ(outcome([&] { return lent.evaluate(context); }), result);
     value room;
-    EXPECT_EQ(outcome_of([&] { return to_value(lent.lend(context, room)); }), result);
-  }
-
-  // As outcome, with texts readable.
-  template <class Action>
-  static std::string outcome_of(Action action) {
-    std::string readable;
-    const std::string spelled = outcome([&] {
-      value result = action();
-      if (const auto* held = std::get_if<db_string::tt_string>(&result)) {
-        const std::u16string units = db_util::turbotext_to_ucs2({{held->data(), held->size()}});
-        readable = "'" + std::string(units.begin(), units.end()) + "'";
-      }
-      return result;
-    });
-    return readable.empty() ? spelled : readable;
+    EXPECT_EQ(outcome([&] { return to_value(lent.lend(context, room)); }), result);
   }
 };
 

@@ -23,8 +23,6 @@ class TypeName : public OperatorTest {
     const ovcoredb::cell cells[] = {std::monostate(), specifier, metalayer::DottedName2RawView(name).words[0]};
     core.insert(layout::table_tag::set_specifier, cells);
   }
-
-  std::string specifier_of(const std::u16string& name) { return run<operators::cast<8>>(text(name)); }
 };
 
 TEST_F(TypeName, becomes_the_specifier_of_its_type) {
@@ -33,16 +31,11 @@ TEST_F(TypeName, becomes_the_specifier_of_its_type) {
   add({u""}, u"d");
   add({u"cut"}, u"e\0f"sv);
   add({u"empty"}, std::monostate());
-  EXPECT_EQ(specifier_of(u"Shop.ORDER"), "set 61 62 [0]");
-  EXPECT_EQ(specifier_of(u"shop.order."), "set 61 62 [0]");
-  EXPECT_EQ(specifier_of(u"a..b"), "set 63 [0]");
-  EXPECT_EQ(specifier_of(u"."), "set 64 [0]");
-  EXPECT_EQ(specifier_of(u"cut"), "set 65 [0]") << "up to the first zero unit";
-  EXPECT_EQ(specifier_of(u"empty"), "NULL [0]");
-  EXPECT_EQ(specifier_of(u"shop"), "NULL [0]");
-  EXPECT_EQ(specifier_of(u""), "NULL [0]");
+  check<operators::cast<8>>({"'Shop.ORDER' = set'ab' [0]", "'shop.order.' = set'ab' [0]", "'a..b' = set'c' [0]",
+                             "'.' = set'd' [0]", "'cut' = set'e' [0]",  // up to the first zero unit
+                             "'empty' = NULL [0]", "'shop' = NULL [0]", "'' = NULL [0]"});
   metalayer::TlsMetalayerContext::Current() = 0;
-  EXPECT_EQ(specifier_of(u"shop"), "4101 [0]") << "the core's own status";
+  check<operators::cast<8>>({"'shop' = 4101 [0]"});  // the core's own status
 }
 
 }  // namespace

@@ -6,63 +6,16 @@
 
 #include <functional>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "ov_sql_executor/errors/db_exception.hpp"
+#include "outcome.hpp"
 #include "ov_sql_executor/execution/node.hpp"
 #include "ov_sql_executor/expressions/operator_base.hpp"
 #include "ov_sql_executor/expressions/value_from_context.hpp"
-#include "ov_sql_executor/values/value.hpp"
 
 namespace tests {
-
-using namespace ov::sql_executor;
-using operator_library::Decimal;
-using operator_library::NullValue;
-using rows = std::vector<row>;
-
-inline value null() { return NullValue{}; }
-inline value i(std::int64_t number) { return number; }
-inline value u(std::uint64_t number) { return number; }
-
-inline std::string show(const value& any) {
-  std::ostringstream out;
-  std::visit(
-      [&out]<class T>(const T& held) {
-        if constexpr (std::same_as<T, NullValue>) {
-          out << "NULL";
-        } else if constexpr (std::same_as<T, bool>) {
-          out << (held ? "true" : "false");
-        } else if constexpr (std::same_as<T, std::uint64_t>) {
-          out << held << 'u';
-        } else if constexpr (std::same_as<T, Decimal>) {
-          out << held.raw << 'd';
-        } else if constexpr (std::same_as<T, double> || std::same_as<T, float>) {
-          out << held << 'f';
-        } else if constexpr (std::same_as<T, std::int64_t>) {
-          out << held;
-        } else if constexpr (std::same_as<T, db_string::tt_string>) {
-          out << '\'' << std::string(held.data(), held.data() + held.size()) << '\'';
-        } else {
-          out << '?';
-        }
-      },
-      any);
-  return out.str();
-}
-
-inline std::string show(const rows& all) {
-  std::string text;
-  for (const row& each : all) {
-    text += '(';
-    for (const value& any : each) text += (text.back() == '(' ? "" : " ") + show(any);
-    text += ')';
-  }
-  return text;
-}
 
 // What happened to the enumerators of a node, in order.
 struct journal {
@@ -76,7 +29,7 @@ class given_rows final : public node {
   using source = std::function<rows(const execution_context&)>;
 
   explicit given_rows(rows all, std::shared_ptr<journal> log = std::make_shared<journal>(), std::string name = "")
-      : given_rows(source([all](const execution_context&) { return all; }), std::move(log), std::move(name)) {}
+      : given_rows([all](const execution_context&) { return all; }, std::move(log), std::move(name)) {}
   explicit given_rows(source make, std::shared_ptr<journal> log = std::make_shared<journal>(), std::string name = "")
       : make_(std::move(make)), log_(std::move(log)), name_(std::move(name)) {}
 
@@ -113,28 +66,34 @@ class given_rows final : public node {
   std::string name_;
 };
 
-template <class... Arguments>
-std::unique_ptr<node> given(Arguments&&... arguments) {
-  return std::make_unique<given_rows>(std::forward<Arguments>(arguments)...);
+inline std::unique_ptr<node> given(rows all, std::shared_ptr<journal> log = std::make_shared<journal>(),
+                                   std::string name = "") {
+  return std::make_unique<given_rows>(std::move(all), std::move(log), std::move(name));
 }
-
-inline std::unique_ptr<operators::operator_base> column(std::int16_t position) {
-  return std::make_unique<operators::value_from_context>(operators::context_list::row_stack, position);
+template <class... Log>
+std::unique_ptr<node> given(given_rows::source make, Log... log) {
+  return std::make_unique<given_rows>(std::move(make), std::move(log)...);
 }
+inline std::unique_ptr<node> given(const char* words) { return given(table(words)); }
 
-inline std::unique_ptr<operators::operator_base> constant(std::int16_t position) {
-  return std::make_unique<operators::value_from_context>(operators::context_list::constants, position);
+using operator_ptr = std::unique_ptr<operators::operator_base>;
+
+inline operator_ptr from_context(operators::context_list list, std::int16_t position) {
+  return std::make_unique<operators::value_from_context>(list, position);
 }
-
-inline std::vector<std::unique_ptr<operators::operator_base>> columns(const std::vector<std::int16_t>& positions) {
-  std::vector<std::unique_ptr<operators::operator_base>> list;
+inline operator_ptr column(std::int16_t position) { return from_context(operators::context_list::row_stack, position); }
+inline operator_ptr constant(std::int16_t position) {
+  return from_context(operators::context_list::constants, position);
+}
+inline std::vector<operator_ptr> columns(const std::vector<std::int16_t>& positions) {
+  std::vector<operator_ptr> list;
   for (const std::int16_t position : positions) list.push_back(column(position));
   return list;
 }
 
-// Runs a node to its end with these values on the row stack. The stack is as long after every call as before, and the
-// end stays the end.
-inline rows run(const node& root, row enclosing = {}, std::vector<value> constants = {}) {
+// Runs a node to its end with these values on the row stack: its rows, or the error. The stack is as long after every
+// call as before, and the end stays the end.
+inline rows rows_of(const node& root, row enclosing = {}, std::vector<value> constants = {}) {
   execution_context context{std::move(constants), {}, std::move(enclosing), 0};
   const std::size_t depth = context.row_stack.size();
   std::unique_ptr<enumerator> source(root.create_enumerator(context));
@@ -149,15 +108,8 @@ inline rows run(const node& root, row enclosing = {}, std::vector<value> constan
   return all;
 }
 
-// The code of the db_exception that an action throws; 0 without one.
-template <class Action>
-std::uint32_t db_error(Action action) {
-  try {
-    action();
-  } catch (const db_util::db_exception& error) {
-    return error.code;
-  }
-  return 0;
+inline std::string run(const node& root, const row& enclosing = {}, const std::vector<value>& constants = {}) {
+  return outcome([&] { return rows_of(root, enclosing, constants); });
 }
 
 }  // namespace tests

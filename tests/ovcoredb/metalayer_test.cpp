@@ -44,15 +44,7 @@ TEST(metalayer, primitive_type_is_read_on_the_threads_context) {
 }
 
 TEST(metalayer, digest_tells_names_apart) {
-  const metalayer::DottedName names[] = {{},
-                                         {u""},
-                                         {u"a"},
-                                         {u"a", u"b"},
-                                         {u"ab"},
-                                         {u"a", u"", u"b"},
-                                         {u"b", u"a"},
-                                         {u"\u0061\u0100"},
-                                         {u"shop", u"order"}};
+  const metalayer::DottedName names[] = {{}, {u""}, {u"a"}, {u"a", u"b"}, {u"ab"}, {u"a", u"", u"b"}, {u"b", u"a"}};
   std::set<std::pair<std::uint64_t, std::uint64_t>> digests;
   for (const auto& name : names) {
     const metalayer::RawView view = metalayer::DottedName2RawView(name);

@@ -94,27 +94,28 @@ TEST(text, context_lends_the_same_as_the_calls_without_one) {
   const ovcoredb::database database;
   const ovcoredb::context context(database);
   const std::uint8_t* block = nullptr;
-  const auto count = [&] {
-    std::uint32_t read = 0;
-    std::memcpy(&read, block, sizeof read);
-    return read;
+  const auto lent = [&](std::uint32_t status, std::size_t size) {
+    EXPECT_EQ(status, ORV_OK);
+    std::uint32_t count = 0;
+    std::memcpy(&count, block, sizeof count);
+    return bytes(block + 4, block + 4 + count * size);
+  };
+  const auto bytes_of = [](const std::u16string& units) {
+    const auto* first = reinterpret_cast<const std::uint8_t*>(units.data());
+    return bytes(first, first + units.size() * 2);
   };
   for (const std::u16string& text : {std::u16string(), std::u16string(u"Zürich"), std::u16string(300, u'\xD800')}) {
     const bytes encoded = encode(text);
-    for (const auto convert : {orv_context_convert_ucs2_to_turbotext, orv_context_convert_ucs2_to_setspectt}) {
-      ASSERT_EQ(convert(context.handle(), text.c_str(), 0, &block), ORV_OK);
-      EXPECT_EQ(bytes(block + 4, block + 4 + count()), encoded);
-      ASSERT_EQ(convert(context.handle(), text.c_str(), 1, &block), ORV_OK);
-      EXPECT_EQ(bytes(block + 4, block + 4 + count()), encode(text, 1));
+    const auto length = static_cast<std::uint32_t>(encoded.size());
+    for (const bool limit : {false, true}) {
+      for (const auto convert : {orv_context_convert_ucs2_to_turbotext, orv_context_convert_ucs2_to_setspectt}) {
+        EXPECT_EQ(lent(convert(context.handle(), text.c_str(), limit, &block), 1), encode(text, limit));
+      }
     }
-    const auto lent_units = [&](auto convert) {
-      EXPECT_EQ(convert(context.handle(), encoded.data(), static_cast<std::uint32_t>(encoded.size()), &block, 0u), 0u);
-      std::u16string units(count(), u'\0');
-      std::memcpy(units.data(), block + 4, units.size() * 2);
-      return units;
-    };
-    EXPECT_EQ(lent_units(orv_context_convert_turbotext_to_ucs2), text);
-    EXPECT_EQ(lent_units(orv_context_convert_turbotext_to_base_ucs2), base_form(text));
+    EXPECT_EQ(lent(orv_context_convert_turbotext_to_ucs2(context.handle(), encoded.data(), length, &block, 0), 2),
+              bytes_of(text));
+    EXPECT_EQ(lent(orv_context_convert_turbotext_to_base_ucs2(context.handle(), encoded.data(), length, &block, 0), 2),
+              bytes_of(base_form(text)));
   }
 }
 

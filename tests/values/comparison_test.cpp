@@ -2,73 +2,186 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <variant>
+#include <bit>
+#include <boost/multiprecision/cpp_int.hpp>
+#include <limits>
+#include <random>
 
 #include "outcome.hpp"
-#include "ov_sql_executor/errors/db_exception.hpp"
+#include "ov_sql_executor/values/numeric_type.hpp"
+#include "valueless.hpp"
 
 namespace tests {
 namespace {
 
-// What comparing a pair gives: one of < = > U (unordered), 0 for NULL, E for a type error, V for misuse.
-char compared(const value& left, const value& right) {
-  try {
+std::string sign_of(std::partial_ordering order) {
+  return order < 0 ? "<" : order > 0 ? ">" : order == 0 ? "=" : "unordered";
+}
+
+// < = > or unordered, NULL, or the error.
+std::string compared(const value& left, const value& right) {
+  return outcome([&] {
     const auto order = compare_values(view_of(left), view_of(right));
-    if (!order) return '0';
-    return *order < 0 ? '<' : *order > 0 ? '>' : *order == 0 ? '=' : 'U';
-  } catch (const db_util::db_exception& error) {
-    return error.code == db_util::type_error ? 'E' : '?';
-  } catch (const std::bad_variant_access&) {
-    return 'V';
-  }
+    return order ? sign_of(*order) : "NULL";
+  });
 }
 
 TEST(Comparison, accepts_numbers_with_numbers_and_all_else_with_its_own_kind) {
-  const value ones[] = {true,
-                        db_string::tt_string("\x80", 1),
-                        u(1),
-                        i(1),
-                        dec(1'000'000),
-                        d(1),
-                        f(1),
-                        Binary{{1}},
-                        OV_OBJ_REF{1, 1},
-                        SetSpecifier{u"1"},
-                        null(),
-                        valueless()};
-  // Left alternatives below each other: bool, text, uint64, int64, Decimal, double, float, Binary, reference, set
-  // specifier, NULL, valueless; right ones in the same order.
+  row ones = vals("true 'a' u1 i1 dec1000000 d1 f1 x'01' ref1 set'1' NULL");
+  ones.push_back(valueless());
+  // Left and right in that order: E for a type error, 0 for NULL, V for misuse.
   constexpr const char* expected[] = {"=E=====EEE0V", "E=EEEEEEEE0V", "=E=====EEE0V", "=E=====EEE0V",
                                       "=E=====EEE0V", "=E=====EEE0V", "=E=====EEE0V", "EEEEEEE=EE0V",
                                       "EEEEEEEE=E0V", "EEEEEEEEE=0V", "00000000000V", "VVVVVVVVVVVV"};
-  for (std::size_t left = 0; left < std::size(ones); ++left) {
+  for (std::size_t left = 0; left < ones.size(); ++left) {
     std::string found;
-    for (const value& right : ones) found += compared(ones[left], right);
+    for (const value& right : ones) {
+      const std::string result = compared(ones[left], right);
+      found += result == "7020" ? 'E' : result == "NULL" ? '0' : result == bad_variant ? 'V' : result[0];
+    }
     EXPECT_EQ(found, expected[left]) << "row " << left;
   }
 }
 
 TEST(Comparison, orders_bytes_units_and_object_numbers) {
-  const struct {
-    value less;
-    value greater;
-  } cases[] = {
-      {Binary{{}}, Binary{{0}}},
-      {Binary{{1}}, Binary{{1, 0}}},
-      {Binary{{1, 0x7F, 9}}, Binary{{1, 0x80}}},
-      {SetSpecifier{u""}, SetSpecifier{u"/"}},
-      {SetSpecifier{u"/a"}, SetSpecifier{u"/a/"}},
-      {SetSpecifier{u"\x7FFF"}, SetSpecifier{u"\x8000"}},
-      {OV_OBJ_REF{1, 9}, OV_OBJ_REF{2, 1}},
-      {OV_OBJ_REF{1, 0}, OV_OBJ_REF{~std::uint64_t{0}, 0}},
-  };
-  for (const auto& each : cases) {
-    EXPECT_EQ(compared(each.less, each.greater), '<');
-    EXPECT_EQ(compared(each.greater, each.less), '>');
-    EXPECT_EQ(compared(each.less, each.less), '=');
+  rows pairs = table(
+      "(x'' x'00')(x'01' x'0100')(x'017f09' x'0180')(set'' set'/')(set'/a' set'/a/')(ref1 ref2)"
+      "(ref1 ref18446744073709551615)");
+  pairs.push_back({SetSpecifier{u"\x7FFF"}, SetSpecifier{u"\x8000"}});
+  for (const row& each : pairs) {
+    EXPECT_EQ(compared(each[0], each[1]), "<") << spell(each);
+    EXPECT_EQ(compared(each[1], each[0]), ">") << spell(each);
+    EXPECT_EQ(compared(each[0], each[0]), "=") << spell(each);
   }
-  EXPECT_EQ(compared(OV_OBJ_REF{7, 1}, OV_OBJ_REF{7, 2}), '=') << "the second word is no part of an identity";
+  EXPECT_EQ(compared(OV_OBJ_REF{1, 9}, OV_OBJ_REF{2, 1}), "<");
+  EXPECT_EQ(compared(OV_OBJ_REF{7, 1}, OV_OBJ_REF{7, 2}), "=") << "the second word is no part of an identity";
+}
+
+using rational = boost::multiprecision::cpp_rational;
+
+// The mathematical number that a value denotes.
+struct exact_number {
+  bool is_nan = false;
+  int infinity = 0;  // its sign
+  rational finite = 0;
+};
+
+exact_number exact(const value& any) {
+  return std::visit(
+      []<class T>(const T& held) -> exact_number {
+        if constexpr (floating_alternative<T>) {
+          if (std::isnan(held)) return {true};
+          if (std::isinf(held)) return {false, held < 0 ? -1 : 1};
+          return {false, 0, rational(held)};
+        } else if constexpr (std::same_as<T, Decimal>) {
+          return {false, 0, rational(held.raw, Decimal::scale)};
+        } else if constexpr (integer_alternative<T>) {
+          return {false, 0, rational(static_cast<boost::multiprecision::cpp_int>(held))};
+        } else {
+          throw std::logic_error("not a number");
+        }
+      },
+      any);
+}
+
+void expect_exact(const value& left, const exact_number& exact_left, const value& right,
+                  const exact_number& exact_right) {
+  std::string expected = sign_of(exact_left.infinity <=> exact_right.infinity);
+  if (expected == "=" && exact_left.infinity == 0)
+    expected = sign_of(exact_left.finite.compare(exact_right.finite) <=> 0);
+  if (exact_left.is_nan || exact_right.is_nan) expected = "unordered";
+  ASSERT_EQ(compared(left, right), expected) << spell(left) << " against " << spell(right);
+}
+
+template <class Float>
+void add_floats(row& list) {
+  using limits = std::numeric_limits<Float>;
+  const auto add = [&list](Float each) {
+    list.emplace_back(each);
+    list.emplace_back(-each);
+  };
+  for (const double near : {0.0, 0.5, 1.0, 2.5, 0.000001, 0.0000015, 1e12, 4398046511103.999999, 4398046511104.0,
+                            9007199254740992.0, 16777216.0, 0x1p31, 0x1p32, 0x1p62, 0x1p63, 0x1p64, 0x1p65, 1e300}) {
+    const auto center = static_cast<Float>(near);
+    for (const Float each : {center, std::nextafter(center, Float{0}), std::nextafter(center, limits::max())})
+      add(each);
+  }
+  for (const Float each : {limits::denorm_min(), limits::min(), limits::max(), limits::infinity()}) add(each);
+  list.emplace_back(limits::quiet_NaN());
+}
+
+row boundary_values() {
+  row list = vals(
+      "false true i9223372036854775807 i9223372036854775806 dec-9223372036854775808 dec0 dec1 dec-1 dec500000 "
+      "dec-500000 dec999999 dec1000000 dec-1000000 dec1000001 dec2500000 dec-2500000 dec16777217000000 "
+      "dec4398046511103999999 dec-4398046511103999999 dec4398046511103999998 dec9223372036854775807");
+  for (const int power : {1, 24, 42, 53, 63}) {
+    const std::uint64_t near = std::uint64_t{1} << power;
+    for (const std::uint64_t each : {near - 2, near - 1, near, near + 1}) {
+      list.insert(list.end(), {u(each), i(static_cast<std::int64_t>(each)), i(static_cast<std::int64_t>(0 - each))});
+    }
+  }
+  for (const std::uint64_t below_end : {0U, 1U, 1024U, 1025U, 2047U, 2048U}) list.emplace_back(~below_end);
+  add_floats<double>(list);
+  add_floats<float>(list);
+  return list;
+}
+
+TEST(NumericComparison, is_exact_at_the_boundaries_of_all_six_types) {
+  const row values = boundary_values();
+  std::vector<exact_number> numbers;
+  for (const value& each : values) numbers.push_back(exact(each));
+  for (std::size_t left = 0; left < values.size() && !HasFatalFailure(); ++left) {
+    for (std::size_t right = 0; right < values.size(); ++right) {
+      expect_exact(values[left], numbers[left], values[right], numbers[right]);
+    }
+  }
+}
+
+value any_number(std::mt19937_64& random) {
+  const std::uint64_t bits = random() >> random() % 64;
+  const auto integer = static_cast<std::int64_t>(bits);
+  const value kinds[] = {bits % 2 == 0,
+                         u(bits),
+                         i(integer),
+                         Decimal{integer},
+                         std::bit_cast<double>(random()),
+                         std::bit_cast<float>(static_cast<std::uint32_t>(random()))};
+  return kinds[random() % std::size(kinds)];
+}
+
+// A number of any type that is close to another, if its type reaches so far.
+value number_near(const exact_number& other, std::mt19937_64& random) {
+  using boost::multiprecision::cpp_int;
+  if (other.is_nan || other.infinity != 0 || abs(other.finite) > 9'000'000'000'000'000'000U) return any_number(random);
+  const auto floor_of = [](const rational& number) {
+    const cpp_int cut = numerator(number) / denominator(number);
+    return static_cast<std::int64_t>(number < cut ? cpp_int(cut - 1) : cut);
+  };
+  const std::int64_t step = static_cast<std::int64_t>(random() % 3) - 1;
+  const auto nudged = [step]<class Float>(Float number) {
+    const Float towards = std::numeric_limits<Float>::infinity() * static_cast<Float>(step == 0 ? 1 : step);
+    return step == 0 ? number : std::nextafter(number, towards);
+  };
+  const std::int64_t whole = floor_of(other.finite) + step;
+  row kinds = {u(static_cast<std::uint64_t>(whole)), i(whole), nudged(static_cast<double>(other.finite)),
+               nudged(static_cast<float>(other.finite))};
+  if (abs(other.finite) < 9'000'000'000'000U)
+    kinds.emplace_back(Decimal{floor_of(other.finite * Decimal::scale) + step});
+  return kinds[random() % kinds.size()];
+}
+
+TEST(NumericComparison, is_exact_for_random_neighbours) {
+  const std::uint64_t seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937_64 random(seed);
+  for (int round = 0; round < 20'000 && !HasFatalFailure(); ++round) {
+    const value left = any_number(random);
+    const exact_number exact_left = exact(left);
+    const value right = number_near(exact_left, random);
+    expect_exact(left, exact_left, right, exact(right));
+    expect_exact(right, exact(right), left, exact_left);
+  }
 }
 
 }  // namespace

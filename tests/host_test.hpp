@@ -1,0 +1,56 @@
+// What tests share that define tables as a host does, plan queries over them and look at the rows.
+#ifndef TESTS_HOST_TEST_HPP_
+#define TESTS_HOST_TEST_HPP_
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "outcome.hpp"
+#include "ovhost/plans.hpp"
+#include "ovhost/schema.hpp"
+#include "ovhost/session.hpp"
+#include "ovhost/statement.hpp"
+
+namespace tests {
+
+// All rows of a statement, spelled; or the error that ends it.
+inline std::string rows_of(const ovhost::statement& planned, std::uint64_t context,
+                           std::vector<value> parameters = {}) {
+  return outcome([&] { return planned.rows(context, std::move(parameters)); });
+}
+
+class HostTest : public testing::Test {
+ protected:
+  explicit HostTest(const std::vector<ovhost::table_definition>& tables,
+                    const std::vector<ovhost::index_definition>& indexes) {
+    definitions.define_tables(tables);
+    for (const ovhost::index_definition& each : indexes) definitions.define_index(each);
+  }
+
+  OV_OBJ_REF insert(const char* table, const std::vector<ovcoredb::cell>& cells) {
+    return database.insert(ovhost::catalog(reading.context()).table(table).tag, cells);
+  }
+
+  // The constants of a plan, or why there is none.
+  static std::string planned(ovhost::plan of) {
+    return outcome([&] {
+      const std::string constants = spell(std::get<0>(physical_to_exec::Plan(std::move(of))).constants);
+      return "ok" + (constants.empty() ? "" : " " + constants);
+    });
+  }
+
+  std::string rows_of_plan(ovhost::plan of, std::vector<value> parameters = {}) {
+    return outcome([&] { return ovhost::statement(std::move(of)).rows(reading.context(), std::move(parameters)); });
+  }
+
+  ovcoredb::database database;
+  ovhost::schema definitions{database};
+  ovhost::session reading{database};
+};
+
+}  // namespace tests
+
+#endif  // TESTS_HOST_TEST_HPP_
