@@ -23,6 +23,13 @@ void lend(context_state& lender, std::size_t count, const std::uint8_t** out) {
 
 bool countable(std::size_t count) { return count <= std::numeric_limits<std::uint32_t>::max(); }
 
+// Any text in base form.
+std::uint32_t lend_folded(context_state& lender, std::span<const std::uint8_t> encoded, const std::uint8_t** out) {
+  if (!decode_text(encoded, lender.units)) return ORV_BAD_TEXT;
+  fold_case(lender.units);
+  return lend_units(lender, lender.units, out);
+}
+
 }  // namespace
 
 std::uint32_t lend_units(context_state& lender, std::u16string_view units, const std::uint8_t** out) noexcept try {
@@ -39,14 +46,10 @@ std::uint32_t lend_decoded(context_state& lender, std::span<const std::uint8_t> 
                            const std::uint8_t** out) noexcept try {
   std::uint8_t* const room = room_for(lender, decoding_room(encoded) * sizeof(char16_t));
   auto* const units = reinterpret_cast<char16_t*>(room);
-  const char16_t* const end = decode_text(encoded, units);
-  if (end == nullptr) return ORV_BAD_TEXT;
+  const char16_t* const end =
+      form == text_form::base ? decode_folded_ascii(encoded, units) : decode_text(encoded, units);
+  if (end == nullptr) return form == text_form::base ? lend_folded(lender, encoded, out) : std::uint32_t{ORV_BAD_TEXT};
   const auto count = static_cast<std::size_t>(end - units);
-  if (form == text_form::base && !fold_ascii_case({units, count})) {
-    lender.units.assign(units, count);
-    fold_case(lender.units);
-    return lend_units(lender, lender.units, out);
-  }
   if (!countable(count)) return ORV_BAD_ARGUMENT;
   lend(lender, count, out);
   return ORV_OK;

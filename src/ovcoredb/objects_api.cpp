@@ -26,7 +26,7 @@ struct found_column {
   if (column - first_declared_column >= segment->count) return {ORV_BAD_COLUMN};
   const auto* const values = &place.in->columns[segment->first + column - first_declared_column];
   const place_directory::run around = objects.run_of(number);
-  context.run_of(column) = {column_run::name(values->type(), column, tag), around.first, around.count,
+  context.run_of(column, number) = {column_run::name(values->type(), column, tag), around.first, around.count,
                             around.place.row(), values};
   return {ORV_OK, values, place.row};
 }
@@ -35,7 +35,7 @@ struct found_column {
 const column_run* find_known_run(context_state* context, std::uint64_t number, std::uint64_t second_word,
                                  std::uint32_t column, column_type type) {
   if (context == nullptr) return nullptr;
-  const column_run& run = context->run_of(column);
+  const column_run& run = context->run_of(column, number);
   if (run.type_column_tag != column_run::name(type, column, static_cast<std::uint16_t>(second_word))) return nullptr;
   return number - run.first < run.count ? &run : nullptr;
 }

@@ -44,7 +44,7 @@ class place_directory {
   // A run that the position belongs to: not always the longest, but the longer the further back it is in it.
   run run_of(std::size_t position) const {
     const block& in = blocks_[position / block_size];
-    if (in.each != nullptr) return {position, 1, in.each[position % block_size]};
+    if (in.each != nullptr) return listed_run_of(position, in);
     const std::size_t start = in.run_start;
     return {start, std::min(size_, (position / block_size + 1) * block_size) - start, (*this)[start]};
   }
@@ -66,6 +66,19 @@ class place_directory {
 
  private:
   static constexpr std::size_t block_size = 256;
+  struct block;
+
+  // The whole run as far as it lies in the block.
+  run listed_run_of(std::size_t position, const block& in) const {
+    const std::size_t block_start = position - position % block_size;
+    const std::size_t block_end = std::min(size_, block_start + block_size);
+    const packed_place* const each = in.each.get() - block_start;
+    std::size_t start = position;
+    while (start > block_start && each[start] == each[start - 1].behind(1)) --start;
+    std::size_t end = position + 1;
+    while (end < block_end && each[end] == each[end - 1].behind(1)) ++end;
+    return {start, end - start, each[start]};
+  }
 
   struct block {
     packed_place first;

@@ -34,14 +34,14 @@ std::size_t decoding_room(std::span<const std::uint8_t> encoded);
 // Writes the decoded text and returns its end; null when the bytes are not an encoded text.
 const char16_t* decode_text(std::span<const std::uint8_t> encoded, char16_t* out);
 
+// The same in base form for texts of ASCII only; null for others, too.
+const char16_t* decode_folded_ascii(std::span<const std::uint8_t> encoded, char16_t* out);
+
 // Replaces `units` by the decoded text; false when the bytes are not an encoded text, `units` then holds anything.
 bool decode_text(std::span<const std::uint8_t> encoded, std::u16string& units);
 
 // Replaces `units` by its base form, in which texts that differ only in case are equal (full Unicode case folding).
 void fold_case(std::u16string& units);
-
-// The same in place for texts of ASCII only; false, with nothing done, for others.
-bool fold_ascii_case(std::span<char16_t> units);
 
 }  // namespace ovcoredb
 

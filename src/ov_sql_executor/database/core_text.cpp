@@ -53,14 +53,11 @@ std::u16string turbotext_to_base_ucs2(std::uint64_t context, text_view text) {
 
 std::u16string turbotext_to_base_ucs2(text_view text) { return to_units(orv_convert_turbotext_to_base_ucs2, text); }
 
-void turbotext_to_base_ucs2(std::uint64_t context, text_view text, unit_buffer& units) {
-  // The core may put its answer where the bytes lie that it lent before.
-  const boost::container::small_vector<std::uint8_t, 256> bytes(text.bytes.begin(), text.bytes.end());
+std::u16string_view lend_base_ucs2(std::uint64_t context, text_view text) {
   const std::uint8_t* block = nullptr;
-  check(orv_context_convert_turbotext_to_base_ucs2(context, bytes.data(), static_cast<std::uint32_t>(bytes.size()),
-                                                   &block, 0));
-  units.resize(block_count(block), boost::container::default_init);
-  std::memcpy(units.data(), block + sizeof(std::uint32_t), units.size() * sizeof(char16_t));
+  check(orv_context_convert_turbotext_to_base_ucs2(context, text.bytes.data(),
+                                                   static_cast<std::uint32_t>(text.bytes.size()), &block, 0));
+  return {reinterpret_cast<const char16_t*>(block + sizeof(std::uint32_t)), block_count(block)};
 }
 
 db_string::tt_string ucs2_to_turbotext(std::uint64_t context, const std::u16string& units, upper_limit limit) {

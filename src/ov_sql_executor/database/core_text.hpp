@@ -3,7 +3,6 @@
 #ifndef OV_SQL_EXECUTOR_DATABASE_CORE_TEXT_HPP_
 #define OV_SQL_EXECUTOR_DATABASE_CORE_TEXT_HPP_
 
-#include <boost/container/small_vector.hpp>
 #include <cstdint>
 #include <string>
 
@@ -21,9 +20,9 @@ std::u16string turbotext_to_ucs2(text_view text);
 std::u16string turbotext_to_base_ucs2(std::uint64_t context, text_view text);
 std::u16string turbotext_to_base_ucs2(text_view text);
 
-// The same into a buffer that needs no heap for a short text. The text may be one that the core lends.
-using unit_buffer = boost::container::small_vector<char16_t, 256>;
-void turbotext_to_base_ucs2(std::uint64_t context, text_view text, unit_buffer& units);
+// The same where the core keeps it: good until the next core call on the context. The text is not one that the core
+// lends, which might lie where the answer goes.
+std::u16string_view lend_base_ucs2(std::uint64_t context, text_view text);
 
 // What an encoded text stands for: the text itself, or a mark above every text that begins with it.
 enum class upper_limit : std::uint8_t { no = 0, yes = 1 };

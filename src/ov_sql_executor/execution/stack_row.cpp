@@ -14,12 +14,11 @@ auto at(Stack& stack, std::size_t position) {
 }  // namespace
 
 void cut_row_stack(execution_context& context, std::size_t size) {
-  context.row_stack.erase(at(context.row_stack, size), context.row_stack.end());
+  while (context.row_stack.size() > size) context.row_stack.pop_back();
 }
 
 void move_onto_stack(execution_context& context, row& source) {
-  context.row_stack.insert(context.row_stack.end(), std::make_move_iterator(source.begin()),
-                           std::make_move_iterator(source.end()));
+  for (value& each : source) context.row_stack.push_back(std::move(each));
 }
 
 void push_nulls(execution_context& context, std::uint64_t count) {
@@ -27,8 +26,13 @@ void push_nulls(execution_context& context, std::uint64_t count) {
 }
 
 void move_from_stack(execution_context& context, std::size_t start, row& target) {
-  target.assign(std::make_move_iterator(at(context.row_stack, start)),
-                std::make_move_iterator(context.row_stack.end()));
+  const std::size_t width = context.row_stack.size() - start;
+  if (target.size() == width) {
+    for (std::size_t i = 0; i < width; ++i) target[i] = std::move(context.row_stack[start + i]);
+  } else {
+    target.assign(std::make_move_iterator(at(context.row_stack, start)),
+                  std::make_move_iterator(context.row_stack.end()));
+  }
   cut_row_stack(context, start);
 }
 

@@ -4,8 +4,28 @@
 
 namespace ov::sql_executor::operators {
 
+namespace {
+
+// Nothing stands for NULL.
+template <class Relation>
+truth compare_int64(const std::optional<std::int64_t>& left, const std::optional<std::int64_t>& right) {
+  return left && right ? to_truth(Relation::holds(*left <=> *right)) : truth::unknown;
+}
+
+}  // namespace
+
 template <class Relation>
 truth comparison<Relation>::test(execution_context& context) const {
+  // The commonest comparisons, of a number column with a number or with another column, go without views.
+  if (left_.is_int64_property()) {
+    if (const std::int64_t* right = right_.find_int64(context)) {
+      return compare_int64<Relation>(left_.read_int64(context), *right);
+    }
+    if (right_.is_int64_property()) {
+      const std::optional<std::int64_t> right = right_.read_int64(context);
+      return compare_int64<Relation>(left_.read_int64(context), right);
+    }
+  }
   value right_room;
   const value_view right = right_.hold(context, right_room);
   value left_room;

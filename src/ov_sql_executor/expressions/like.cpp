@@ -1,16 +1,12 @@
 #include "ov_sql_executor/expressions/like.hpp"
 
+#include <boost/container/small_vector.hpp>
+
 #include "ov_sql_executor/database/core_text.hpp"
 #include "ov_sql_executor/values/like_pattern.hpp"
 #include "ov_sql_executor/values/typed_view.hpp"
 
 namespace ov::sql_executor::operators {
-
-namespace {
-
-std::u16string_view units_of(const db_util::unit_buffer& units) { return {units.data(), units.size()}; }
-
-}  // namespace
 
 truth like::test(execution_context& context) const {
   value pattern_room;
@@ -21,12 +17,12 @@ truth like::test(execution_context& context) const {
   const value_view left = left_.lend(context, room);
   const auto* text = expect_or_null<text_view>(left);
   if (text == nullptr) return truth::unknown;
-  // The text first: it may lie where the core puts its next answer.
-  db_util::unit_buffer text_units;
-  db_util::unit_buffer pattern_units;
-  db_util::turbotext_to_base_ucs2(context.context_handle, *text, text_units);
-  db_util::turbotext_to_base_ucs2(context.context_handle, *pattern, pattern_units);
-  return to_truth(matches_like(units_of(text_units), units_of(pattern_units)));
+  // Of what the core lends, the text before the pattern is converted and the pattern before the text is, copies stay.
+  const boost::container::small_vector<std::uint8_t, 256> text_bytes(text->bytes.begin(), text->bytes.end());
+  const std::u16string_view lent = db_util::lend_base_ucs2(context.context_handle, *pattern);
+  const boost::container::small_vector<char16_t, 64> pattern_units(lent.begin(), lent.end());
+  const std::u16string_view text_units = db_util::lend_base_ucs2(context.context_handle, text_view{{text_bytes.data(), text_bytes.size()}});
+  return to_truth(matches_like(text_units, {pattern_units.data(), pattern_units.size()}));
 }
 
 value like_starts_with::evaluate(execution_context& context) const {

@@ -54,6 +54,17 @@ class operand {
   // The same, with the bytes that the core lends copied into memory that can serve again.
   value_view hold(execution_context& context, value& room, std::vector<std::uint8_t>& bytes) const;
 
+  // Whether the operand is a property of int64; and its value, nothing for NULL.
+  bool is_int64_property() const { return property_ != nullptr && property_->is_int64(); }
+  std::optional<std::int64_t> read_int64(const execution_context& context) const {
+    return property_->read_int64(context);
+  }
+
+  // The int64 that lies in the context for this operand; null where there is none.
+  const std::int64_t* find_int64(const execution_context& context) const {
+    return context_read_ != nullptr ? std::get_if<std::int64_t>(&context_read_->at(context)) : nullptr;
+  }
+
   // The one position of the row stack that the operand reads, if it is that simple; and whether its value is just the
   // value there.
   std::optional<std::size_t> row_position() const {

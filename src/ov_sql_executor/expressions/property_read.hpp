@@ -2,11 +2,14 @@
 #define OV_SQL_EXECUTOR_EXPRESSIONS_PROPERTY_READ_HPP_
 
 #include <cstdint>
+#include <optional>
 
 #include "ov_sql_executor/database/column_read.hpp"
+#include "ov_sql_executor/database/status.hpp"
 #include "ov_sql_executor/errors/subscript.hpp"
 #include "ov_sql_executor/expressions/lending_operator.hpp"
 #include "ov_sql_executor/values/type_code.hpp"
+#include "ovcoredb/ovcoredb.h"
 
 namespace ov::sql_executor::operators {
 
@@ -20,13 +23,21 @@ class property_read final : public lending_operator {
 
   // Throws std::bad_variant_access when the position holds no reference, db_exception when the core fails.
   value_view read(const execution_context& context, value& room) const {
-    const value& object = error_handling::element_at(context.row_stack, position());
-    if (std::holds_alternative<operator_library::NullValue>(object)) return operator_library::NullValue{};
-    const auto* reference = std::get_if<OV_OBJ_REF>(&object);
-    if (reference == nullptr) throw std::bad_variant_access();
-    constexpr std::uint64_t tag_bits = 0xFFFF;
-    const OV_OBJ_REF tagged{reference->object_number, (reference->second_word & ~tag_bits) | reference_tag_};
-    return db_util::read_column(type_, context.context_handle, tagged, column_, room);
+    const OV_OBJ_REF* object = object_in(context);
+    if (object == nullptr) return operator_library::NullValue{};
+    return db_util::read_column(type_, context.context_handle, tagged(*object), column_, room);
+  }
+
+  // For a property of int64: its value, or nothing for NULL.
+  bool is_int64() const { return type_ == type_code::int64; }
+  std::optional<std::int64_t> read_int64(const execution_context& context) const {
+    const OV_OBJ_REF* object = object_in(context);
+    std::int64_t number = 0;
+    if (object == nullptr) return std::nullopt;
+    const OV_OBJ_REF read = tagged(*object);
+    const std::uint32_t status =
+        orv_context_get_long(context.context_handle, read.object_number, read.second_word, column_, &number);
+    return db_util::check_has_value(status) ? std::optional(number) : std::nullopt;
   }
 
   std::size_t position() const { return static_cast<std::size_t>(position_); }
@@ -34,6 +45,19 @@ class property_read final : public lending_operator {
   value_view lend(execution_context& context, value& room) const override { return read(context, room); }
 
  private:
+  // Null for NULL.
+  const OV_OBJ_REF* object_in(const execution_context& context) const {
+    const value& object = error_handling::element_at(context.row_stack, position());
+    if (const auto* reference = std::get_if<OV_OBJ_REF>(&object)) return reference;
+    if (std::holds_alternative<operator_library::NullValue>(object)) return nullptr;
+    throw std::bad_variant_access();
+  }
+
+  OV_OBJ_REF tagged(const OV_OBJ_REF& object) const {
+    constexpr std::uint64_t tag_bits = 0xFFFF;
+    return {object.object_number, (object.second_word & ~tag_bits) | reference_tag_};
+  }
+
   type_code type_;
   std::uint32_t column_;
   std::uint16_t reference_tag_;

@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/values/unit_search.hpp"
 
 namespace ov::sql_executor {
 
@@ -67,7 +68,7 @@ class like_walk {
     char16_t item = pattern_[segment_];
     const bool is_literal = item != any_character && item != any_run;
     if (item == escape) item = pattern_[segment_ + 1];
-    segment_start_ = is_literal ? text_.find(item, start) : start;
+    segment_start_ = is_literal ? find_unit(text_, item, start) : start;
     text_at_ = segment_start_;
     pattern_at_ = segment_;
     return segment_start_ != nowhere;
