@@ -33,10 +33,7 @@ void read_rows(const runnable& statement, const sample& data, std::vector<value>
   so_far.sum += integers.sum;
 }
 
-runnable planned(const shape& of, std::size_t rows) {
-  ovhost::query names;
-  return std::get<0>(physical_to_exec::Plan(of.make(names, rows)));
-}
+runnable planned(ovhost::plan made) { return std::get<0>(physical_to_exec::Plan(std::move(made))); }
 
 void read_rows(sqlite3_stmt* statement, outcome& so_far) {
   while (sqlite3_step(statement) == SQLITE_ROW) {
@@ -73,11 +70,13 @@ std::vector<std::int64_t> parameters_of(const shape& of, const sample& data) {
 }  // namespace
 
 prepared prepare_ov(const shape& of, const sample& data) {
-  const auto statement = std::make_shared<runnable>(planned(of, data.rows()));
-  return [of, &data, statement, parameters = parameters_of(of, data)] {
+  const auto names = std::make_shared<ovhost::query>();
+  const auto statement = std::make_shared<runnable>(planned(of.make(*names, data.rows())));
+  const auto make_again = of.make_again ? of.make_again(*names) : std::function<ovhost::plan()>();
+  return [&data, names, statement, make_again, parameters = parameters_of(of, data)] {
     outcome result;
     for (const std::int64_t parameter : parameters) {
-      if (of.plan == planning::each_run) *statement = planned(of, data.rows());
+      if (make_again) *statement = planned(make_again());
       read_rows(*statement, data, {parameter}, result);
     }
     return result;
@@ -90,7 +89,7 @@ prepared prepare_sqlite(const shape& of, const sample& data) {
   return [of, &data, sql, statement, parameters = parameters_of(of, data)] {
     outcome result;
     for (const std::int64_t parameter : parameters) {
-      if (of.plan == planning::each_run) *statement = sqlite_statement(data.sqlite(), sql);
+      if (of.make_again) *statement = sqlite_statement(data.sqlite(), sql);
       if (of.parameters) sqlite3_bind_int64(statement->get(), 1, parameter);
       read_rows(statement->get(), result);
     }

@@ -24,19 +24,36 @@ plan make_lookup(query& q, std::size_t /*rows*/) {
   return project({t["v"], t["name"]}, scan(t, "by_id", {key::equal(parameter(0, value_kind::int64))}));
 }
 
+std::function<plan()> make_lookup_again(query& q) {
+  const table_variable t = q.over("item", "t");
+  const OV_OBJ_REF index = q.names().index(t.table(), "by_id").object;
+  return [t, index, v = t["v"], name = t["name"], range = key::equal(parameter(0, value_kind::int64))] {
+    return project({v, name}, physical_queryplan::QueryPlan::Scan{t.variable(), index, {range}, true});
+  };
+}
+
 std::uint64_t look_up(core_loop& core, std::int64_t id) {
+  static const std::uint64_t by_id = core.index("item.by_id");
+  static const std::uint32_t v = core.column("item.v");
+  static const std::uint32_t name = core.column("item.name");
   std::uint64_t sum = 0;
-  core.walk(core.index("item.by_id"), id, id, [&](object at) {
-    sum += static_cast<std::uint64_t>(core.number(at, core.column("item.v")));
-    sum += core.text(at, core.column("item.name")).size();
+  core.walk(by_id, id, id, [&](object at) {
+    sum += static_cast<std::uint64_t>(core.number(at, v)) + core.text(at, name).size();
     return true;
   });
   return sum;
 }
 
-shape lookup(std::string name, planning plan) {
-  return {std::move(name), make_lookup, "SELECT v, name FROM item WHERE id = ?", look_up,
-          random_ids,      plan,        [](std::size_t) { return lookups; }};
+shape lookup(std::string name) {
+  shape made{std::move(name), make_lookup, "SELECT v, name FROM item WHERE id = ?", look_up, random_ids};
+  made.steps = [](std::size_t) { return lookups; };
+  return made;
+}
+
+shape planned_lookup() {
+  shape made = lookup("lookup_with_planning");
+  made.make_again = make_lookup_again;
+  return made;
 }
 
 shape range() {
@@ -120,8 +137,8 @@ shape equality_full_join() {
 
 std::vector<shape> lookup_and_join_shapes() {
   return {range(),
-          lookup("lookup", planning::once),
-          lookup("lookup_with_planning", planning::each_run),
+          lookup("lookup"),
+          planned_lookup(),
           index_join("join_inner", join, "JOIN"),
           index_join("join_left", left_join, "LEFT JOIN"),
           equality_full_join()};

@@ -15,8 +15,6 @@
 
 namespace bench {
 
-enum class planning { once, each_run };
-
 using floor_loop = std::function<std::uint64_t(core_loop&, std::int64_t parameter)>;
 
 // A floor that reads some columns of every item: the numbers' sum and the texts' units.
@@ -32,7 +30,10 @@ struct shape {
 
   // Parameter 0 of each run; none: one run without a parameter.
   std::function<std::vector<std::int64_t>(std::size_t rows)> parameters = {};
-  planning plan = planning::once;
+
+  // For a shape that plans before each run: makes the plan again from names that were looked up before, so that what is
+  // measured is planning and not the host's search for names. SQLite prepares its statement each time.
+  std::function<std::function<ovhost::plan()>(ovhost::query&)> make_again = {};
 
   // What the time is divided by: input rows, or lookups.
   std::function<std::size_t(std::size_t rows)> steps = [](std::size_t rows) { return rows; };
