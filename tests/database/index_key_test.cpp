@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <sstream>
-#include <string>
-#include <vector>
+#include <numeric>
 
 #include "outcome.hpp"
 
@@ -20,23 +18,20 @@ using db_util::key_object;
 using db_util::key_text;
 using db_util::lowest_marker;
 
-std::vector<std::uint8_t> payload(std::size_t size) {
-  std::vector<std::uint8_t> bytes;
-  for (std::size_t n = 0; n < size; ++n) bytes.push_back(static_cast<std::uint8_t>(n));
+byte_list payload(std::size_t size) {
+  byte_list bytes(size);
+  std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
   return bytes;
 }
 
 // "3F p31 09 p9 80" with bytes from 0 on: a hexadecimal byte each, or the next so many of the payload.
-std::vector<std::uint8_t> bytes_of(const std::string& words) {
-  std::vector<std::uint8_t> bytes;
+byte_list bytes_of(const std::string& words) {
+  byte_list bytes;
   std::uint8_t next = 0;
-  std::istringstream in(words);
-  for (std::string word; in >> word;) {
-    if (word[0] != 'p') {
-      bytes.push_back(static_cast<std::uint8_t>(std::stoul(word, nullptr, 16)));
-      continue;
-    }
-    for (std::size_t left = std::stoul(word.substr(1)); left != 0; --left) bytes.push_back(next++);
+  for (const std::string& word : split(words)) {
+    const bool is_payload = word[0] == 'p';
+    if (!is_payload) bytes.push_back(static_cast<std::uint8_t>(std::stoul(word, nullptr, 16)));
+    for (std::size_t left = is_payload ? std::stoul(word.substr(1)) : 0; left != 0; --left) bytes.push_back(next++);
   }
   return bytes;
 }
@@ -51,7 +46,7 @@ Key key_of(const std::vector<key_bound>& bounds) {
 
 // Both kinds of key, with the end mark.
 void expect_key(const std::vector<key_bound>& bounds, const std::string& words) {
-  const std::vector<std::uint8_t> expected = bytes_of(words);
+  const byte_list expected = bytes_of(words);
   const auto growing = key_of<growing_key>(bounds);
   EXPECT_EQ(std::vector(growing.bytes().begin(), growing.bytes().end()), expected) << words;
   const auto fixed = key_of<fixed_key>(bounds);
@@ -83,36 +78,22 @@ TEST(IndexKey, writes_numbers_big_endian_and_the_end_up_to_eight_bytes) {
 }
 
 TEST(IndexKey, writes_texts_and_binaries_in_chunks) {
-  const std::vector<std::uint8_t> bytes = payload(63);
-  const auto text = [&](std::size_t size) { return key_text{std::span(bytes).first(size)}; };
-  const auto binary = [&](std::size_t size) { return key_binary{std::span(bytes).first(size)}; };
-  const struct {
-    key_bound bound;
-    const char* component;
-  } cases[] = {
-      {text(0), "20 80"},
-      {text(1), "21 p1 80"},
-      {text(30), "3E p30 80"},
-      {text(31), "3F p31 80"},
-      {text(32), "3F p31 1 p1 80"},
-      {text(40), "3F p31 9 p9 80"},
-      {text(62), "3F p31 1F p31 80"},
-      {text(63), "3F p31 1F p31 1 p1 80"},
-      {binary(0), "21 0 80"},
-      {binary(1), "22 0 p1 80"},
-      {binary(30), "3F 0 p30 80"},
-      {binary(31), "3F 0 p30 1 p1 80"},
-      {binary(61), "3F 0 p30 1F p31 80"},
-      {binary(62), "3F 0 p30 1F p31 1 p1 80"},
-      {key_binary{{}, true}, "21 1 80"},
+  const byte_list bytes = payload(63);
+  const char* const texts[] = {"20 80",          "21 p1 80",       "3E p30 80",        "3F p31 80",
+                               "3F p31 1 p1 80", "3F p31 9 p9 80", "3F p31 1F p31 80", "3F p31 1F p31 1 p1 80"};
+  const char* const binaries[] = {"21 0 80",          "22 0 p1 80",         "3F 0 p30 80",
+                                  "3F 0 p30 1 p1 80", "3F 0 p30 1F p31 80", "3F 0 p30 1F p31 1 p1 80"};
+  // The words tell how much of the payload there is.
+  const auto expect_component = [&bytes](auto kind, const std::string& words) {
+    std::size_t size = 0;
+    for (const std::string& word : split(words)) size += word[0] == 'p' ? std::stoul(word.substr(1)) : 0;
+    std::string whole = words + " C0";
+    for (std::size_t written = bytes_of(whole).size(); written % 8 != 0; ++written) whole += " 0";
+    expect_key({kind(std::span(bytes).first(size))}, whole);
   };
-  for (const auto& each : cases) {
-    std::string words = each.component;
-    const std::size_t size = bytes_of(words).size();
-    words += " C0";
-    for (std::size_t written = size + 1; written % 8 != 0; ++written) words += " 0";
-    expect_key({each.bound}, words);
-  }
+  for (const char* words : texts) expect_component([](auto part) { return key_text{part}; }, words);
+  for (const char* words : binaries) expect_component([](auto part) { return key_binary{part}; }, words);
+  expect_component([](auto) { return key_binary{{}, true}; }, "21 1 80");
 }
 
 TEST(IndexKey, a_fixed_key_takes_1024_bytes_and_not_one_more) {
@@ -121,14 +102,14 @@ TEST(IndexKey, a_fixed_key_takes_1024_bytes_and_not_one_more) {
     more.insert(more.begin(), numbers.begin(), numbers.end());
     return outcome([&] { return u(key_of<fixed_key>(more).data() == nullptr ? 1 : 0); });
   };
-  const std::vector<std::uint8_t> bytes = payload(4);
+  const byte_list bytes = payload(4);
   EXPECT_EQ(with({}), "u0");
   EXPECT_EQ(with({lowest_marker{}}), "u0");
   EXPECT_EQ(with({key_text{std::span(bytes).first(4)}}), "u0") << "one byte is left for the end";
   EXPECT_EQ(with(std::vector<key_bound>(7, lowest_marker{})), "4197") << "none is left for the end";
   EXPECT_EQ(with(std::vector<key_bound>(8, lowest_marker{})), "4197");
   EXPECT_EQ(with({std::uint64_t{1}}), "4197");
-  const std::vector<std::uint8_t> long_text = payload(1000);
+  const byte_list long_text = payload(1000);
   EXPECT_EQ(outcome([&] { return u(key_of<fixed_key>({key_text{long_text}}).data()[0]); }), "4197");
   EXPECT_EQ(key_of<growing_key>({key_text{long_text}}).bytes().size(), 1040U);
 }

@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -27,12 +28,7 @@ TEST(Utf8, is_not_made_of_half_a_surrogate_pair) {
        {std::wstring{0xD800}, std::wstring{L'a', 0xDBFF}, std::wstring{0xD800, L'a'}, std::wstring{0xD800, 0xD800},
         std::wstring{0xDC00}, std::wstring{0xDFFF, 0xD800}, std::wstring{static_cast<wchar_t>(0x10000)},
         std::wstring{static_cast<wchar_t>(-1)}}) {
-    try {
-      ucs2_to_utf8(units);
-      ADD_FAILURE() << "accepted";
-    } catch (const std::range_error& error) {
-      EXPECT_STREQ(error.what(), "bad conversion");
-    }
+    EXPECT_THAT([&] { ucs2_to_utf8(units); }, testing::ThrowsMessage<std::range_error>("bad conversion"));
   }
 }
 
