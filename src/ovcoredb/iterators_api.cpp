@@ -81,7 +81,7 @@ bool look_further(iterator_state& iterator) {
 }
 
 [[gnu::noinline]] std::uint32_t step_to_other_run(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
-  iterator.run = iterator.owner->database->objects.run_of(iterator.entries[iterator.at].number());
+  iterator.run = iterator.owner->database->objects.quick_run_of(iterator.entries[iterator.at].number());
   return orv_iterator_next(iterator.handle, &reference);
 }
 

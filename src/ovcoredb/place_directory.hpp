@@ -41,12 +41,17 @@ class place_directory {
     packed_place place{};  // of the first
   };
 
-  // A run that the position belongs to: not always the longest, but the longer the further back it is in it.
+  // A run that the position belongs to, found at once: not always the longest.
+  run quick_run_of(std::size_t position) const {
+    const block& in = blocks_[position / block_size];
+    if (in.each != nullptr) return {position, 1, in.each[position % block_size]};
+    return run_in(position, in);
+  }
+
+  // The same, longer in blocks that list each of their objects: worth the search where the run is kept.
   run run_of(std::size_t position) const {
     const block& in = blocks_[position / block_size];
-    if (in.each != nullptr) return listed_run_of(position, in);
-    const std::size_t start = in.run_start;
-    return {start, std::min(size_, (position / block_size + 1) * block_size) - start, (*this)[start]};
+    return in.each != nullptr ? listed_run_of(position, in) : run_in(position, in);
   }
 
   void push_back(packed_place place) {
@@ -68,16 +73,22 @@ class place_directory {
   static constexpr std::size_t block_size = 256;
   struct block;
 
+  // In a block whose objects follow from its first: the longer the further back it is.
+  run run_in(std::size_t position, const block& in) const {
+    const std::size_t start = in.run_start;
+    return {start, std::min(size_, (position / block_size + 1) * block_size) - start, (*this)[start]};
+  }
+
   // The whole run as far as it lies in the block.
   run listed_run_of(std::size_t position, const block& in) const {
+    const packed_place* const each = in.each.get();
     const std::size_t block_start = position - position % block_size;
-    const std::size_t block_end = std::min(size_, block_start + block_size);
-    const packed_place* const each = in.each.get() - block_start;
-    std::size_t start = position;
-    while (start > block_start && each[start] == each[start - 1].behind(1)) --start;
-    std::size_t end = position + 1;
-    while (end < block_end && each[end] == each[end - 1].behind(1)) ++end;
-    return {start, end - start, each[start]};
+    const std::size_t listed = std::min(size_ - block_start, block_size);
+    std::size_t start = position % block_size;
+    std::size_t end = start + 1;
+    while (start > 0 && each[start] == each[start - 1].behind(1)) --start;
+    while (end < listed && each[end] == each[end - 1].behind(1)) ++end;
+    return {block_start + start, end - start, each[start]};
   }
 
   struct block {

@@ -144,22 +144,22 @@ std::strong_ordering order_bounds(const key_bound& left, const key_bound& right)
                     left);
 }
 
-void growing_key::append(const key_bound& bound) {
-  const std::size_t size = bytes_.size();
-  bytes_.resize(size + component_size(bound), boost::container::default_init);
-  write_component(bytes_.data() + size, bound);
+std::uint8_t* growing_key::extend(std::size_t count) {
+  const std::size_t before = size_;
+  size_ += count;
+  if (size_ <= short_.size()) return short_.data() + before;
+  if (long_.empty()) long_.assign(short_.begin(), short_.begin() + static_cast<std::ptrdiff_t>(before));
+  long_.resize(size_);
+  return long_.data() + before;
 }
 
-void growing_key::append_number(std::uint64_t number) {
-  const std::size_t size = bytes_.size();
-  bytes_.resize(size + number_size, boost::container::default_init);
-  write_number(bytes_.data() + size, number);
-}
+void growing_key::append(const key_bound& bound) { write_component(extend(component_size(bound)), bound); }
+
+void growing_key::append_number(std::uint64_t number) { write_number(extend(number_size), number); }
 
 void growing_key::terminate() {
-  const std::size_t size = bytes_.size();
-  bytes_.resize(size + end_size(size), boost::container::default_init);
-  write_end(bytes_.data() + size, end_size(size));
+  const std::size_t count = end_size(size_);
+  write_end(extend(count), count);
 }
 
 std::uint8_t* fixed_key::reserve(std::size_t count) {

@@ -15,11 +15,11 @@
 #define OV_SQL_EXECUTOR_DATABASE_INDEX_KEY_HPP_
 
 #include <array>
-#include <boost/container/small_vector.hpp>
 #include <compare>
 #include <cstdint>
 #include <span>
 #include <variant>
+#include <vector>
 
 #include "ov_sql_executor/values/decimal.hpp"
 
@@ -61,11 +61,15 @@ class growing_key {
   void append(const key_bound& bound);
   void append_number(std::uint64_t number);  // that stands in a component: see key_number
   void terminate();
-  const std::uint8_t* data() const { return bytes_.data(); }
-  std::span<const std::uint8_t> bytes() const { return {bytes_.data(), bytes_.size()}; }
+  const std::uint8_t* data() const { return long_.empty() ? short_.data() : long_.data(); }
+  std::span<const std::uint8_t> bytes() const { return {data(), size_}; }
 
  private:
-  boost::container::small_vector<std::uint8_t, 64> bytes_;
+  std::uint8_t* extend(std::size_t count);
+
+  std::array<std::uint8_t, 64> short_;
+  std::vector<std::uint8_t> long_;  // the whole key, once it is too long for short_
+  std::size_t size_ = 0;
 };
 
 // A key in a buffer of its own. Throws db_exception key_too_long when a component does not fit.
