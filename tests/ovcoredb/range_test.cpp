@@ -61,7 +61,7 @@ class random_ranges {
     const std::size_t removals = pick(3);
     for (std::size_t i = 0; i <= removals; ++i) {
       if (i != 0) remove_after(pick(database_.object_count() + 1));
-      while (database_.object_count() < count) pick(9) == 0 ? insert_other(other) : insert(pick(3) == 0);
+      while (database_.object_count() < count) insert_one(other);
     }
     if (!index_first) create_index();
   }
@@ -92,48 +92,36 @@ class random_ranges {
 
   model_value random_value(std::uint32_t column) {
     static constexpr std::int64_t edges[] = {0, 1, 2, 9999, 10000, 999999, 1000000, 2500000, 4398046511103999999};
-    const std::int64_t edge = edges[pick(std::size(edges))];
+    const wide edge = edges[pick(std::size(edges))];
     const bool negative = pick(2) == 0;
+    const column_type type = type_of(column);
     if (column == set_specifier_column) return {false, 0, pick(2) == 0 ? u"/A/" : u"/A/B/"};
-    switch (type_of(column)) {
-      case column_type::uint64:
-        return {false, column == number_column ? static_cast<wide>(pick(130))
-                       : negative              ? static_cast<wide>(~std::uint64_t{0}) - edge
-                                               : edge};
-      case column_type::int64:
-        return {false, negative ? static_cast<wide>(INT64_MIN) + edge : static_cast<wide>(edge)};
-      case column_type::decimal:
-        return {false, negative ? -edge : edge};
-      case column_type::boolean:
-        return {false, static_cast<wide>(pick(2))};
-      case column_type::binary:
-        return {false, 0, random_text(0x00, 0xFF)};
-      case column_type::reference:
-        return {false, static_cast<wide>(pick(4))};
-      default:
-        return {false, 0, random_text(pick(2) == 0 ? u'\u0001' : u'a', pick(2) == 0 ? u'b' : u'\xD800')};
+    if (column == number_column) return {false, static_cast<wide>(pick(130))};
+    if (type == column_type::binary) return {false, 0, random_text(0x00, 0xFF)};
+    if (type == column_type::text) {
+      return {false, 0, random_text(pick(2) == 0 ? u'\u0001' : u'a', pick(2) == 0 ? u'b' : u'\xD800')};
     }
+    if (type == column_type::uint64) return {false, negative ? static_cast<wide>(UINT64_MAX) - edge : edge};
+    if (type == column_type::int64) return {false, negative ? static_cast<wide>(INT64_MIN) + edge : edge};
+    if (type == column_type::decimal) return {false, negative ? -edge : edge};
+    return {false, static_cast<wide>(pick(type == column_type::boolean ? 2 : 4))};
   }
 
   cell cell_of(std::uint32_t column, const model_value& value, std::vector<std::uint8_t>& bytes) {
+    const auto number = static_cast<std::uint64_t>(value.number);
+    const auto integer = static_cast<std::int64_t>(value.number);
+    const column_type type = type_of(column);
     if (value.null) return {};
-    switch (type_of(column)) {
-      case column_type::uint64:
-        return static_cast<std::uint64_t>(value.number);
-      case column_type::int64:
-        return static_cast<std::int64_t>(value.number);
-      case column_type::decimal:
-        return ovcoredb::decimal{static_cast<std::int64_t>(value.number)};
-      case column_type::boolean:
-        return value.number != 0;
-      case column_type::text:
-        return std::u16string_view(value.text);
-      case column_type::binary:
-        bytes.assign(value.text.begin(), value.text.end());
-        return std::span<const std::uint8_t>(bytes);
-      default:
-        return OV_OBJ_REF{static_cast<std::uint64_t>(value.number), pick(3)};  // the second word takes no part
+    if (type == column_type::text) return std::u16string_view(value.text);
+    if (type == column_type::binary) {
+      bytes.assign(value.text.begin(), value.text.end());
+      return std::span<const std::uint8_t>(bytes);
     }
+    if (type == column_type::uint64) return number;
+    if (type == column_type::int64) return integer;
+    if (type == column_type::decimal) return ovcoredb::decimal{integer};
+    if (type == column_type::boolean) return number != 0;
+    return OV_OBJ_REF{number, pick(3)};  // the second word takes no part
   }
 
   void insert(bool derived) {
@@ -151,7 +139,13 @@ class random_ranges {
     objects_.push_back(std::move(object));
   }
 
-  void insert_other(std::uint16_t table) { database_.insert(table, {}); }
+  void insert_one(std::uint16_t other) {
+    if (pick(9) == 0) {
+      database_.insert(other, {});
+    } else {
+      insert(pick(3) == 0);
+    }
+  }
 
   void remove_after(std::uint64_t count) {
     database_.remove_after(count);

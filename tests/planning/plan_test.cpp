@@ -30,6 +30,14 @@ class Planning : public HostTest {
   plan only(expression item) { return project({std::move(item)}, all(t)); }
   plan where(expression predicate) { return project({t}, ovhost::filter(std::move(predicate), all(t))); }
 
+  // Several plans that end alike.
+  template <class... Plans>
+  static void expect_planned(const char* result, Plans... plans) {
+    for (int number = 1; const std::string& each : {planned(std::move(plans))...}) {
+      EXPECT_EQ(each, result) << "plan " << number++;
+    }
+  }
+
   ovhost::query names;
   table_variable t = names.over("Town", "t");
   table_variable s = names.over("Town", "s");
@@ -48,10 +56,8 @@ expression operation_of(std::vector<expression> operands) {
 }
 
 TEST_F(Planning, the_root_is_a_projection_and_errors_below_it_come_first) {
-  EXPECT_EQ(planned(all(t)), no_plan);
-  EXPECT_EQ(planned(ovhost::filter(lit(true), only(t))), no_plan);
-  EXPECT_EQ(planned(ovhost::join(only(t), all(s))), no_plan);
-  EXPECT_EQ(planned(ovhost::unite(only(t), only(t))), no_plan);
+  expect_planned(no_plan, all(t), ovhost::filter(lit(true), only(t)), ovhost::join(only(t), all(s)),
+                 ovhost::unite(only(t), only(t)));
   EXPECT_EQ(planned(ovhost::filter(lit(true), only(lit(1)))), no_column);
   EXPECT_EQ(planned(project({t}, ovhost::unite(all(t), all(s)))), no_plan) << "other variables, other columns";
   EXPECT_EQ(planned(project({t}, ovhost::unite(all(t), only(t)))), "ok");
@@ -73,11 +79,8 @@ TEST_F(Planning, a_projection_that_repeats_its_input_is_its_input) {
 }
 
 TEST_F(Planning, only_columns_can_be_projected) {
-  EXPECT_EQ(planned(only(lit(1))), no_column);
-  EXPECT_EQ(planned(only(ovhost::parameter(0, ovhost::value_kind::int64))), no_column);
-  EXPECT_EQ(planned(only(ovhost::eq(t["size"], lit(1)))), no_column);
-  EXPECT_EQ(planned(only(ovhost::oid(t))), no_column);
-  EXPECT_EQ(planned(project({t, t["name"], lit(1)}, all(t))), no_column);
+  expect_planned(no_column, only(lit(1)), only(ovhost::parameter(0, ovhost::value_kind::int64)),
+                 only(ovhost::eq(t["size"], lit(1))), only(ovhost::oid(t)), project({t, t["name"], lit(1)}, all(t)));
 }
 
 TEST_F(Planning, every_literal_has_its_slot_but_for_references) {
@@ -104,8 +107,7 @@ TEST_F(Planning, positions_end_at_32767) {
     return where(ovhost::eq(t["size"], ovhost::parameter(number, ovhost::value_kind::uint64)));
   };
   EXPECT_EQ(planned(with_parameter(32767)), "ok");
-  EXPECT_EQ(planned(with_parameter(32768)), overflow);
-  EXPECT_EQ(planned(with_parameter(~std::uint64_t{0})), overflow);
+  expect_planned(overflow, with_parameter(32768), with_parameter(~std::uint64_t{0}));
   // A row of as many columns, of which the last is read.
   const auto with_columns = [this](std::size_t count) {
     std::vector<expression> many(count, t["size"]);
@@ -119,17 +121,14 @@ TEST_F(Planning, positions_end_at_32767) {
 }
 
 TEST_F(Planning, missing_operands_are_reported) {
-  EXPECT_EQ(planned(where(operation_of<Equality>({}))), bad_subscript);
-  EXPECT_EQ(planned(where(operation_of<Less>({lit(1)}))), bad_subscript);
-  EXPECT_EQ(planned(where(operation_of<ObjectNumber>({}))), bad_subscript);
-  EXPECT_EQ(planned(where(operation_of<AtLeast>({lit(1), operation_of<AtMost>({lit(2)})}))), bad_subscript);
+  expect_planned(bad_subscript, where(operation_of<Equality>({})), where(operation_of<Less>({lit(1)})),
+                 where(operation_of<ObjectNumber>({})),
+                 where(operation_of<AtLeast>({lit(1), operation_of<AtMost>({lit(2)})})));
 }
 
 TEST_F(Planning, columns_are_looked_for_where_they_are_in_scope) {
   const ovhost::computation c = names.define("c", lit(1));
-  EXPECT_EQ(planned(only(s)), no_scope);
-  EXPECT_EQ(planned(only(s["name"])), no_scope);
-  EXPECT_EQ(planned(only(c)), no_scope);
+  expect_planned(no_scope, only(s), only(s["name"]), only(c));
   const auto inner = [this] { return ovhost::scan(s, "by_size", {ovhost::key::equal(t["size"])}); };
   EXPECT_EQ(planned(project({s}, ovhost::join(all(t), inner()))), "ok") << "the inner side sees the outer row";
   EXPECT_EQ(planned(project({s}, ovhost::left_join(all(t), inner()))), "ok");
@@ -172,13 +171,11 @@ TEST_F(Planning, valueless_variants_are_refused_wherever_they_stand) {
   plan nothing = all(t);
   make_valueless<Scan>(nothing);
   const ovhost::computation c = names.define("c", lit(1));
-  EXPECT_EQ(planned(only(no_expression)), bad_variant);
-  EXPECT_EQ(planned(where(ovhost::eq(lit(1), no_expression))), bad_variant);
-  EXPECT_EQ(planned(where(expression(no_literal))), bad_variant);
-  EXPECT_EQ(planned(project({t}, ovhost::scan(t, "by_size", {ovhost::key::equal(no_expression)}))), bad_variant);
-  EXPECT_EQ(planned(project({c}, ovhost::generate({lit(1), no_name}))), bad_variant);
-  EXPECT_EQ(planned(project({c}, ovhost::extend({{lit(1), no_name}, c}, all(t)))), bad_variant);
-  EXPECT_EQ(planned(project({}, std::move(nothing))), bad_variant);
+  expect_planned(bad_variant, only(no_expression), where(ovhost::eq(lit(1), no_expression)),
+                 where(expression(no_literal)),
+                 project({t}, ovhost::scan(t, "by_size", {ovhost::key::equal(no_expression)})),
+                 project({c}, ovhost::generate({lit(1), no_name})),
+                 project({c}, ovhost::extend({{lit(1), no_name}, c}, all(t))), project({}, std::move(nothing)));
 }
 
 TEST_F(Planning, the_plan_is_gone_when_the_call_returns) {
