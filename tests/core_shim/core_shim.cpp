@@ -19,7 +19,7 @@ namespace core_shim {
 
 namespace {
 
-constexpr std::string_view free_name = "orv_iterator_free";
+constexpr const char* free_name = "orv_iterator_free";
 
 struct planned_failure {
   std::string name;  // empty: any call but a free
@@ -41,17 +41,10 @@ records now;
 std::set<std::uint64_t> open;
 std::uint64_t frees_of_nothing = 0;
 
-void count(std::string_view name) {
-  const auto found = now.calls.find(name);
-  if (found != now.calls.end()) {
-    ++found->second;
-  } else {
-    now.calls.emplace(name, 1);
-  }
-}
+void count(const std::string& name) { ++now.calls[name]; }
 
 // Counts a call; the status that it is to fail with, or 0.
-std::uint32_t begin(std::string_view name) {
+std::uint32_t begin(const std::string& name) {
   count(name);
   if (!now.failure || !now.failure->concerns(name)) return 0;
   planned_failure& failure = *now.failure;

@@ -11,16 +11,6 @@ namespace {
 
 using testing::HasSubstr;
 
-template <class Error, class Function>
-std::string message_of(Function&& function) {
-  try {
-    function();
-  } catch (const Error& error) {
-    return error.what();
-  }
-  return "nothing was thrown";
-}
-
 TEST(CsvLoader, RefusesAFileThatDoesNotFitAndLoadsNothingOfIt) {
   const struct {
     std::string text;

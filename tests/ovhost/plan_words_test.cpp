@@ -12,32 +12,51 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
+// Every operation, with the type of its result.
 TEST(PlanWords, SayEveryOperation) {
+  using kind = value_kind;
   const staff_database staff;
   query q;
   const table_variable e = q.over("Staff.Employee", "e");
+  const expression name = e["name"];
+  const expression born = e["born"];
+  const expression active = e["active"];
   const struct {
     expression said;
+    value_kind type;
     const char* words;
   } cases[] = {
-      {eq(e["name"], text(u"Ada")), "e.name = 'Ada'"},
-      {negated(both(ne(e["born"], lit(1)), is_null(e["boss"]))), "not ((e.born <> 1) and (e.boss is null))"},
-      {either(is_not_null(e["boss"]), le(e["born"], lit(-1))), "(e.boss is not null) or (e.born <= -1)"},
-      {exclusive(lt(e["born"], lit(1)), e["active"]), "(e.born < 1) xor e.active"},
-      {div(add(e["born"], neg(lit(2.5))), decimal("1.5")), "(e.born + (-2.5)) / 1.5"},
-      {sub(mul(e["born"], lit(2)), lit(1U)), "(e.born * 2) - 1"},
-      {both(gt(e["born"], lit(1)), ge(e["born"], null())), "(e.born > 1) and (e.born >= NULL)"},
-      {like(e["name"], text(u"A%")), "e.name like 'A%'"},
-      {starts_with(e["name"], like_prefix(text(u"A%"))), "e.name begins with prefix of pattern('A%')"},
-      {concat({e["name"], text(u"!")}), "concat(e.name, '!')"},
-      {when(e["active"], e["name"], null()), "case when e.active then e.name else NULL end"},
-      {is_a(e, "Staff.Person"), "e is a type('Staff.Person')"},
-      {oid(e.follow("boss")), "object number(e.boss)"},
-      {to(value_kind::float64, parameter(2, value_kind::text)), "double(parameter 2)"},
-      {e.follow("boss").follow("boss")["salary"], "e.boss.boss.salary"},
+      {eq(name, text(u"Ada")), kind::boolean, "e.name = 'Ada'"},
+      {negated(both(ne(born, lit(1)), is_null(e["boss"]))), kind::boolean, "not ((e.born <> 1) and (e.boss is null))"},
+      {either(is_not_null(e["boss"]), le(born, lit(-1))), kind::boolean, "(e.boss is not null) or (e.born <= -1)"},
+      {exclusive(lt(born, lit(1)), active), kind::boolean, "(e.born < 1) xor e.active"},
+      {div(add(born, neg(lit(2.5F))), lit(1.5)), kind::float64, "(e.born + (-2.5)) / 1.5"},
+      {sub(mul(born, lit(2)), decimal("1.5")), kind::decimal, "(e.born * 2) - 1.5"},
+      {neg(lit(1U)), kind::int64, "-1"},
+      {mul(lit(1U), lit(1U)), kind::int64, "1 * 1"},
+      {both(gt(born, lit(1)), ge(born, null())), kind::boolean, "(e.born > 1) and (e.born >= NULL)"},
+      {like(name, text(u"A%")), kind::boolean, "e.name like 'A%'"},
+      {starts_with(name, like_prefix(text(u"A%"))), kind::boolean, "e.name begins with prefix of pattern('A%')"},
+      {like_prefix(name), kind::text, "prefix of pattern(e.name)"},
+      {concat({name, text(u"!")}), kind::text, "concat(e.name, '!')"},
+      {when(active, null(), born), kind::int64, "case when e.active then NULL else e.born end"},
+      {is_a(e, "Staff.Person"), kind::boolean, "e is a type('Staff.Person')"},
+      {oid(e.follow("boss")), kind::uint64, "object number(e.boss)"},
+      {to(kind::float64, parameter(2, kind::text)), kind::float64, "double(parameter 2)"},
+      {parameter(3, kind::binary), kind::binary, "parameter 3"},
+      {e.follow("boss").follow("boss")["salary"], kind::decimal, "e.boss.boss.salary"},
   };
   const expression_words words(q.names(), q.columns());
-  for (const auto& each : cases) EXPECT_EQ(words(each.said), each.words);
+  for (const auto& each : cases) {
+    EXPECT_EQ(words(each.said), each.words);
+    EXPECT_EQ(kind_of(each.said), each.type) << each.words;
+  }
+  for (const value_kind target : {kind::boolean, kind::uint64, kind::int64, kind::decimal, kind::float32, kind::float64,
+                                  kind::text, kind::set_specifier}) {
+    EXPECT_EQ(kind_of(to(target, name)), target);
+  }
+  EXPECT_THROW(to(kind::reference, name), std::invalid_argument);
+  EXPECT_THROW(decimal("1.0000001"), std::invalid_argument);
 }
 
 // Every alternative of a plan, in a tree that need not make sense.

@@ -43,6 +43,17 @@ struct staff_database {
   }
 };
 
+// The message of the error of this type that an action throws; others pass.
+template <class Error, class Action>
+std::string message_of(Action action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.what();
+  }
+  return "nothing was thrown";
+}
+
 // Ada has no boss; Dan's salary is NULL.
 inline constexpr const char* five_employees =
     "name,born,salary,boss,active,badge,height\n"

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <sstream>
 
 #include "ovhost/decimal_text.hpp"
@@ -16,35 +15,34 @@ using namespace operator_library;
 using ov::sql_executor::value;
 
 TEST(ValueWords, ShowEveryKindOfValue) {
+  // As cell and as literal, which is the cell unless it is given.
   const struct {
     value shown;
-    const char* cell;
-    const char* literal;
-  } cases[] = {
-      {true, "true", "true"},
-      {encode(u"Zürich"), "Zürich", "'Zürich'"},
-      {encode(u"it's"), "it's", "'it''s'"},
-      {encode(u""), "''", "''"},
-      {encode(u"NULL"), "'NULL'", "'NULL'"},
-      {encode(u" x"), "' x'", "' x'"},
-      {encode(u"a\nb\x01"), "a\\nb\\x01", "'a\\nb\\x01'"},
-      {std::numeric_limits<std::uint64_t>::max(), "18446744073709551615", "18446744073709551615"},
-      {std::numeric_limits<std::int64_t>::min(), "-9223372036854775808", "-9223372036854775808"},
-      {Decimal{-1'500'000}, "-1.5", "-1.5"},
-      {Decimal{1}, "0.000001", "0.000001"},
-      {Decimal{Decimal::max_raw}, "4398046511103.999999", "4398046511103.999999"},
-      {Decimal{std::numeric_limits<std::int64_t>::min()}, "-9223372036854.775808", "-9223372036854.775808"},
-      {0.1, "0.1", "0.1"},
-      {1e300, "1e+300", "1e+300"},
-      {0.1F, "0.1", "0.1"},
-      {Binary{{0x00, 0xAB}}, "0x00ab", "0x00ab"},
-      {OV_OBJ_REF{7, 0}, "city #7", "city #7"},
-      {SetSpecifier{u"/a/"}, "/a/", "/a/"},
-      {NullValue{}, "NULL", "NULL"},
-  };
-  for (const auto& each : cases) {
-    EXPECT_EQ(cell_words(each.shown, "city"), each.cell);
-    EXPECT_EQ(literal_words(each.shown, "city"), each.literal);
+    std::string cell;
+    std::string literal{};
+  } cases[] = {{true, "true"},
+               {encode(u"Zürich"), "Zürich", "'Zürich'"},
+               {encode(u"it's"), "it's", "'it''s'"},
+               {encode(u""), "''"},
+               {encode(u"NULL"), "'NULL'"},
+               {encode(u" x"), "' x'"},
+               {encode(u"a\nb\x01"), "a\\nb\\x01", "'a\\nb\\x01'"},
+               {~std::uint64_t{0}, "18446744073709551615"},
+               {std::int64_t{INT64_MIN}, "-9223372036854775808"},
+               {Decimal{-1'500'000}, "-1.5"},
+               {Decimal{1}, "0.000001"},
+               {Decimal{Decimal::max_raw}, "4398046511103.999999"},
+               {Decimal{INT64_MIN}, "-9223372036854.775808"},
+               {0.1, "0.1"},
+               {1e300, "1e+300"},
+               {0.1F, "0.1"},
+               {Binary{{0x00, 0xAB}}, "0x00ab"},
+               {OV_OBJ_REF{7, 0}, "city #7"},
+               {SetSpecifier{u"/a/"}, "/a/"},
+               {NullValue{}, "NULL"}};
+  for (const auto& [shown, cell, literal] : cases) {
+    EXPECT_EQ(cell_words(shown, "city"), cell);
+    EXPECT_EQ(literal_words(shown, "city"), literal.empty() ? cell : literal);
   }
 }
 
@@ -75,6 +73,16 @@ TEST(TablePrinter, AlignsByCharactersAndCountsWhatItDoesNotShow) {
             "Zürich      5  place #9\n"
             "''       1234  place #9\n"
             "3 rows, 1 of them not shown\n");
+}
+
+TEST(Text, SurvivesTheWayToTheEncodedFormAndBack) {
+  for (const std::u16string each : {u"", u"Zürich", u"東京 \U0001F600", u"a\xD800z"}) {
+    EXPECT_EQ(decode(encode(each)), each);
+  }
+  EXPECT_EQ(utf8(u"a\xD800z"), "a\uFFFDz");
+  EXPECT_EQ(base_form(u"ÄStraße"), u"ästrasse");
+  EXPECT_THROW(encode(std::u16string_view(u"a\0b", 3)), std::invalid_argument);
+  EXPECT_THROW(utf16("\xC3"), std::invalid_argument);
 }
 
 }  // namespace

@@ -74,9 +74,10 @@ TEST(LibraryBoundary, ExecutionErrorsAreCaughtByTheirTypes) {
 
 TEST(LibraryBoundary, HelpersLinkFromOutside) {
   const db_util::OvObjRef from_core(ORV_REFERENCE_VALUE{9, 0xFFFF'0000'0000'0001, 2});
-  EXPECT_EQ(from_core.reference().second_word, 0x10002U);
+  EXPECT_EQ(from_core.reference().second_word, 0x10002U) << "the top 16 bits are lost";
   db_util::OvObjRef other(OV_OBJ_REF{9, 5});
-  EXPECT_TRUE(from_core.equals(other));
+  EXPECT_TRUE(from_core.equals(other)) << "references are identified by number";
+  EXPECT_FALSE(from_core.equals(OV_OBJ_REF{6, 0x10002}));
   other = db_util::OvObjRef();
   EXPECT_FALSE(other.is_valid());
 

@@ -12,5 +12,4 @@ rm -rf "$work"
 "$cmake" -S "$consumer" -B "$work" -G "$generator" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_PREFIX_PATH="$prefix"
 "$cmake" --build "$work"
 [ "$("$work/first_query" | tail -1)" = true ]
-"$work/refused_plan"
 "$work/own_core"
