@@ -22,10 +22,7 @@ result_type_tag tag_of(value_kind kind) {
 
 template <class Operation>
 expression make(value_kind result, std::vector<expression> operands) {
-  Operation made;
-  made.result_type = tag_of(result);
-  made.operands = std::move(operands);
-  return made;
+  return Operation{{tag_of(result), std::move(operands)}};
 }
 
 template <class Operation>

@@ -127,6 +127,7 @@ class describer {
 
   std::vector<std::string> say_all(const std::vector<expression>& all) const {
     std::vector<std::string> said;
+    said.reserve(all.size());
     for (const expression& each : all) said.push_back(words_(each));
     return said;
   }

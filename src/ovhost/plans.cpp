@@ -36,10 +36,10 @@ scan_range at_least(expression bound) { return range_of(&scan_range::at_least, s
 scan_range begins_with(expression bound) { return range_of(&scan_range::starts_with, std::move(bound)); }
 scan_range null() { return range_of(&scan_range::equal_to, ovhost::null(), false); }
 
-scan_range both(scan_range left, scan_range right) {
+scan_range both(scan_range left, const scan_range& right) {
   for (const auto member : {&scan_range::equal_to, &scan_range::less_than, &scan_range::at_most,
                             &scan_range::greater_than, &scan_range::at_least, &scan_range::starts_with}) {
-    (left.*member).merge(right.*member);
+    (left.*member).insert((right.*member).begin(), (right.*member).end());
   }
   return left;
 }

@@ -32,7 +32,7 @@ scan_range above(expression bound);
 scan_range at_least(expression bound);
 scan_range begins_with(expression bound);  // texts
 scan_range null();                         // the objects without a value
-scan_range both(scan_range left, scan_range right);
+scan_range both(scan_range left, const scan_range& right);
 
 }  // namespace key
 

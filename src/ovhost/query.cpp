@@ -91,7 +91,7 @@ aggregation_column::operator expression() const {
 
 aggregation_column::operator QueryPlan::aggregate() const { return aggregate_; }
 
-table_variable query::over(std::string_view table, std::string name) {
+table_variable query::over(std::string_view table, const std::string& name) {
   return {state_, state_->names.table(table), name};
 }
 

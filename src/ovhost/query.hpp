@@ -91,7 +91,7 @@ class query {
   explicit query(const catalog& names = catalog()) : state_(std::make_shared<query_state>(query_state{names, {}})) {}
 
   // A variable over a table. Throws unknown_name.
-  table_variable over(std::string_view table, std::string name);
+  table_variable over(std::string_view table, const std::string& name);
 
   computation define(std::string name, expression value);
 

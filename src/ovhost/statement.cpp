@@ -14,7 +14,10 @@ std::size_t statement::run(std::uint64_t context, std::vector<value> parameters,
   ov::sql_executor::execution_context state{runnable_.constants, std::move(parameters), {}, context};
   const std::unique_ptr<ov::sql_executor::enumerator> rows(runnable_.root->create_enumerator(state));
   std::size_t count = 0;
-  for (; std::optional<row> next = rows->next(state); ++count) take(*std::move(next));
+  while (std::optional<row> next = rows->next(state)) {
+    take(std::move(*next));
+    ++count;
+  }
   return count;
 }
 

@@ -15,8 +15,8 @@ std::uint64_t ContextHandle::context_handle() const { return handle_; }
 
 namespace metalayer {
 
-TlsContextHandle& TlsContextHandle::operator=(const TlsContextHandle& other) = default;
-TlsContextHandle& TlsContextHandle::operator=(TlsContextHandle&& other) noexcept = default;
+TlsContextHandle& TlsContextHandle::operator=(const TlsContextHandle&) = default;
+TlsContextHandle& TlsContextHandle::operator=(TlsContextHandle&&) noexcept = default;
 
 std::uint64_t TlsContextHandle::context_handle() { return TlsMetalayerContext::Current(); }
 

@@ -25,7 +25,7 @@ constexpr std::uint32_t specifier_column = 3;
 // Every full stop ends a part, an empty one too; what follows the last one is a part if it is not empty.
 metalayer::DottedName split_name(std::u16string_view name) {
   metalayer::DottedName parts;
-  for (std::size_t stop = name.find(u'.'); stop != name.npos; stop = name.find(u'.')) {
+  for (std::size_t stop = name.find(u'.'); stop != std::u16string_view::npos; stop = name.find(u'.')) {
     parts.emplace_back(name.substr(0, stop));
     name.remove_prefix(stop + 1);
   }

@@ -58,6 +58,7 @@ number_bracket<T> bracket_number(Number number) {
   const auto inside = [](auto floor, auto ceiling) -> bracket {
     return {bracket::place::inside, static_cast<T>(floor), static_cast<T>(ceiling)};
   };
+  // NOLINTNEXTLINE(bugprone-branch-clone): alike in some instances only
   if constexpr (std::same_as<T, Number>) {
     return inside(number, number);
   } else if constexpr (std::same_as<T, Decimal> && integer_alternative<Number>) {
