@@ -27,7 +27,7 @@ struct found_column {
   const auto* const values = &place.in->columns[segment->first + column - first_declared_column];
   const place_directory::run around = objects.run_of(number);
   context.run_of(column, number) = {column_run::name(values->type(), column, tag), around.first, around.count,
-                            around.place.row(), values};
+                                    around.place.row(), values};
   return {ORV_OK, values, place.row};
 }
 

@@ -43,7 +43,9 @@ class ScanKeys : public testing::Test {
     return outcome([&] {
       execution_context run{{}, {}, {}, context.handle()};
       const std::vector<key_column> keys = columns_named(columns);
-      return spell_keys(make_scan_keys(key_conditions(ranges, run), keys, ascending, run), keys);
+      scan_keys written;
+      write_scan_keys(key_conditions(ranges, run), keys, ascending, run, written);
+      return spell_keys(written, keys);
     });
   }
   std::string ends(std::string_view columns, std::string_view ranges, bool ascending = true) {

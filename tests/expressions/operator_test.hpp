@@ -87,9 +87,8 @@ class OperatorTest : public testing::Test {
 
   // A column of the one object, lent by the core.
   operator_ptr column(type_code type, std::uint32_t number) {
-    context.variables = {city};
-    auto object = std::make_unique<operators::value_from_context>(operators::context_list::variables, std::int16_t{0});
-    return std::make_unique<operators::property_read>(type, number, tag, std::move(object));
+    context.row_stack = {city};
+    return std::make_unique<operators::property_read>(type, number, tag, std::int16_t{0});
   }
   operator_ptr name() { return column(type_code::tt_string, name_column); }
   operator_ptr pattern() { return column(type_code::tt_string, pattern_column); }

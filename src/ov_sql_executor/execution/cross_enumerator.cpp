@@ -15,7 +15,7 @@ bool full_join_enumerator_no_expression::push_next(execution_context& context) {
 
   const auto size = static_cast<std::ptrdiff_t>(context.row_stack.size());
   if (!push_right_row(context)) return false;
-  context.row_stack.insert(context.row_stack.begin() + size, left_width_, NullValue());
+  context.row_stack.insert(context.row_stack.begin() + size, left_width_, operator_library::NullValue());
   return true;
 }
 

@@ -1,7 +1,6 @@
 #include "ov_sql_executor/execution/projection.hpp"
 
 #include "ov_sql_executor/execution/stack_row.hpp"
-#include "ov_sql_executor/expressions/operand_list.hpp"
 
 namespace ov::sql_executor {
 

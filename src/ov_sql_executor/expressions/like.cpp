@@ -21,7 +21,8 @@ truth like::test(execution_context& context) const {
   const boost::container::small_vector<std::uint8_t, 256> text_bytes(text->bytes.begin(), text->bytes.end());
   const std::u16string_view lent = db_util::lend_base_ucs2(context.context_handle, *pattern);
   const boost::container::small_vector<char16_t, 64> pattern_units(lent.begin(), lent.end());
-  const std::u16string_view text_units = db_util::lend_base_ucs2(context.context_handle, text_view{{text_bytes.data(), text_bytes.size()}});
+  const std::u16string_view text_units =
+      db_util::lend_base_ucs2(context.context_handle, text_view{{text_bytes.data(), text_bytes.size()}});
   return to_truth(matches_like(text_units, {pattern_units.data(), pattern_units.size()}));
 }
 

@@ -47,7 +47,7 @@ class typing {
   explicit typing(const QueryPlan::Projection& root) : root_(root) {}
 
   column_type of(const expression& any) {
-    return std::visit([this](const auto& alternative) { return of(alternative); }, any);
+    return std::visit([this](const auto& alternative) { return of(alternative); }, error_handling::complete(any));
   }
 
  private:
