@@ -4,6 +4,7 @@
 #include "ov_sql_executor/execution/full_join.hpp"
 #include "ov_sql_executor/execution/left_join.hpp"
 #include "ov_sql_executor/execution/nested_loop_inner_join.hpp"
+#include "ov_sql_executor/execution/projection.hpp"
 #include "ov_sql_executor/expressions/comparison.hpp"
 
 namespace tests {
@@ -90,6 +91,13 @@ TEST(FullJoin, reads_neither_side_with_the_other_in_scope) {
   const auto depth = [](const execution_context& context) { return rows(2, row{u(context.row_stack.size())}); };
   const full_join cross(given(depth), given(depth), 1, 1, std::nullopt);
   EXPECT_EQ(run(cross, {i(5)}), "(u1 u1)(u1 u1)(u1 u1)(u1 u1)");
+}
+
+TEST(FullJoin, asks_the_right_side_at_its_own_depth_when_the_left_is_empty) {
+  std::vector<operator_ptr> items;
+  items.push_back(column(0));
+  auto right = std::make_unique<projection>(given("(i1)(i2)(i3)"), std::move(items));
+  EXPECT_EQ(run(full_join(given(""), std::move(right), 1, 1, std::nullopt)), "(NULL i1)(NULL i2)(NULL i3)");
 }
 
 TEST(FullJoin, goes_on_when_the_right_side_is_empty_when_read_again) {

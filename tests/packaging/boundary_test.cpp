@@ -72,6 +72,15 @@ TEST(LibraryBoundary, ExecutionErrorsAreCaughtByTheirTypes) {
   }
 }
 
+TEST(LibraryBoundary, AVariableMovedFromIsStillOne) {
+  physical_queryplan::variable city;
+  city.parent = std::make_unique<physical_queryplan::variable_origin>();
+  const physical_queryplan::variable moved = std::move(city);
+  EXPECT_FALSE(moved == city);                       // NOLINT(bugprone-use-after-move): that it may be used
+  const physical_queryplan::variable copied = city;  // NOLINT(bugprone-use-after-move): is the point
+  EXPECT_FALSE(copied.parent.has_value());
+}
+
 TEST(LibraryBoundary, HelpersLinkFromOutside) {
   const db_util::OvObjRef from_core(ORV_REFERENCE_VALUE{9, 0xFFFF'0000'0000'0001, 2});
   EXPECT_EQ(from_core.reference().second_word, 0x10002U) << "the top 16 bits are lost";

@@ -184,9 +184,15 @@ class random_query {
 
   query_pair full_joined(query_pair left, query_pair right) {
     columns both = of_both(left, right);
-    const both_ways test = comparison(both);
-    const std::string sql = joined_sql(left, " FULL JOIN ", right, test);
-    return {ovhost::full_join(test.plan, std::move(left.plan), std::move(right.plan)), sql, both};
+    std::optional<ovhost::expression> condition;
+    std::string sql = "TRUE";  // every pair
+    if (below(3) != 0) {
+      both_ways test = comparison(both);
+      condition = std::move(test.plan);
+      sql = std::move(test.sql);
+    }
+    sql = "SELECT *" + left.from() + " FULL JOIN (" + right.sql + ") ON " + sql;
+    return {ovhost::full_join(std::move(condition), std::move(left.plan), std::move(right.plan)), sql, both};
   }
 
   // Both sides must name their columns alike and have one type; distinct counts are unsigned.
