@@ -1,62 +1,48 @@
 #include "ov_sql_executor/execution/order_by.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/kept_rows.hpp"
+#include "ov_sql_executor/execution/key_sort.hpp"
 #include "ov_sql_executor/expressions/operand_list.hpp"
-#include "ov_sql_executor/values/sort_order.hpp"
 
 namespace ov::sql_executor {
 
 namespace {
 
-// A row on the way through the sort: its keys, each evaluated once, travel with it.
-struct sorted_row {
-  row keys;
-  row values;
-};
-
 class order_by_enumerator final : public row_source {
  public:
-  explicit order_by_enumerator(std::vector<row> rows) : rows_(std::move(rows)) {}
+  order_by_enumerator(row_source& child, const std::vector<operators::operand>& keys,
+                      const std::vector<bool>& ascending, execution_context& context) {
+    key_sort sort(ascending);
+    std::vector<kept_rows::place> places;
+    const std::size_t size = context.row_stack.size();
+    value room;
+    while (child.push_next(context)) {
+      for (const operators::operand& key : keys) sort.add_key(key.lend(context, room));
+      places.push_back(rows_.take(context, size));
+    }
+    const std::vector<std::size_t> sorted = sort.sorted_rows(places.size());
+    order_.reserve(sorted.size());
+    std::transform(sorted.begin(), sorted.end(), std::back_inserter(order_),
+                   [&](std::size_t row) { return places[row]; });
+  }
 
   bool push_next(execution_context& context) override {
-    if (cursor_ == rows_.size()) return false;
-    move_onto_stack(context, rows_[cursor_++]);
+    constexpr std::size_t ahead = 16;
+    if (cursor_ == order_.size()) return false;
+    if (order_.size() - cursor_ > ahead) rows_.expect(order_[cursor_ + ahead]);
+    rows_.give(order_[cursor_++], context);
     return true;
   }
 
-  std::optional<row> next(execution_context& /*context*/) override {
-    if (cursor_ == rows_.size()) return std::nullopt;
-    return std::move(rows_[cursor_++]);
-  }
-
  private:
-  std::vector<row> rows_;
+  kept_rows rows_;
+  std::vector<kept_rows::place> order_;
   std::size_t cursor_ = 0;
 };
-
-std::vector<sorted_row> read_rows(row_source& child, const std::vector<operators::operand>& keys,
-                                  execution_context& context) {
-  std::vector<sorted_row> rows;
-  const std::size_t size = context.row_stack.size();
-  while (child.push_next(context)) {
-    sorted_row& read = rows.emplace_back();
-    read.keys.reserve(keys.size());
-    for (const operators::operand& key : keys) key.append_to(read.keys, context);
-    move_from_stack(context, size, read.values);
-  }
-  return rows;
-}
-
-bool goes_before(const sorted_row& left, const sorted_row& right, const std::vector<bool>& ascending) {
-  for (std::size_t i = 0; i < ascending.size(); ++i) {
-    const std::strong_ordering order = sort_order(view_of(left.keys[i]), view_of(right.keys[i]));
-    if (order != 0) return ascending[i] ? order < 0 : order > 0;
-  }
-  return false;
-}
 
 }  // namespace
 
@@ -65,14 +51,8 @@ order_by::order_by(std::unique_ptr<node> child, std::vector<std::unique_ptr<oper
     : child_(std::move(child)), keys_(operators::to_operands(std::move(keys))), directions_(std::move(directions)) {}
 
 std::unique_ptr<row_source> order_by::open(execution_context& context) const {
-  std::unique_ptr<row_source> child = child_.open(context);
-  std::vector<sorted_row> sorted = read_rows(*child, keys_, context);
-  std::sort(sorted.begin(), sorted.end(),
-            [this](const sorted_row& left, const sorted_row& right) { return goes_before(left, right, directions_); });
-  std::vector<row> rows;
-  rows.reserve(sorted.size());
-  for (sorted_row& each : sorted) rows.push_back(std::move(each.values));
-  return std::make_unique<order_by_enumerator>(std::move(rows));
+  const std::unique_ptr<row_source> child = child_.open(context);
+  return std::make_unique<order_by_enumerator>(*child, keys_, directions_, context);
 }
 
 }  // namespace ov::sql_executor

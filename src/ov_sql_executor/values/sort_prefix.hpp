@@ -1,0 +1,58 @@
+// The first 64 bits of a value: numbers that sort as the values do, as far as they differ.
+#ifndef OV_SQL_EXECUTOR_VALUES_SORT_PREFIX_HPP_
+#define OV_SQL_EXECUTOR_VALUES_SORT_PREFIX_HPP_
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "ov_sql_executor/values/encoded_text.hpp"
+#include "ov_sql_executor/values/numeric_type.hpp"
+#include "ov_sql_executor/values/value_view.hpp"
+
+namespace ov::sql_executor {
+
+// Whether equal prefixes mean equal values.
+template <class T>
+concept fits_sort_prefix = numeric_alternative<T> || std::same_as<T, OV_OBJ_REF>;
+
+inline std::uint64_t sort_prefix(bool key) { return key ? 1 : 0; }
+inline std::uint64_t sort_prefix(std::uint64_t key) { return key; }
+inline std::uint64_t sort_prefix(const OV_OBJ_REF& key) { return key.object_number; }
+
+inline constexpr std::uint64_t sign_bit = std::uint64_t{1} << 63;
+
+inline std::uint64_t sort_prefix(std::int64_t key) { return static_cast<std::uint64_t>(key) ^ sign_bit; }
+inline std::uint64_t sort_prefix(operator_library::Decimal key) { return sort_prefix(key.raw); }
+
+// Positive numbers sort by their bits, negative ones the other way round; the zeros are one. Not for a NaN.
+inline std::uint64_t sort_prefix(double key) {
+  const auto bits = std::bit_cast<std::uint64_t>(key == 0 ? 0.0 : key);
+  return (bits & sign_bit) != 0 ? ~bits : bits | sign_bit;
+}
+inline std::uint64_t sort_prefix(float key) { return sort_prefix(static_cast<double>(key)); }
+
+// Where a sequence is shorter, zeros take the place of its units: it is not above what it begins.
+template <class Unit>
+std::uint64_t prefix_of_units(const Unit* units, std::size_t count) {
+  constexpr std::size_t fitting = sizeof(std::uint64_t) / sizeof(Unit);
+  std::uint64_t prefix = 0;
+  for (std::size_t i = 0; i < fitting; ++i) {
+    prefix = prefix << (8 * sizeof(Unit)) | (i < count ? static_cast<std::uint64_t>(units[i]) : 0);
+  }
+  return prefix;
+}
+
+inline std::uint64_t sort_prefix(const text_view& key) {
+  const std::span<const std::uint8_t> payload = bit_count(key).payload;
+  return prefix_of_units(payload.data(), payload.size());
+}
+inline std::uint64_t sort_prefix(const binary_view& key) { return prefix_of_units(key.bytes.data(), key.bytes.size()); }
+inline std::uint64_t sort_prefix(std::u16string_view key) { return prefix_of_units(key.data(), key.size()); }
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_VALUES_SORT_PREFIX_HPP_

@@ -1,0 +1,26 @@
+#ifndef OV_SQL_EXECUTOR_VALUES_VIEW_KEEPER_HPP_
+#define OV_SQL_EXECUTOR_VALUES_VIEW_KEEPER_HPP_
+
+#include <memory_resource>
+
+#include "ov_sql_executor/values/value_view.hpp"
+
+namespace ov::sql_executor {
+
+// Makes views that stay good as long as it lives: the texts, binaries and set specifiers that they show are copied one
+// behind the other into memory that is freed all at once. Keeping a view so costs less than making a value.
+class view_keeper {
+ public:
+  // Throws std::bad_variant_access for the view of a valueless value.
+  value_view keep(const value_view& view);
+
+ private:
+  template <class Unit>
+  const Unit* copy(const Unit* units, std::size_t count);
+
+  std::pmr::monotonic_buffer_resource memory_;
+};
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_VALUES_VIEW_KEEPER_HPP_
