@@ -8,6 +8,7 @@
 #include "engines.hpp"
 #include "instructions.hpp"
 #include "measure.hpp"
+#include "memory.hpp"
 #include "options.hpp"
 #include "ov_sql_executor/errors/db_exception.hpp"
 #include "report.hpp"
@@ -28,6 +29,18 @@ std::vector<bench::shape> chosen_shapes(const std::string& pattern) {
 void run_one(const bench::options& wanted) {
   const bench::sample data(wanted.sizes.front());
   bench::run_counted(chosen_shapes(wanted.pattern).front(), data, wanted.counted_engine);
+}
+
+void print_memory(const bench::options& wanted) {
+  std::printf("%-22s %8s %12s %14s\n", "shape", "rows", "peak KiB", "bytes per step");
+  for (const std::size_t rows : wanted.sizes) {
+    const bench::sample data(rows);
+    for (const bench::shape& each : chosen_shapes(wanted.pattern)) {
+      const double risen = bench::peak_kilobytes(each, data);
+      std::printf("%-22s %8zu %12.0f %14.1f\n", each.name.c_str(), rows, risen,
+                  risen * 1024 / static_cast<double>(each.steps(rows)));
+    }
+  }
 }
 
 void print_instructions(const std::vector<bench::shape>& shapes, std::size_t rows) {
@@ -65,7 +78,13 @@ void run(const bench::options& wanted) {
 int main(int argument_count, char** arguments) {
   try {
     const bench::options wanted = bench::read_options({arguments + 1, arguments + argument_count});
-    wanted.counted_engine.empty() ? run(wanted) : run_one(wanted);
+    if (!wanted.counted_engine.empty()) {
+      run_one(wanted);
+    } else if (wanted.memory) {
+      print_memory(wanted);
+    } else {
+      run(wanted);
+    }
     return 0;
   } catch (const bench::usage_error& error) {
     std::fprintf(stderr, "ov_bench: %s\n%s", error.what(), bench::usage);
