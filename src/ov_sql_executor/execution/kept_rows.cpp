@@ -1,25 +1,68 @@
 #include "ov_sql_executor/execution/kept_rows.hpp"
 
+#include <algorithm>
 #include <utility>
 
 #include "ov_sql_executor/execution/stack_row.hpp"
 
 namespace ov::sql_executor {
 
-kept_rows::place kept_rows::take(execution_context& context, std::size_t start) {
-  const place taken{values_.size(), context.row_stack.size() - start};
-  for (std::size_t i = start; i < context.row_stack.size(); ++i) values_.push_back(std::move(context.row_stack[i]));
+namespace {
+
+bool is_reference(const value& any) { return std::holds_alternative<OV_OBJ_REF>(any); }
+
+}  // namespace
+
+void kept_rows::take(execution_context& context, std::size_t start) {
+  std::vector<value>& stack = context.row_stack;
+  const auto first = stack.begin() + static_cast<std::ptrdiff_t>(start);
+  note_width(stack.size() - start);
+  if (are_references_ && !std::all_of(first, stack.end(), is_reference)) keep_as_values();
+  if (are_references_) {
+    std::for_each(first, stack.end(),
+                  [&](const value& each) { references_.push_back(*std::get_if<OV_OBJ_REF>(&each)); });
+  } else {
+    std::for_each(first, stack.end(), [&](value& each) { values_.push_back(std::move(each)); });
+  }
   cut_row_stack(context, start);
-  return taken;
+  ++size_;
 }
 
-void kept_rows::give(const place& from, execution_context& context) {
-  for (std::size_t i = 0; i < from.width; ++i) context.row_stack.push_back(std::move(values_[from.first + i]));
+void kept_rows::give(std::size_t row_number, execution_context& context) {
+  const std::size_t end = first_of(row_number + 1);
+  for (std::size_t i = first_of(row_number); i < end; ++i) {
+    if (are_references_) {
+      context.row_stack.emplace_back(references_[i]);
+    } else {
+      context.row_stack.push_back(std::move(values_[i]));
+    }
+  }
 }
 
 // Sorted rows lie far apart, and memory is slower than all the rest.
-void kept_rows::expect(const place& from) const {
-  if (from.width != 0) __builtin_prefetch(&values_[from.first]);
+void kept_rows::expect(std::size_t row_number) const {
+  const std::size_t first = first_of(row_number);
+  if (first == first_of(row_number + 1)) return;
+  __builtin_prefetch(are_references_ ? static_cast<const void*>(&references_[first]) : &values_[first]);
+}
+
+// Nodes yield rows of one width; only a foreign one could do otherwise.
+void kept_rows::note_width(std::size_t width) {
+  if (size_ == 0) width_ = width;
+  if (starts_.empty() && width != width_) {
+    for (std::size_t i = 0; i <= size_; ++i) starts_.push_back(i * width_);
+  }
+  if (!starts_.empty()) starts_.push_back(starts_.back() + width);
+}
+
+void kept_rows::keep_as_values() {
+  for (const OV_OBJ_REF& each : references_) values_.emplace_back(each);
+  references_.clear();
+  are_references_ = false;
+}
+
+std::size_t kept_rows::first_of(std::size_t row_number) const {
+  return starts_.empty() ? row_number * width_ : starts_[row_number];
 }
 
 }  // namespace ov::sql_executor

@@ -3,32 +3,44 @@
 
 #include <boost/container/deque.hpp>
 #include <cstddef>
+#include <vector>
 
 #include "ov_sql_executor/expressions/execution_context.hpp"
 #include "ov_sql_executor/values/value.hpp"
 
 namespace ov::sql_executor {
 
-// Rows put aside by the million, one behind the other in large blocks that never move: no allocation for each.
+// Rows put aside by the million: one behind the other in large blocks that never move, without an allocation for each.
+// Rows of references, which scans and their joins yield, are kept as such; they take less than half the memory.
 class kept_rows {
  public:
-  struct place {
-    std::size_t first;  // position of its first value among all
-    std::size_t width;
-  };
+  std::size_t size() const { return size_; }
 
-  // Moves the values from position start on off the row stack.
-  place take(execution_context& context, std::size_t start);
+  // Moves the values from position start on off the row stack, as the next row.
+  void take(execution_context& context, std::size_t start);
 
-  // Appends the values of a row to the row stack; they are gone from here.
-  void give(const place& from, execution_context& context);
+  // Appends the values of a row to the row stack; it is given once.
+  void give(std::size_t row_number, execution_context& context);
 
   // Says that a row will be given soon.
-  void expect(const place& from) const;
+  void expect(std::size_t row_number) const;
 
  private:
-  using blocks = boost::container::deque_options_t<boost::container::block_size<1024U>>;
-  boost::container::deque<value, void, blocks> values_;
+  template <class T>
+  using blocks_of =
+      boost::container::deque<T, void,
+                              boost::container::deque_options_t<boost::container::block_size<std::size_t{1024}>>>;
+
+  void note_width(std::size_t width);
+  void keep_as_values();
+  std::size_t first_of(std::size_t row_number) const;
+
+  std::size_t size_ = 0;
+  std::size_t width_ = 0;            // of the first row
+  std::vector<std::size_t> starts_;  // where each row begins and the last one ends; empty while all are as wide
+  bool are_references_ = true;
+  blocks_of<OV_OBJ_REF> references_;
+  blocks_of<value> values_;
 };
 
 }  // namespace ov::sql_executor

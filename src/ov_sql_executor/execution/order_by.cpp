@@ -1,7 +1,5 @@
 #include "ov_sql_executor/execution/order_by.hpp"
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "ov_sql_executor/execution/kept_rows.hpp"
@@ -17,17 +15,13 @@ class order_by_enumerator final : public row_source {
   order_by_enumerator(row_source& child, const std::vector<operators::operand>& keys,
                       const std::vector<bool>& ascending, execution_context& context) {
     key_sort sort(ascending);
-    std::vector<kept_rows::place> places;
     const std::size_t size = context.row_stack.size();
     value room;
     while (child.push_next(context)) {
       for (const operators::operand& key : keys) sort.add_key(key.lend(context, room));
-      places.push_back(rows_.take(context, size));
+      rows_.take(context, size);
     }
-    const std::vector<std::size_t> sorted = sort.sorted_rows(places.size());
-    order_.reserve(sorted.size());
-    std::transform(sorted.begin(), sorted.end(), std::back_inserter(order_),
-                   [&](std::size_t row) { return places[row]; });
+    order_ = sort.sorted_rows(rows_.size());
   }
 
   bool push_next(execution_context& context) override {
@@ -40,7 +34,7 @@ class order_by_enumerator final : public row_source {
 
  private:
   kept_rows rows_;
-  std::vector<kept_rows::place> order_;
+  std::vector<std::size_t> order_;  // of the rows, by number
   std::size_t cursor_ = 0;
 };
 
