@@ -22,11 +22,11 @@ using operators::operand;
 // for a second bool, since bools do not add.
 struct sum {
   struct state {
-    value total = operator_library::NullValue{};
+    value_view total = operator_library::NullValue{};
   };
   operand argument;
   void add_row(state& kept, execution_context& context) const;
-  value result(const state& kept) const { return kept.total; }
+  value result(const state& kept) const { return to_value(kept.total); }
 };
 
 // How many values are not NULL.
@@ -47,23 +47,31 @@ struct count_rows {
   value result(const state& kept) const { return kept.count; }
 };
 
+// A value that can be exchanged for another one: a view, and memory for what it cannot hold itself.
+struct extreme_value {
+  value_view view = operator_library::NullValue{};
+  std::unique_ptr<value> memory;
+
+  void become(const value_view& other);
+};
+
 // The greatest and the least value in sort order; NULL when there is none but NULL. Throw what sort_order throws.
 struct maximum {
   struct state {
-    value extreme = operator_library::NullValue{};
+    extreme_value extreme;
   };
   operand argument;
   void add_row(state& kept, execution_context& context) const;
-  value result(const state& kept) const { return kept.extreme; }
+  value result(const state& kept) const { return to_value(kept.extreme.view); }
 };
 
 struct minimum {
   struct state {
-    value extreme = operator_library::NullValue{};
+    extreme_value extreme;
   };
   operand argument;
   void add_row(state& kept, execution_context& context) const;
-  value result(const state& kept) const { return kept.extreme; }
+  value result(const state& kept) const { return to_value(kept.extreme.view); }
 };
 
 // Of the values that are not NULL, converted; NULL without any.

@@ -1,5 +1,6 @@
 #include "ov_sql_executor/execution/aggregator.hpp"
 
+#include "ov_sql_executor/execution/group_accumulators.hpp"
 #include "ov_sql_executor/execution/row_set.hpp"
 #include "ov_sql_executor/execution/stack_row.hpp"
 #include "ov_sql_executor/expressions/operand_list.hpp"
@@ -8,10 +9,6 @@
 namespace ov::sql_executor {
 
 namespace {
-
-void append_accumulators(std::vector<accumulator>& list, const std::vector<aggregate_entry>& aggregates) {
-  for (const aggregate_entry& aggregate : aggregates) list.push_back(new_accumulator(aggregate));
-}
 
 // Takes the row on top of the stack into a group, whose accumulators lie side by side from kept on.
 void add_to_group(const std::vector<aggregate_entry>& aggregates, accumulator* kept, execution_context& context) {
@@ -26,25 +23,25 @@ class empty_group_by_aggregator_enumerator final : public row_source {
  public:
   empty_group_by_aggregator_enumerator(const std::vector<aggregate_entry>& aggregates,
                                        std::unique_ptr<row_source> child)
-      : aggregates_(aggregates), child_(std::move(child)) {
-    append_accumulators(accumulators_, aggregates);
+      : aggregates_(aggregates), accumulators_(aggregates), child_(std::move(child)) {
+    accumulators_.add_group();
   }
 
   bool push_next(execution_context& context) override {
     if (!child_) return false;
     const std::size_t size = context.row_stack.size();
     while (child_->push_next(context)) {
-      add_to_group(aggregates_, accumulators_.data(), context);
+      add_to_group(aggregates_, accumulators_.of(0), context);
       cut_row_stack(context, size);
     }
     child_.reset();
-    push_results(aggregates_, accumulators_.data(), context);
+    push_results(aggregates_, accumulators_.of(0), context);
     return true;
   }
 
  private:
   const std::vector<aggregate_entry>& aggregates_;  // the node's
-  std::vector<accumulator> accumulators_;
+  group_accumulators accumulators_;
   std::unique_ptr<row_source> child_;  // until it is exhausted
 };
 
@@ -52,14 +49,17 @@ class aggregator_enumerator final : public row_source {
  public:
   aggregator_enumerator(const std::vector<operators::operand>& group_keys,
                         const std::vector<aggregate_entry>& aggregates, std::unique_ptr<row_source> child)
-      : group_keys_(group_keys), aggregates_(aggregates), groups_(group_keys.size()), child_(std::move(child)) {}
+      : group_keys_(group_keys),
+        aggregates_(aggregates),
+        groups_(group_keys.size()),
+        accumulators_(aggregates),
+        child_(std::move(child)) {}
 
   bool push_next(execution_context& context) override {
     if (!filled_) fill(context);
     if (cursor_ == groups_.size()) return false;
-    push_results(aggregates_, accumulators_of(cursor_), context);
-    const std::span<const value> key = groups_.row_at(cursor_++);
-    context.row_stack.insert(context.row_stack.end(), key.begin(), key.end());
+    push_results(aggregates_, accumulators_.of(cursor_), context);
+    for (const value_view& key : groups_.row_at(cursor_++)) append_value(context.row_stack, key);
     return true;
   }
 
@@ -70,18 +70,16 @@ class aggregator_enumerator final : public row_source {
     const std::size_t size = context.row_stack.size();
     while (child_->push_next(context)) {
       const row_set::place group = groups_.find_or_insert(keys.evaluate(group_keys_, context));
-      if (group.is_new) append_accumulators(accumulators_, aggregates_);
-      add_to_group(aggregates_, accumulators_of(group.index), context);
+      if (group.is_new) accumulators_.add_group();
+      add_to_group(aggregates_, accumulators_.of(group.index), context);
       cut_row_stack(context, size);
     }
   }
 
-  accumulator* accumulators_of(std::size_t group) { return accumulators_.data() + group * aggregates_.size(); }
-
   const std::vector<operators::operand>& group_keys_;  // the node's
   const std::vector<aggregate_entry>& aggregates_;     // the node's
   row_set groups_;
-  std::vector<accumulator> accumulators_;  // those of each group, group after group
+  group_accumulators accumulators_;
   bool filled_ = false;
   std::size_t cursor_ = 0;
   std::unique_ptr<row_source> child_;

@@ -14,15 +14,6 @@ namespace ov::sql_executor {
 
 namespace {
 
-std::uint64_t hash_row(std::span<const value_view> key) {
-  std::uint64_t hash = 0;
-  for (const value_view& each : key) {
-    // The index of a view is that of the value's alternative plus one.
-    hash = hash_combine(hash, key_hash(hash_combine(0, each.index() - 1), each));
-  }
-  return hash;
-}
-
 // A NaN equals nothing, so a row with one is distinct from every other and is never looked for.
 bool has_nan(std::span<const value_view> key) {
   return std::any_of(key.begin(), key.end(), [](const value_view& each) {
@@ -35,45 +26,44 @@ bool has_nan(std::span<const value_view> key) {
 }  // namespace
 
 row_set::place row_set::find_or_insert(std::span<const value_view> key) {
-  const std::uint64_t hash = hash_row(key);
-  if (has_nan(key)) return {append(key, hash), true};
-  if (slots_.size() <= 2 * size()) grow();
-  std::size_t slot = first_slot(hash);
-  for (; slots_[slot] != 0; slot = (slot + 1) & (slots_.size() - 1)) {
-    const std::size_t index = slots_[slot] - 1;
-    if (hashes_[index] == hash && equals(index, key)) return {index, false};
+  const auto hash = static_cast<std::uint32_t>(hash_(key));
+  if (has_nan(key)) return {append(key), true};
+  if (slots_.size() <= 2 * size_) grow();
+  std::size_t at = std::size_t{hash} >> shift_;
+  for (; slots_[at].entry != 0; at = (at + 1) & (slots_.size() - 1)) {
+    const std::size_t index = slots_[at].entry - 1;
+    if (slots_[at].hash == hash && equals(index, key)) return {index, false};
   }
-  const std::size_t index = append(key, hash);
-  slots_[slot] = static_cast<std::uint32_t>(index + 1);
+  const std::size_t index = append(key);
+  slots_[at] = {hash, static_cast<std::uint32_t>(index + 1)};
   return {index, true};
 }
 
+// Integers, the commonest keys, are compared without asking for the alternative twice.
 bool row_set::equals(std::size_t index, std::span<const value_view> key) const {
-  const std::span<const value> kept = row_at(index);
-  return std::equal(kept.begin(), kept.end(), key.begin(),
-                    [](const value& held, const value_view& view) { return key_equal(view_of(held), view); });
+  const std::span<const value_view> kept = row_at(index);
+  return std::equal(kept.begin(), kept.end(), key.begin(), [](const value_view& held, const value_view& view) {
+    const auto* left = std::get_if<std::int64_t>(&held);
+    const auto* right = std::get_if<std::int64_t>(&view);
+    return left != nullptr && right != nullptr ? *left == *right : key_equal(held, view);
+  });
 }
 
-// The multiplication brings the bits that differ to the top.
-std::size_t row_set::first_slot(std::uint64_t hash) const { return (hash * 0x9E3779B97F4A7C15) >> shift_; }
-
-std::size_t row_set::append(std::span<const value_view> key, std::uint64_t hash) {
-  if (size() == std::numeric_limits<std::uint32_t>::max()) throw std::length_error("unordered_map/set too long");
-  for (const value_view& each : key) append_value(values_, each);
-  hashes_.push_back(hash);
-  return size() - 1;
+std::size_t row_set::append(std::span<const value_view> key) {
+  if (size_ == std::numeric_limits<std::uint32_t>::max()) throw std::length_error("unordered_map/set too long");
+  for (const value_view& each : key) keys_.push_back(keeper_.keep(each));
+  return size_++;
 }
 
 void row_set::grow() {
   constexpr std::size_t smallest = 16;
-  const std::vector<std::uint32_t> old =
-      std::exchange(slots_, std::vector<std::uint32_t>(std::max(smallest, 2 * slots_.size())));
-  shift_ = 64 - static_cast<unsigned>(std::bit_width(slots_.size() - 1));
-  for (const std::uint32_t entry : old) {
-    if (entry == 0) continue;
-    std::size_t slot = first_slot(hashes_[entry - 1]);
-    while (slots_[slot] != 0) slot = (slot + 1) & (slots_.size() - 1);
-    slots_[slot] = entry;
+  const std::vector<slot> old = std::exchange(slots_, std::vector<slot>(std::max(smallest, 2 * slots_.size())));
+  shift_ = 32 - std::min(32U, static_cast<unsigned>(std::bit_width(slots_.size() - 1)));
+  for (const slot& each : old) {
+    if (each.entry == 0) continue;
+    std::size_t at = std::size_t{each.hash} >> shift_;
+    while (slots_[at].entry != 0) at = (at + 1) & (slots_.size() - 1);
+    slots_[at] = each;
   }
 }
 

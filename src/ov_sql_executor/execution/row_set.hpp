@@ -6,12 +6,14 @@
 #include <span>
 #include <vector>
 
+#include "ov_sql_executor/values/keyed_hash.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
+#include "ov_sql_executor/values/view_keeper.hpp"
 
 namespace ov::sql_executor {
 
 // The distinct rows of one width, by group-key equality, in first-seen order: an open-addressing index over rows that
-// lie in one array. A row that is there already is found without allocating.
+// lie in one array. Neither finding a row nor keeping a new one allocates for that row alone.
 class row_set {
  public:
   explicit row_set(std::size_t width) : width_(width) {}
@@ -22,20 +24,28 @@ class row_set {
   };
   place find_or_insert(std::span<const value_view> key);
 
-  std::size_t size() const { return hashes_.size(); }
-  std::span<const value> row_at(std::size_t index) const { return {values_.data() + index * width_, width_}; }
+  std::size_t size() const { return size_; }
+
+  // Good until the next insertion.
+  std::span<const value_view> row_at(std::size_t index) const { return {keys_.data() + index * width_, width_}; }
 
  private:
+  struct slot {
+    std::uint32_t hash = 0;
+    std::uint32_t entry = 0;  // index of a row plus one, or 0
+  };
+
   bool equals(std::size_t index, std::span<const value_view> key) const;
-  std::size_t first_slot(std::uint64_t hash) const;
-  std::size_t append(std::span<const value_view> key, std::uint64_t hash);
+  std::size_t append(std::span<const value_view> key);
   void grow();
 
+  const keyed_hash& hash_ = keyed_hash::of_process();
   std::size_t width_;
-  std::vector<value> values_;
-  std::vector<std::uint64_t> hashes_;  // of each row
-  std::vector<std::uint32_t> slots_;   // index of a row plus one, or 0; a power of two of them, at most half in use
-  unsigned shift_ = 64;                // of a mixed hash to its slot
+  std::size_t size_ = 0;
+  std::vector<value_view> keys_;
+  view_keeper keeper_;
+  std::vector<slot> slots_;  // a power of two of them, at most half in use; the top bits of a hash say where to begin
+  unsigned shift_ = 32;      // of a hash to its slot
 };
 
 }  // namespace ov::sql_executor
