@@ -57,7 +57,7 @@ void kept_rows::note_width(std::size_t width) {
 
 void kept_rows::keep_as_values() {
   for (const OV_OBJ_REF& each : references_) values_.emplace_back(each);
-  references_.clear();
+  blocks_of<OV_OBJ_REF>().swap(references_);
   are_references_ = false;
 }
 
