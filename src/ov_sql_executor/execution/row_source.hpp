@@ -26,6 +26,10 @@ class source_node : public node {
  public:
   virtual std::unique_ptr<row_source> open(execution_context& context) const = 0;
 
+  // Opens in place of a source that this node opened before and that nobody needs any more. The new one is there before
+  // anything of the old one goes, which stays if opening throws; its memory may serve again.
+  virtual void reopen(std::unique_ptr<row_source>& used, execution_context& context) const { used = open(context); }
+
   enumerator* create_enumerator(execution_context& context) const final { return open(context).release(); }
 };
 
@@ -36,6 +40,9 @@ class input {
       : child_(std::move(child)), source_(dynamic_cast<const source_node*>(child_.get())) {}
 
   std::unique_ptr<row_source> open(execution_context& context) const;
+
+  // See source_node::reopen.
+  void reopen(std::unique_ptr<row_source>& used, execution_context& context) const;
 
  private:
   std::unique_ptr<node> child_;
