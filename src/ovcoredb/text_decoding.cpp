@@ -28,9 +28,7 @@ class bit_window {
     if (size_ - byte >= 8) return load_at(byte) << at_ % 8;
     // Near the end: the last eight bytes, and of those what has not been taken.
     if (size_ >= 8) return load_at(size_ - 8) << (at_ - (size_ - 8) * 8);
-    std::uint64_t loaded = 0;
-    std::memcpy(&loaded, bytes_, size_);
-    return __builtin_bswap64(loaded) << at_;
+    return load_few() << at_;
   }
 
   // The next 56 bits and the 56 behind them, if there are as many bytes.
@@ -42,6 +40,19 @@ class bit_window {
     std::uint64_t loaded;
     std::memcpy(&loaded, bytes_ + byte, sizeof loaded);
     return __builtin_bswap64(loaded);
+  }
+
+  // All of them, fewer than eight, in two or three steps that may meet. Out of line, which keeps the rest short.
+  [[gnu::noinline]] std::uint64_t load_few() const {
+    const std::uint64_t last = size_ - 1;
+    if (size_ >= 4) return load_four(0) << 32 | load_four(size_ - 4) << (64 - size_ * 8);
+    const auto load_one = [this](std::uint64_t byte) { return std::uint64_t{bytes_[byte]} << (56 - byte * 8); };
+    return load_one(0) | load_one(last / 2) | load_one(last);
+  }
+  std::uint64_t load_four(std::uint64_t byte) const {
+    std::uint32_t loaded;
+    std::memcpy(&loaded, bytes_ + byte, sizeof loaded);
+    return __builtin_bswap32(loaded);
   }
 
   const std::uint8_t* bytes_;
@@ -118,7 +129,8 @@ const char16_t* decode(std::span<const std::uint8_t> encoded, char16_t* out) {
       continue;
     }
     const auto printable = static_cast<std::uint64_t>(std::countl_zero(others)) / 8;
-    const std::uint64_t taken = std::min(printable, window.left() / least_code_length);
+    const bool all_there = printable * least_code_length <= window.left();
+    const std::uint64_t taken = all_there ? printable : window.left() / least_code_length;
     out += taken;
     window.take(taken * least_code_length);
     if (window.left() == 0) break;
@@ -134,7 +146,9 @@ const char16_t* decode(std::span<const std::uint8_t> encoded, char16_t* out) {
 }  // namespace
 
 std::size_t decoding_room(std::span<const std::uint8_t> encoded) {
-  return encoded.size() * 8 / least_code_length + 8;  // eight units are written even where one follows
+  // At least 8/7 units for each byte, and eight are written even where one follows.
+  static_assert(least_code_length == 7);
+  return encoded.size() + encoded.size() / 4 + 8;
 }
 
 const char16_t* decode_text(std::span<const std::uint8_t> encoded, char16_t* out) {
