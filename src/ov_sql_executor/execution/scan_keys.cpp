@@ -56,7 +56,7 @@ class key_ends {
       return append(column, interval);
     }
     value room;
-    const value_view bound = hold(condition.bound, room);
+    const value_view bound = condition.bound.hold(context_, room);
     if (const auto key = exact_key(column.type, bound)) {
       keys_.first.append_number(*key);
       keys_.last.append_number(*key);
@@ -67,12 +67,6 @@ class key_ends {
     key_interval interval(column.type, context_, kept_);
     apply_evaluated(interval, column.type, condition, bound, context_, kept_);
     append(column, interval);
-  }
-
-  value_view hold(const operators::operand& bound, value& room) {
-    if (!bound.is_int64_property()) return bound.hold(context_, room);
-    const std::optional<std::int64_t> number = bound.read_int64(context_);
-    return number ? value_view(*number) : operator_library::NullValue{};
   }
 
   void append(const key_column& column, const key_interval& interval) {
