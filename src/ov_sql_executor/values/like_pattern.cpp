@@ -62,6 +62,7 @@ class like_walk {
       if (pattern_at_ < pattern_.size() && pattern_[pattern_at_] == any_run) {
         if (++pattern_at_ == pattern_.size()) return true;
         segment_ = pattern_at_;
+        segment_literals_ = count_literals(segment_);
         if (!start_segment(text_at_)) return false;
       } else if (!take_item() && !(segment_ != nowhere && start_segment(segment_start_ + 1))) {
         return false;
@@ -73,21 +74,41 @@ class like_walk {
  private:
   bool is_at_end() const { return pattern_at_ == pattern_.size() && text_at_ == text_.size(); }
 
-  // Goes past one item of the pattern and what it matches, if it does.
+  // How many units that stand for themselves, without escapes, lie in the pattern from here on.
+  std::size_t count_literals(std::size_t at) const {
+    const std::size_t start = at;
+    while (at < pattern_.size() && !is_special(pattern_[at])) ++at;
+    return at - start;
+  }
+
+  // Goes past one item of the pattern, or several literals, and what they match, if they do.
   bool take_item() {
     if (pattern_at_ == pattern_.size() || text_at_ == text_.size()) return false;
+    const char16_t item = pattern_[pattern_at_];
+    if (!is_special(item)) {
+      if (item != text_[text_at_]) return false;
+      return take_literals(pattern_at_ == segment_ ? segment_literals_ : count_literals(pattern_at_));
+    }
     const char16_t unit = text_[text_at_];
-    char16_t item = pattern_[pattern_at_++];
     if (item == any_character) {
+      ++pattern_at_;
       text_at_ += is_high_surrogate(unit) ? 2 : 1;
       return text_at_ <= text_.size();
     }
-    if (item == escape) item = pattern_[pattern_at_++];
+    pattern_at_ += 2;
     ++text_at_;
-    return unit == item;
+    return unit == pattern_[pattern_at_ - 1];
   }
 
-  // Goes to the first place from start on where the segment's first item matches, if there is one.
+  bool take_literals(std::size_t count) {
+    if (text_.size() - text_at_ < count) return false;
+    if (!are_equal(text_.data() + text_at_, pattern_.data() + pattern_at_, count)) return false;
+    text_at_ += count;
+    pattern_at_ += count;
+    return true;
+  }
+
+  // Goes to the first place from start on where the segment may match, if there is one.
   bool start_segment(std::size_t start) {
     if (start > text_.size()) return false;
     segment_start_ = find_segment(start);
@@ -96,12 +117,12 @@ class like_walk {
     return segment_start_ != nowhere;
   }
 
-  // Where its first item matches, and its second one, too, if both are units that stand for themselves.
+  // Where its first item matches, and its second one, too, if both are literals.
   std::size_t find_segment(std::size_t start) const {
     const char16_t first = pattern_[segment_];
     if (first == any_character || first == any_run) return start;
     if (first == escape) return find_unit(text_, pattern_[segment_ + 1], start);
-    if (segment_ + 1 == pattern_.size() || is_special(pattern_[segment_ + 1])) return find_unit(text_, first, start);
+    if (segment_literals_ == 1) return find_unit(text_, first, start);
     return find_units(text_, first, pattern_[segment_ + 1], start);
   }
 
@@ -109,8 +130,9 @@ class like_walk {
   std::u16string_view pattern_;
   std::size_t text_at_ = 0;
   std::size_t pattern_at_ = 0;
-  std::size_t segment_ = nowhere;  // the pattern behind the last %; nowhere before the first
-  std::size_t segment_start_ = 0;  // where in the text it is tried
+  std::size_t segment_ = nowhere;     // the pattern behind the last %; nowhere before the first
+  std::size_t segment_literals_ = 0;  // at its beginning
+  std::size_t segment_start_ = 0;     // where in the text it is tried
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 #define OV_SQL_EXECUTOR_VALUES_UNIT_SEARCH_HPP_
 
 #include <cstddef>
+#include <cstring>
 #include <string_view>
 
 #ifdef __SSE2__
@@ -11,6 +12,15 @@
 #endif
 
 namespace ov::sql_executor {
+
+// Whether two texts of this many units are the same. Few units are not worth a call.
+inline bool are_equal(const char16_t* left, const char16_t* right, std::size_t count) {
+  constexpr std::size_t few = 8;
+  for (std::size_t i = 0; i < count && i < few; ++i) {
+    if (left[i] != right[i]) return false;
+  }
+  return count <= few || std::memcmp(left + few, right + few, (count - few) * sizeof(char16_t)) == 0;
+}
 
 #ifdef __SSE2__
 
