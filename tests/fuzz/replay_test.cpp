@@ -28,15 +28,19 @@ void replay(const char* target, check checked) {
   EXPECT_GT(files, 0U);
 }
 
-// OV_FUZZ_ROUNDS in the environment: how many.
+unsigned number_from_environment(const char* name, unsigned otherwise) {
+  const char* const asked = std::getenv(name);
+  return asked == nullptr ? otherwise : static_cast<unsigned>(std::strtoul(asked, nullptr, 10));
+}
+
+// The environment may say how many, and which.
 void try_random_inputs(check checked) {
-  const char* const asked = std::getenv("OV_FUZZ_ROUNDS");
-  const long rounds = asked == nullptr ? 3000 : std::atol(asked);
-  const unsigned seed = std::random_device{}();
+  const unsigned rounds = number_from_environment("OV_FUZZ_ROUNDS", 3000);
+  const unsigned seed = number_from_environment("OV_FUZZ_SEED", std::random_device{}());
   std::fprintf(stderr, "seed %u\n", seed);  // here, since what breaks ends the process
   std::mt19937 random(seed);
   std::vector<std::uint8_t> input;
-  for (long round = 0; round < rounds; ++round) {
+  for (unsigned round = 0; round < rounds; ++round) {
     input.resize(random() % 400);
     for (std::uint8_t& byte : input) byte = static_cast<std::uint8_t>(random());
     checked(input);
