@@ -51,6 +51,7 @@ iterator_state* context_state::open_iterator() {
   if (free_iterators.empty() && !add_iterator()) return nullptr;
   iterator_state* const opened = free_iterators.back();
   free_iterators.pop_back();
+  has_read = true;
   opened->handle.store(++opened->generation * iterator_limit + opened->slot, std::memory_order_relaxed);
   return opened;
 }
@@ -61,9 +62,11 @@ void context_state::close_iterator(iterator_state& iterator) {
 }
 
 void context_state::before_write() {
+  if (!has_read) return;  // a load writes object after object
+  has_read = false;
   runs.fill({});
-  if (free_iterators.size() == iterators.size()) return;
   for (const auto& each : iterators) {
+    each->run = {};
     if (each->handle.load(std::memory_order_relaxed) != 0) close_iterator(*each);
   }
 }

@@ -33,7 +33,7 @@ struct iterator_state {
   std::uint32_t at = 0;
   std::uint32_t limit = 0;
   std::uint32_t step = 1;    // or -1 modulo 2^32, to descend
-  place_directory::run run;  // that the object handed out last belongs to, by object number
+  place_directory::run run;  // that the object handed out last belongs to, by object number; kept for the next range
 
   const ordered_index::entries::block* in = nullptr;
   ordered_index::entries::position stop{};
@@ -66,7 +66,8 @@ struct column_run {
 struct context_state {
   std::atomic<std::uint64_t> handle{0};  // 0: not in use
   database_state* database = nullptr;
-  std::array<column_run, 16> runs;
+  bool has_read = false;  // what it keeps of that can be wrong after a write
+  std::array<column_run, 64> runs;
   std::uint64_t generation = 0;
   std::vector<std::unique_ptr<iterator_state>> iterators;
   std::vector<iterator_state*> free_iterators;
@@ -77,8 +78,10 @@ struct context_state {
   iterator_state* open_iterator();  // null: too many
   void close_iterator(iterator_state& iterator);
 
-  // By block of numbers, too: a join reads one column of two objects in turns.
-  column_run& run_of(std::uint32_t column, std::uint64_t number) { return runs[(column ^ number >> 8) % runs.size()]; }
+  // Neighbours lie apart, and so do the first columns of two tables that are read in turns.
+  column_run& run_of(std::uint32_t column, std::uint16_t tag) {
+    return runs[(column + std::uint32_t{tag} * 17) % runs.size()];
+  }
 
   // Forgets what a write makes wrong: positions in indexes and places of values.
   void before_write();

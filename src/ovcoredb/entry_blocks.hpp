@@ -19,7 +19,8 @@
 
 namespace ovcoredb {
 
-// Less: a strict order of entries. Entry: trivially copyable and comparable with ==.
+// Less: a strict order of entries. Entry: trivially copyable, comparable with ==, with a word() that never falls along
+// the order. The word tells about where in its block an entry lies: most searches look at one or two cache lines of it.
 template <class Entry, class Less>
 class entry_blocks {
  public:
@@ -46,10 +47,10 @@ class entry_blocks {
   position begin() const { return {first_, 0}; }
   position end() const { return {last_, last_ == nullptr ? 0 : last_->count}; }
 
-  // The first entry for which `before` is false. It is true of a beginning of the entries.
+  // The first entry for which `before` is false. It is true of a beginning of the entries, up to about this word.
   template <class Before>
-  position find(const Before& before) const {
-    const place found = locate(before);
+  position find(std::uint64_t word, const Before& before) const {
+    const place found = locate(word, before);
     if (found.in == nullptr) return {};
     if (found.offset < found.in->count || found.in->next == nullptr) return {found.in, found.offset};
     return {found.in->next, 0};
@@ -57,7 +58,7 @@ class entry_blocks {
 
   // The entry is not there.
   void insert(const Entry& entry) {
-    place at = locate([&](const Entry& each) { return less_(each, entry); });
+    place at = locate(entry);
     if (at.in == nullptr) {
       first_ = last_ = add_block(nullptr, entry);
     } else if (at.in->count < block_capacity) {
@@ -66,14 +67,14 @@ class entry_blocks {
       last_ = add_block(last_, entry);  // an ascending load fills its blocks
     } else {
       split(at);
-      at = locate([&](const Entry& each) { return less_(each, entry); });
+      at = locate(entry);
       insert_at(*at.in, at.offset, entry);
     }
   }
 
   // The entry is there.
   void erase(const Entry& entry) {
-    const position at = find([&](const Entry& each) { return less_(each, entry); });
+    const position at = find(entry.word(), [&](const Entry& each) { return less_(each, entry); });
     const auto found = fence_of(entry);
     block& in = *found->in;
     if (in.count == 1) {
@@ -118,25 +119,67 @@ class entry_blocks {
     std::uint32_t offset = 0;
   };
 
+  place locate(const Entry& entry) const {
+    return locate(entry.word(), [&](const Entry& each) { return less_(each, entry); });
+  }
+
   template <class Before>
-  place locate(const Before& before) const {
+  place locate(std::uint64_t word, const Before& before) const {
     auto found = directory_.lower_bound(boundary<Before>{before});
     if (first_ == nullptr) return {};
+    const auto behind = found;
     if (found != directory_.begin()) --found;
-    return {found->in.get(), locate_in(*found->in, before)};
+    block& in = *found->in;
+    const Entry& highest = behind != found && behind != directory_.end() ? behind->first : in.entries[in.count - 1];
+    return {&in, locate_in(in, guess(in.count, found->first.word(), highest.word(), word), before)};
+  }
+
+  // Where a word lies if words grow evenly from the lowest to the highest.
+  static std::uint32_t guess(std::uint32_t count, std::uint64_t lowest, std::uint64_t highest, std::uint64_t word) {
+    if (word <= lowest) return 0;
+    if (word >= highest) return count;
+    const auto part = static_cast<double>(static_cast<std::int64_t>((word - lowest) / 2));
+    const auto whole = static_cast<double>(static_cast<std::int64_t>((highest - lowest) / 2)) + 1;
+    return static_cast<std::uint32_t>(part / whole * count);
+  }
+
+  // Looks ever further away from the guess, which is at most the block's count, and then between the last two places.
+  template <class Before>
+  static std::uint32_t locate_in(const block& in, std::uint32_t guess, const Before& before) {
+    std::uint32_t low = 0;
+    std::uint32_t high = in.count;
+    if (guess < high && before(in.entries[guess])) {
+      low = guess + 1;
+      for (std::uint32_t step = 1; step <= high - low; step *= 2) {
+        if (!before(in.entries[low + step - 1])) {
+          high = low + step - 1;
+          break;
+        }
+        low += step;
+      }
+    } else {
+      high = guess;
+      for (std::uint32_t step = 1; step <= high; step *= 2) {
+        if (before(in.entries[high - step])) {
+          low = high - step + 1;
+          break;
+        }
+        high -= step;
+      }
+    }
+    return locate_between(in, low, high, before);
   }
 
   // A binary search whose steps are selections, not jumps.
   template <class Before>
-  static std::uint32_t locate_in(const block& in, const Before& before) {
-    std::uint32_t offset = 0;
-    for (std::uint32_t count = in.count; count != 0;) {
+  static std::uint32_t locate_between(const block& in, std::uint32_t low, std::uint32_t high, const Before& before) {
+    for (std::uint32_t count = high - low; count != 0;) {
       const std::uint32_t half = count / 2;
-      const bool behind = before(in.entries[offset + half]);
-      offset = behind ? offset + half + 1 : offset;
+      const bool behind = before(in.entries[low + half]);
+      low = behind ? low + half + 1 : low;
       count = behind ? count - half - 1 : half;
     }
-    return offset;
+    return low;
   }
 
   typename fences::iterator fence_of(const Entry& entry) {

@@ -44,7 +44,6 @@ std::uint32_t start(context_state& reader, iterator_state& iterator, const order
   if (!read_key(first_key, index.parts(), from_behind, reader.first)) return ORV_BAD_KEY;
   if (!read_key(last_key, index.parts(), to_behind, iterator.last)) return ORV_BAD_KEY;
   iterator.step = descending ? ~std::uint32_t{0} : 1;
-  iterator.run = {};
   iterator.index = &index;
   iterator.stop = descending ? index.begin() : index.end();
   iterator.checks_left = checks_before_end_is_sought;

@@ -26,8 +26,9 @@ struct found_column {
   if (column - first_declared_column >= segment->count) return {ORV_BAD_COLUMN};
   const auto* const values = &place.in->columns[segment->first + column - first_declared_column];
   const place_directory::run around = objects.run_of(number);
-  context.run_of(column, number) = {column_run::name(values->type(), column, tag), around.first, around.count,
-                                    around.place.row(), values};
+  context.has_read = true;
+  context.run_of(column, tag) = {column_run::name(values->type(), column, tag), around.first, around.count,
+                                 around.place.row(), values};
   return {ORV_OK, values, place.row};
 }
 
@@ -35,8 +36,9 @@ struct found_column {
 const column_run* find_known_run(context_state* context, std::uint64_t number, std::uint64_t second_word,
                                  std::uint32_t column, column_type type) {
   if (context == nullptr) return nullptr;
-  const column_run& run = context->run_of(column, number);
-  if (run.type_column_tag != column_run::name(type, column, static_cast<std::uint16_t>(second_word))) return nullptr;
+  const auto tag = static_cast<std::uint16_t>(second_word);
+  const column_run& run = context->run_of(column, tag);
+  if (run.type_column_tag != column_run::name(type, column, tag)) return nullptr;
   return number - run.first < run.count ? &run : nullptr;
 }
 

@@ -17,7 +17,7 @@ ordered_index::ordered_index(const object_store& objects, std::uint64_t handle, 
 void ordered_index::insert(std::uint64_t number) {
   const index_entry entry = entry_of(number);
   if (unique_ && !holds_null(number)) {
-    const auto at = entries_.find([&](const index_entry& each) { return compare_keys(each, entry) < 0; });
+    const auto at = entries_.find(entry.word(), [&](const index_entry& each) { return compare_keys(each, entry) < 0; });
     if (!at.at_end() && compare_keys(*at, entry) == 0) throw unique_violation(handle_, (*at).number());
   }
   entries_.insert(entry);

@@ -74,7 +74,7 @@ class ordered_index {
 
   // The first entry that is not before the end.
   entries::position find(const range_end& end) const {
-    return entries_.find([&](const index_entry& each) { return before(each, end); });
+    return entries_.find(end.word, [&](const index_entry& each) { return before(each, end); });
   }
 
  private:

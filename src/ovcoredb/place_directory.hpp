@@ -41,17 +41,17 @@ class place_directory {
     packed_place place{};  // of the first
   };
 
-  // A run that the position belongs to, found at once: not always the longest.
+  // A run that the position belongs to. Found at once where objects lie among those of other tables, and then not the
+  // longest.
   run quick_run_of(std::size_t position) const {
     const block& in = blocks_[position / block_size];
-    if (in.each != nullptr) return {position, 1, in.each[position % block_size]};
-    return run_in(position, in);
+    return in.each != nullptr ? run{position, 1, in.each[position % block_size]} : run_of(position);
   }
 
-  // The same, longer in blocks that list each of their objects: worth the search where the run is kept.
+  // The longest, but that it does not lie in two neighbouring blocks that list each of their objects.
   run run_of(std::size_t position) const {
-    const block& in = blocks_[position / block_size];
-    return in.each != nullptr ? listed_run_of(position, in) : run_in(position, in);
+    const std::size_t start = start_of_run(position);
+    return {start, end_of_run(position, start) - start, (*this)[start]};
   }
 
   void push_back(packed_place place) {
@@ -73,22 +73,39 @@ class place_directory {
   static constexpr std::size_t block_size = 256;
   struct block;
 
-  // In a block whose objects follow from its first: the longer the further back it is.
-  run run_in(std::size_t position, const block& in) const {
-    const std::size_t start = in.run_start;
-    return {start, std::min(size_, (position / block_size + 1) * block_size) - start, (*this)[start]};
+  bool follows(std::size_t position) const { return (*this)[position] == (*this)[position - 1].behind(1); }
+
+  std::size_t start_of_run(std::size_t position) const {
+    const block& in = blocks_[position / block_size];
+    if (in.each == nullptr) return in.run_start;
+    while (position % block_size != 0 && follows(position)) --position;
+    if (position % block_size != 0 || position == 0 || !follows(position)) return position;
+    const block& before = blocks_[position / block_size - 1];
+    return before.each == nullptr ? before.run_start : position;
   }
 
-  // The whole run as far as it lies in the block.
-  run listed_run_of(std::size_t position, const block& in) const {
-    const packed_place* const each = in.each.get();
-    const std::size_t block_start = position - position % block_size;
-    const std::size_t listed = std::min(size_ - block_start, block_size);
-    std::size_t start = position % block_size;
-    std::size_t end = start + 1;
-    while (start > 0 && each[start] == each[start - 1].behind(1)) --start;
-    while (end < listed && each[end] == each[end - 1].behind(1)) ++end;
-    return {block_start + start, end - start, each[start]};
+  std::size_t end_of_run(std::size_t position, std::size_t start) const {
+    const std::size_t first_behind = position / block_size + 1;
+    if (blocks_[first_behind - 1].each != nullptr) {
+      const std::size_t end = end_in_block(position);
+      if (end % block_size != 0 || end == size_) return end;
+    }
+    // The blocks whose objects follow from their first and from each other's, and what goes on behind them.
+    const auto behind =
+        std::partition_point(blocks_.begin() + static_cast<std::ptrdiff_t>(first_behind), blocks_.end(),
+                             [start](const block& each) { return each.each == nullptr && each.run_start == start; });
+    const std::size_t end = static_cast<std::size_t>(behind - blocks_.begin()) * block_size;
+    if (end >= size_) return size_;
+    const bool ends_here = blocks_[end / block_size - 1].each != nullptr || !follows(end);
+    return ends_here ? end : end_in_block(end);
+  }
+
+  // Where the run ends, or else the block.
+  std::size_t end_in_block(std::size_t position) const {
+    const std::size_t end = std::min(size_, (position / block_size + 1) * block_size);
+    while (++position < end && follows(position)) {
+    }
+    return position;
   }
 
   struct block {
@@ -97,10 +114,10 @@ class place_directory {
     std::unique_ptr<packed_place[]> each;  // null while they follow from the first
   };
 
-  // Of a block that begins with `place`.
+  // Of a block to be added that begins with `place`.
   std::size_t run_start(packed_place place) const {
-    if (blocks_.empty() || blocks_.back().each != nullptr) return size_;
-    return place == blocks_.back().first.behind(block_size) ? blocks_.back().run_start : size_;
+    if (size_ == 0 || place != (*this)[size_ - 1].behind(1)) return size_;
+    return start_of_run(size_ - 1);
   }
 
   void list_each(block& of, packed_place next) {

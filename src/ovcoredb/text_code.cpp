@@ -47,13 +47,16 @@ void encode_text(std::u16string_view units, text_end end, std::uint8_t* out) {
 }
 
 text_payload payload_of(std::span<const std::uint8_t> encoded) {
+  const auto behind = [encoded](std::size_t header, std::uint64_t unused) -> text_payload {
+    const std::uint64_t bits = (encoded.size() - header) * 8;
+    return {encoded.data() + header, bits < unused ? 0 : bits - unused};
+  };
+  if (!encoded.empty() && (encoded[0] & 0x80) != 0) return behind(1, encoded[0] & 0x7F);  // what this core writes
   constexpr std::uint64_t huge = std::numeric_limits<std::uint64_t>::max() >> 8;
   std::uint64_t unused = 0;
   for (std::size_t i = 0; i < encoded.size(); ++i) {
     unused = std::min(unused << 7 | (encoded[i] & 0x7Fu), huge);
-    if ((encoded[i] & 0x80) == 0) continue;
-    const std::uint64_t bits = (encoded.size() - i - 1) * 8;
-    return {encoded.data() + i + 1, bits < unused ? 0 : bits - unused};
+    if ((encoded[i] & 0x80) != 0) return behind(i + 1, unused);
   }
   return {};
 }

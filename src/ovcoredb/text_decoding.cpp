@@ -10,6 +10,10 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little);
 
+using two_words [[gnu::vector_size(16)]] = std::uint64_t;
+using eight_bytes [[gnu::vector_size(8)]] = std::uint8_t;
+using eight_units [[gnu::vector_size(16)]] = std::uint16_t;
+
 // The payload's bits from one position on, most significant first; at least 57 of them count, zeros follow the end.
 class bit_window {
  public:
@@ -24,10 +28,12 @@ class bit_window {
     if (size_ - byte >= 8) return load_at(byte) << at_ % 8;
     // Near the end: the last eight bytes, and of those what has not been taken.
     if (size_ >= 8) return load_at(size_ - 8) << (at_ - (size_ - 8) * 8);
-    std::uint64_t loaded = 0;
-    std::memcpy(&loaded, bytes_, size_);
-    return __builtin_bswap64(loaded) << at_;
+    return load_few() << at_;
   }
+
+  // The next 56 bits and the 56 behind them, if there are as many bytes.
+  bool has_two() const { return size_ - at_ / 8 >= 15; }
+  two_words load_two() const { return two_words{load_at(at_ / 8), load_at(at_ / 8 + 7)} << at_ % 8; }
 
  private:
   std::uint64_t load_at(std::uint64_t byte) const {
@@ -36,69 +42,101 @@ class bit_window {
     return __builtin_bswap64(loaded);
   }
 
+  // All of them, fewer than eight, in two or three steps that may meet. Out of line, which keeps the rest short.
+  [[gnu::noinline]] std::uint64_t load_few() const {
+    const std::uint64_t last = size_ - 1;
+    if (size_ >= 4) return load_four(0) << 32 | load_four(size_ - 4) << (64 - size_ * 8);
+    const auto load_one = [this](std::uint64_t byte) { return std::uint64_t{bytes_[byte]} << (56 - byte * 8); };
+    return load_one(0) | load_one(last / 2) | load_one(last);
+  }
+  std::uint64_t load_four(std::uint64_t byte) const {
+    std::uint32_t loaded;
+    std::memcpy(&loaded, bytes_ + byte, sizeof loaded);
+    return __builtin_bswap32(loaded);
+  }
+
   const std::uint8_t* bytes_;
   std::uint64_t size_;
   std::uint64_t bits_;
   std::uint64_t at_ = 0;
 };
 
-// Eight codes of 7 bits, the first in the uppermost byte, from the uppermost 56 bits of a window.
-std::uint64_t spread_to_bytes(std::uint64_t window) {
-  std::uint64_t codes = window >> 8;
-  codes = (codes & 0x000000000FFFFFFF) | (codes & 0x00FFFFFFF0000000) << 4;
-  codes = (codes & 0x00003FFF00003FFF) | (codes & 0x0FFFC0000FFFC000) << 2;
-  return (codes & 0x007F007F007F007F) | (codes & 0x3F803F803F803F80) << 1;
+constexpr std::uint64_t in_each_byte(std::uint64_t byte) { return 0x0101010101010101 * byte; }
+
+// Eight slots of 7 bits, the first in the uppermost byte, from the uppermost 56 bits of a window. Words: one or two.
+template <class Words>
+Words spread_to_bytes(Words window) {
+  Words slots = window >> 8;
+  slots = (slots & 0x000000000FFFFFFF) | (slots & 0x00FFFFFFF0000000) << 4;
+  slots = (slots & 0x00003FFF00003FFF) | (slots & 0x0FFFC0000FFFC000) << 2;
+  return (slots & 0x007F007F007F007F) | (slots & 0x3F803F803F803F80) << 1;
 }
 
-// Bit 6 of each of the eight that does not begin like a code of 7 bits, with 01 or 10.
-std::uint64_t other_codes(std::uint64_t codes) { return ~(codes ^ codes << 1) & 0x4040404040404040; }
-
-using eight_bytes [[gnu::vector_size(8)]] = std::uint8_t;
-using eight_units [[gnu::vector_size(16)]] = std::uint16_t;
-
-// The same eight with A to Z turned into a to z. No byte is above 7F.
-std::uint64_t fold_eight(std::uint64_t units) {
-  const std::uint64_t from_a = units + 0x3F3F3F3F3F3F3F3F;    // the top bit of each from 41 on
-  const std::uint64_t behind_z = units + 0x2525252525252525;  // from 5B on
-  return units + ((from_a & ~behind_z & 0x8080808080808080) >> 2);
+// The top bit of each slot that is not a whole code. The sums stay within their bytes.
+template <class Words>
+Words other_slots(Words slots) {
+  return ((slots + in_each_byte(printable_offset)) | ~(slots + in_each_byte(0x7F))) & in_each_byte(0x80);
 }
 
-// Writes eight units, the letters and some signs that have codes of 7 bits.
-template <bool Fold>
-void write_short_codes(std::uint64_t codes, char16_t* out) {
-  const std::uint64_t read = codes + 0x2020202020202020;
-  const std::uint64_t in_order = __builtin_bswap64(Fold ? fold_eight(read & 0x7F7F7F7F7F7F7F7F) : read);
+// The units of slots that are whole codes; with Fold, A to Z turned into a to z. No byte is above 7F.
+template <bool Fold, class Words>
+Words units_of(Words slots) {
+  const Words units = slots + in_each_byte(printable_offset);
+  if constexpr (!Fold) return units;
+  const Words from_a = units + in_each_byte(0x80 - 'A');
+  const Words behind_z = units + in_each_byte(0x80 - 'Z' - 1);
+  return units + ((from_a & ~behind_z & in_each_byte(0x80)) >> 2);
+}
+
+// The first unit is in the uppermost byte.
+void write_eight(std::uint64_t bytes, char16_t* out) {
+  const std::uint64_t in_order = __builtin_bswap64(bytes);
   eight_bytes units;
   std::memcpy(&units, &in_order, sizeof units);
   const auto wide = __builtin_convertvector(units, eight_units);
   std::memcpy(out, &wide, sizeof wide);
 }
 
+// Reads sixteen units at a time while they are printable ASCII.
+template <bool Fold>
+char16_t* decode_printable(bit_window& window, char16_t* out) {
+  while (window.has_two()) {
+    const two_words slots = spread_to_bytes(window.load_two());
+    const two_words others = other_slots(slots);
+    if ((others[0] | others[1]) != 0) break;
+    const two_words units = units_of<Fold>(slots);
+    write_eight(units[0], out);
+    write_eight(units[1], out + 8);
+    window.take(16 * least_code_length);
+    out += 16;
+  }
+  return out;
+}
+
 // Fold: every unit of ASCII is folded; null, too, for a text with others.
 template <bool Fold>
 const char16_t* decode(std::span<const std::uint8_t> encoded, char16_t* out) {
   bit_window window(payload_of(encoded));
+  out = decode_printable<Fold>(window, out);
   while (window.left() != 0) {
     const std::uint64_t loaded = window.load();
-    const std::uint64_t codes = spread_to_bytes(loaded);
-    write_short_codes<Fold>(codes, out);
-    const std::uint64_t others = other_codes(codes);
+    const std::uint64_t slots = spread_to_bytes(loaded);
+    write_eight(units_of<Fold>(slots & in_each_byte(0x7F)), out);
+    const std::uint64_t others = other_slots(slots);
     if (others == 0 && window.left() >= 8 * least_code_length) {  // told apart so that the next load need not wait
       out += 8;
       window.take(8 * least_code_length);
       continue;
     }
-    const auto before_others = static_cast<std::uint64_t>(std::countl_zero(others)) / 8;
-    const std::uint64_t taken = std::min(before_others, window.left() / least_code_length);
+    const auto printable = static_cast<std::uint64_t>(std::countl_zero(others)) / 8;
+    const bool all_there = printable * least_code_length <= window.left();
+    const std::uint64_t taken = all_there ? printable : window.left() / least_code_length;
     out += taken;
     window.take(taken * least_code_length);
     if (window.left() == 0) break;
-    const std::uint64_t rest = taken < 8 ? loaded << taken * least_code_length : window.load();
-    const bool is_byte = rest >> 62 == 0;  // a code of 8 bits, whole in what is loaded
-    if (Fold && rest >> 62 == 3) return nullptr;
-    const decoded_unit next = is_byte ? decoded_unit{static_cast<std::uint32_t>(rest >> 56), 8}
-                                      : unit_of(static_cast<std::uint32_t>(window.load() >> 40));
+    const decoded_unit next = unit_of(static_cast<std::uint32_t>(window.load() >> 40));
     if (next.length == 0 || next.length > window.left()) return nullptr;
+    if (Fold && next.unit >= 0x80) return nullptr;
     *out++ = static_cast<char16_t>(next.unit);
     window.take(next.length);
   }
@@ -108,7 +146,9 @@ const char16_t* decode(std::span<const std::uint8_t> encoded, char16_t* out) {
 }  // namespace
 
 std::size_t decoding_room(std::span<const std::uint8_t> encoded) {
-  return encoded.size() * 8 / least_code_length + 8;  // eight units are written at once
+  // At least 8/7 units for each byte, and eight are written even where one follows.
+  static_assert(least_code_length == 7);
+  return encoded.size() + encoded.size() / 4 + 8;
 }
 
 const char16_t* decode_text(std::span<const std::uint8_t> encoded, char16_t* out) {

@@ -5,17 +5,16 @@
 
 namespace ovcoredb {
 
-// One unit becomes a prefix and the unit's low bits. A longer text continues where a shorter one ends, so that the
-// bytes compare as the texts do, and a text is the beginning of another exactly when its bits are.
+// One unit becomes a slot of 7 bits and, outside printable ASCII, some of the unit's bits behind it. A longer text
+// continues where a shorter one ends, so that the bytes compare as the texts do, and a text is the beginning of another
+// exactly when its bits are.
 //
-//    units        bits of the code
-//    0000..001F   000 uuuuu
-//    0020..003F   001 uuuuu
-//    0040..005F   01 uuuuu
-//    0060..007F   10 uuuuu
-//    0080..087F   110 uuuuuuuuuuu            (unit - 0080)
-//    0880..FFFF   1110 uuuuuuuuuuuuuuuu
-//    upper limit  1111 1111 1111 1111 1111 1111, once, after the text
+//    units        slot      bits of the code in all
+//    0000..001F     0       12
+//    0020..007F     1..96    7
+//    0080..087F    97..112  14
+//    0880..FFFF   113..120  20
+//    upper limit  127       24, all ones, once, after the text
 //
 //    encoded text:  1vvvvvvv | payload bytes, most significant bit first | v zero bits up to the next whole byte
 //
@@ -25,13 +24,17 @@ struct unit_code {
   unsigned length;
 };
 
+inline constexpr std::uint32_t printable_offset = 0x1F;  // from a slot of 7 bits alone to its unit
+inline constexpr std::uint32_t first_of_14_bits = 97U << 7;
+inline constexpr std::uint32_t first_of_20_bits = 113U << 13;
+inline constexpr std::uint32_t units_of_20_bits = 0x10000 - 0x880;
+
 constexpr unit_code code_of(char16_t unit) {
   const std::uint32_t u = unit;
-  if (u < 0x40) return {u, 8};
-  if (u < 0x60) return {0x20 | (u & 0x1F), 7};
-  if (u < 0x80) return {0x40 | (u & 0x1F), 7};
-  if (u < 0x880) return {0x3000 | (u - 0x80), 14};
-  return {0xE0000 | u, 20};
+  if (u < 0x20) return {u, 12};
+  if (u < 0x80) return {u - printable_offset, 7};
+  if (u < 0x880) return {first_of_14_bits + (u - 0x80), 14};
+  return {first_of_20_bits + (u - 0x880), 20};
 }
 constexpr unit_code upper_limit_code{0xFFFFFF, 24};
 
@@ -44,12 +47,12 @@ struct decoded_unit {
 };
 
 constexpr decoded_unit unit_of(std::uint32_t bits) {
-  if (bits >> 22 == 0) return {bits >> 16, 8};
-  if (bits >> 22 == 1) return {0x40 | (bits >> 17 & 0x1F), 7};
-  if (bits >> 22 == 2) return {0x60 | (bits >> 17 & 0x1F), 7};
-  if (bits >> 21 == 6) return {0x80 + (bits >> 10 & 0x7FF), 14};
-  const std::uint32_t unit = bits >> 4 & 0xFFFF;
-  if (bits >> 20 == 14 && unit >= 0x880) return {unit, 20};
+  const std::uint32_t slot = bits >> 17;
+  if (slot == 0) return {bits >> 12, 12};
+  if (slot < 97) return {slot + printable_offset, 7};
+  if (slot < 113) return {0x80 + (bits >> 10) - first_of_14_bits, 14};
+  const std::uint32_t behind_first = (bits >> 4) - first_of_20_bits;
+  if (behind_first < units_of_20_bits) return {0x880 + behind_first, 20};
   return {0, 0};
 }
 

@@ -110,8 +110,9 @@ void write_component(std::uint8_t* out, const key_bound& bound) {
 std::size_t end_size(std::size_t size) { return 8 - size % 8; }
 
 void write_end(std::uint8_t* out, std::size_t count) {
-  *out = key_end;
-  std::fill_n(out + 1, count - 1, std::uint8_t{0});
+  constexpr std::array<std::uint8_t, 8> end = {key_end};
+  if (count == 7) return static_cast<void>(std::memcpy(out, end.data(), 7));  // behind one number
+  std::memcpy(out, end.data(), count);
 }
 
 std::strong_ordering order(lowest_marker, lowest_marker) { return std::strong_ordering::equal; }
@@ -144,10 +145,7 @@ std::strong_ordering order_bounds(const key_bound& left, const key_bound& right)
                     left);
 }
 
-std::uint8_t* growing_key::extend(std::size_t count) {
-  const std::size_t before = size_;
-  size_ += count;
-  if (size_ <= short_.size()) return short_.data() + before;
+std::uint8_t* growing_key::extend_long(std::size_t before) {
   if (long_.empty()) long_.assign(short_.begin(), short_.begin() + static_cast<std::ptrdiff_t>(before));
   long_.resize(size_);
   return long_.data() + before;

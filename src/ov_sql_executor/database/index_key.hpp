@@ -65,7 +65,12 @@ class growing_key {
   std::span<const std::uint8_t> bytes() const { return {data(), size_}; }
 
  private:
-  std::uint8_t* extend(std::size_t count);
+  std::uint8_t* extend(std::size_t count) {
+    const std::size_t before = size_;
+    size_ += count;
+    return size_ <= short_.size() ? short_.data() + before : extend_long(before);
+  }
+  std::uint8_t* extend_long(std::size_t before);
 
   std::array<std::uint8_t, 64> short_;
   std::vector<std::uint8_t> long_;  // the whole key, once it is too long for short_

@@ -20,6 +20,8 @@ class filter_enumerator final : public row_source {
     return false;
   }
 
+  void reopen(const input& child, execution_context& context) { child.reopen(child_, context); }
+
  private:
   const operators::operand& predicate_;  // the node's
   std::unique_ptr<row_source> child_;
@@ -29,6 +31,10 @@ class filter_enumerator final : public row_source {
 
 std::unique_ptr<row_source> filter::open(execution_context& context) const {
   return std::make_unique<filter_enumerator>(predicate_, child_.open(context));
+}
+
+void filter::reopen(std::unique_ptr<row_source>& used, execution_context& context) const {
+  static_cast<filter_enumerator&>(*used).reopen(child_, context);
 }
 
 }  // namespace ov::sql_executor

@@ -15,6 +15,7 @@ class filter final : public source_node {
       : child_(std::move(child)), predicate_(std::move(predicate)) {}
 
   std::unique_ptr<row_source> open(execution_context& context) const override;
+  void reopen(std::unique_ptr<row_source>& used, execution_context& context) const override;
 
  private:
   input child_;

@@ -26,7 +26,11 @@ bool nested_loop_enumerator::push_next(execution_context& context) {
 // Leaves the next outer row on the stack, with a new inner side for it.
 bool nested_loop_enumerator::push_outer_row(execution_context& context) {
   if (!outer_->push_next(context)) return false;
-  inner_ = inner_side_.open(context);
+  if (inner_ != nullptr) {
+    inner_side_.reopen(inner_, context);
+  } else {
+    inner_ = inner_side_.open(context);
+  }
   state_ = state::outer_row_unmatched;
   return true;
 }

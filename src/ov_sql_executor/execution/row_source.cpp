@@ -39,4 +39,9 @@ std::unique_ptr<row_source> input::open(execution_context& context) const {
   return std::make_unique<adapted_source>(std::unique_ptr<enumerator>(child_->create_enumerator(context)));
 }
 
+void input::reopen(std::unique_ptr<row_source>& used, execution_context& context) const {
+  if (source_ != nullptr) return source_->reopen(used, context);
+  used = open(context);
+}
+
 }  // namespace ov::sql_executor

@@ -27,6 +27,10 @@ class source_node : public error_handling::destroyed_in_turn<node> {
  public:
   virtual std::unique_ptr<row_source> open(execution_context& context) const = 0;
 
+  // Opens in place of a source that this node opened before and that nobody needs any more. The new one is there before
+  // anything of the old one goes, which stays if opening throws; its memory may serve again.
+  virtual void reopen(std::unique_ptr<row_source>& used, execution_context& context) const { used = open(context); }
+
   enumerator* create_enumerator(execution_context& context) const final { return open(context).release(); }
 };
 
@@ -37,6 +41,9 @@ class input {
       : child_(child.release()), source_(dynamic_cast<const source_node*>(child_.get())) {}
 
   std::unique_ptr<row_source> open(execution_context& context) const;
+
+  // See source_node::reopen.
+  void reopen(std::unique_ptr<row_source>& used, execution_context& context) const;
 
  private:
   std::unique_ptr<node, error_handling::in_turn> child_;

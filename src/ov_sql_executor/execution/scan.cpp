@@ -1,5 +1,7 @@
 #include "ov_sql_executor/execution/scan.hpp"
 
+#include <utility>
+
 #include "ov_sql_executor/database/obj_ref.hpp"
 #include "ov_sql_executor/database/status.hpp"
 #include "ov_sql_executor/execution/scan_keys.hpp"
@@ -8,16 +10,26 @@ namespace ov::sql_executor {
 
 namespace {
 
+std::uint64_t open_iterator(std::uint64_t index, const scan_keys& keys, const execution_context& context) {
+  std::uint64_t iterator = 0;
+  db_util::check(orv_context_create_iterator(context.context_handle, index, keys.flags, keys.first.data(),
+                                             keys.last.data(), &iterator));
+  return iterator;
+}
+
 // Owns an iterator of the core.
 class scan_enumerator final : public row_source {
  public:
-  scan_enumerator(std::uint64_t index, const scan_keys& keys, const execution_context& context) {
-    db_util::check(orv_context_create_iterator(context.context_handle, index, keys.flags, keys.first.data(),
-                                               keys.last.data(), &iterator_));
-  }
+  scan_enumerator(std::uint64_t index, const scan_keys& keys, const execution_context& context)
+      : iterator_(open_iterator(index, keys, context)) {}
 
   // Runs while exceptions may pass, and nothing depends on the iterator any more: the status is not looked at.
   ~scan_enumerator() override { orv_iterator_free(iterator_); }
+
+  void reopen(std::uint64_t index, const scan_keys& keys, const execution_context& context) {
+    orv_iterator_free(std::exchange(iterator_, open_iterator(index, keys, context)));
+    done_ = false;
+  }
 
   bool push_next(execution_context& context) override {
     if (done_) return false;
@@ -30,7 +42,7 @@ class scan_enumerator final : public row_source {
   }
 
  private:
-  std::uint64_t iterator_ = 0;
+  std::uint64_t iterator_;
   bool done_ = false;
 };
 
@@ -40,6 +52,12 @@ std::unique_ptr<row_source> scan::open(execution_context& context) const {
   scan_keys keys;
   write_scan_keys(ranges_, key_columns_, ascending_, context, keys);
   return std::make_unique<scan_enumerator>(index_handle_, keys, context);
+}
+
+void scan::reopen(std::unique_ptr<row_source>& used, execution_context& context) const {
+  scan_keys keys;
+  write_scan_keys(ranges_, key_columns_, ascending_, context, keys);
+  static_cast<scan_enumerator&>(*used).reopen(index_handle_, keys, context);
 }
 
 }  // namespace ov::sql_executor

@@ -28,6 +28,7 @@ class scan final : public source_node {
         ascending_(ascending) {}
 
   std::unique_ptr<row_source> open(execution_context& context) const override;
+  void reopen(std::unique_ptr<row_source>& used, execution_context& context) const override;
 
  private:
   std::vector<std::vector<key_condition>> ranges_;

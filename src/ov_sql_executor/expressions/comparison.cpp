@@ -1,6 +1,7 @@
 #include "ov_sql_executor/expressions/comparison.hpp"
 
 #include "ov_sql_executor/values/comparison.hpp"
+#include "ov_sql_executor/values/numeric_order.hpp"
 
 namespace ov::sql_executor::operators {
 
@@ -18,8 +19,12 @@ template <class Relation>
 truth comparison<Relation>::test(execution_context& context) const {
   // The commonest comparisons, of a number column with a number or with another column, go without views.
   if (left_.is_int64_property()) {
-    if (const std::int64_t* right = right_.find_int64(context)) {
+    if (const auto* right = right_.find<std::int64_t>(context)) {
       return compare_int64<Relation>(left_.read_int64(context), *right);
+    }
+    if (const auto* right = right_.find<double>(context)) {
+      const std::optional<std::int64_t> left = left_.read_int64(context);
+      return left ? to_truth(Relation::holds(compare_numbers(*left, *right))) : truth::unknown;
     }
     if (right_.is_int64_property()) {
       const std::optional<std::int64_t> right = right_.read_int64(context);

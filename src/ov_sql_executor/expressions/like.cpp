@@ -18,9 +18,10 @@ truth like::test(execution_context& context) const {
   const auto* text = expect_or_null<text_view>(left);
   if (text == nullptr) return truth::unknown;
   // Of what the core lends, the text before the pattern is converted and the pattern before the text is, copies stay.
-  const boost::container::small_vector<std::uint8_t, 256> text_bytes(text->bytes.begin(), text->bytes.end());
+  const boost::container::small_vector<std::uint8_t, 256> text_bytes(text->bytes.data(),
+                                                                     text->bytes.data() + text->bytes.size());
   const std::u16string_view lent = db_util::lend_base_ucs2(context.context_handle, *pattern);
-  const boost::container::small_vector<char16_t, 64> pattern_units(lent.begin(), lent.end());
+  const boost::container::small_vector<char16_t, 64> pattern_units(lent.data(), lent.data() + lent.size());
   const std::u16string_view text_units =
       db_util::lend_base_ucs2(context.context_handle, text_view{{text_bytes.data(), text_bytes.size()}});
   return to_truth(matches_like(text_units, {pattern_units.data(), pattern_units.size()}));

@@ -60,9 +60,10 @@ class operand {
     return property_->read_int64(context);
   }
 
-  // The int64 that lies in the context for this operand; null where there is none.
-  const std::int64_t* find_int64(const execution_context& context) const {
-    return context_read_ != nullptr ? std::get_if<std::int64_t>(&context_read_->at(context)) : nullptr;
+  // The value that lies in the context for this operand, if it is of this type; null where there is none.
+  template <class T>
+  const T* find(const execution_context& context) const {
+    return context_read_ != nullptr ? std::get_if<T>(&context_read_->at(context)) : nullptr;
   }
 
   // The one position of the row stack that the operand reads, if it is that simple; and whether its value is just the

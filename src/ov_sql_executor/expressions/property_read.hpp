@@ -23,6 +23,10 @@ class property_read final : public lending_operator {
 
   // Throws std::bad_variant_access when the position holds no reference, db_exception when the core fails.
   value_view read(const execution_context& context, value& room) const {
+    if (is_int64()) {
+      const std::optional<std::int64_t> number = read_int64(context);
+      return number ? value_view(*number) : operator_library::NullValue{};
+    }
     const OV_OBJ_REF* object = object_in(context);
     if (object == nullptr) return operator_library::NullValue{};
     return db_util::read_column(type_, context.context_handle, tagged(*object), column_, room);

@@ -14,6 +14,16 @@ namespace ov::sql_executor {
 std::partial_ordering compare_with_integer(double left, int128 right);
 std::partial_ordering compare_with_millionths(double left, std::int64_t right);
 
+// The same as compare_with_integer, for the commonest integers.
+inline std::partial_ordering compare_with_int64(double left, std::int64_t right) {
+  constexpr double beyond_all = 9223372036854775808.0;  // 2^63
+  if (left >= beyond_all) return std::partial_ordering::greater;
+  if (left < -beyond_all) return std::partial_ordering::less;
+  if (left != left) return std::partial_ordering::unordered;
+  const auto whole = static_cast<std::int64_t>(left);
+  return whole != right ? whole <=> right : left <=> static_cast<double>(whole);
+}
+
 // The order of the numbers that two values denote: exact for every pair of types, unordered where a NaN takes part.
 // Infinities are beyond every finite number and equal to themselves.
 template <numeric_alternative Left, numeric_alternative Right>
@@ -23,6 +33,8 @@ std::partial_ordering compare_numbers(Left left, Right right) {
     return left <=> right;
   } else if constexpr (floating_alternative<Left> && floating_alternative<Right>) {
     return static_cast<double>(left) <=> static_cast<double>(right);
+  } else if constexpr (floating_alternative<Left> && std::same_as<Right, std::int64_t>) {
+    return compare_with_int64(static_cast<double>(left), right);
   } else if constexpr (floating_alternative<Left> && integer_alternative<Right>) {
     return compare_with_integer(static_cast<double>(left), right);
   } else if constexpr (floating_alternative<Left>) {

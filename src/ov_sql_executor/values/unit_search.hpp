@@ -2,26 +2,60 @@
 #define OV_SQL_EXECUTOR_VALUES_UNIT_SEARCH_HPP_
 
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <string_view>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+
+#include <bit>
+#endif
 
 namespace ov::sql_executor {
 
-// Where a unit first stands in a text from start on; npos if nowhere. The same as text.find, which looks at one unit at
-// a time where this looks at four.
+#ifdef __SSE2__
+
+// Which of the eight units from here on are this one: two bits for each.
+inline unsigned where_among_eight(const char16_t* units, __m128i unit) {
+  const __m128i eight = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units));
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(eight, unit)));
+}
+
+// Where a unit with another right behind it first stands in a text from start on; npos if nowhere. The same as
+// text.find of the two, which looks at one unit at a time where this looks at eight.
+inline std::size_t find_units(std::u16string_view text, char16_t first, char16_t second, std::size_t start) {
+  const __m128i firsts = _mm_set1_epi16(static_cast<short>(first));
+  const __m128i seconds = _mm_set1_epi16(static_cast<short>(second));
+  for (; start + 9 <= text.size(); start += 8) {
+    const char16_t* const units = text.data() + start;
+    const unsigned found = where_among_eight(units, firsts) & where_among_eight(units + 1, seconds);
+    if (found != 0) return start + static_cast<std::size_t>(std::countr_zero(found)) / 2;
+  }
+  const char16_t both[] = {first, second};
+  return text.find({both, 2}, start);
+}
+
+// The same for one unit.
 inline std::size_t find_unit(std::u16string_view text, char16_t unit, std::size_t start) {
-  constexpr std::uint64_t ones = 0x0001000100010001;
-  constexpr std::uint64_t tops = 0x8000800080008000;
-  const std::uint64_t wanted = ones * unit;
-  for (; start + 4 <= text.size(); start += 4) {
-    std::uint64_t four;
-    std::memcpy(&four, text.data() + start, sizeof four);
-    const std::uint64_t difference = four ^ wanted;
-    if (((difference - ones) & ~difference & tops) != 0) break;  // one of them is zero
+  const __m128i wanted = _mm_set1_epi16(static_cast<short>(unit));
+  for (; start + 8 <= text.size(); start += 8) {
+    const unsigned found = where_among_eight(text.data() + start, wanted);
+    if (found != 0) return start + static_cast<std::size_t>(std::countr_zero(found)) / 2;
   }
   return text.find(unit, start);
 }
+
+#else
+
+inline std::size_t find_units(std::u16string_view text, char16_t first, char16_t second, std::size_t start) {
+  const char16_t both[] = {first, second};
+  return text.find({both, 2}, start);
+}
+
+inline std::size_t find_unit(std::u16string_view text, char16_t unit, std::size_t start) {
+  return text.find(unit, start);
+}
+
+#endif
 
 }  // namespace ov::sql_executor
 
