@@ -22,8 +22,8 @@ constexpr std::size_t ample = 8 << 20;
 runnable planned(plan any) { return std::get<0>(physical_to_exec::Plan(std::move(any))); }
 
 std::vector<row> run(const runnable& statement) {
-  const ovcoredb::database core;
-  const ovcoredb::context texts(core);
+  static const ovcoredb::database core;
+  static const ovcoredb::context texts(core);
   execution_context context{statement.constants, {std::int64_t{1}, true, false, text(u"")}, {}, texts.handle()};
   const std::unique_ptr<enumerator> open(statement.root->create_enumerator(context));
   std::vector<row> all;

@@ -15,28 +15,26 @@ namespace error_handling::stack_weights {
 #endif
 #endif
 
-#if defined(OV_SQL_EXECUTOR_GUARDS_FRAMES) && defined(__OPTIMIZE__)
-inline constexpr std::size_t node = 4096;
-inline constexpr std::size_t operation = 3072;
-inline constexpr std::size_t reserve = 65536;
-#elif defined(OV_SQL_EXECUTOR_GUARDS_FRAMES)
-inline constexpr std::size_t node = 16384;
-inline constexpr std::size_t operation = 8192;
-inline constexpr std::size_t reserve = 65536;
-#elif defined(__OPTIMIZE__)
-inline constexpr std::size_t node = 1024;
-inline constexpr std::size_t operation = 1024;
-inline constexpr std::size_t reserve = 32768;
+#if defined(OV_SQL_EXECUTOR_GUARDS_FRAMES)
+inline constexpr bool guards_frames = true;
+#undef OV_SQL_EXECUTOR_GUARDS_FRAMES
 #else
-inline constexpr std::size_t node = 4096;
-inline constexpr std::size_t operation = 3072;
-inline constexpr std::size_t reserve = 32768;
+inline constexpr bool guards_frames = false;
+#endif
+#if defined(__OPTIMIZE__)
+inline constexpr bool is_optimised = true;
+#else
+inline constexpr bool is_optimised = false;
 #endif
 
-#undef OV_SQL_EXECUTOR_GUARDS_FRAMES
+inline constexpr std::size_t node = is_optimised ? (guards_frames ? 6144 : 1024) : (guards_frames ? 12288 : 4096);
+inline constexpr std::size_t operation = is_optimised ? (guards_frames ? 3584 : 1024) : (guards_frames ? 8192 : 3072);
+
+// For what is called beside: the core, sorting, memory, exceptions.
+inline constexpr std::size_t reserve = guards_frames ? 65536 : 32768;
 
 // What a plan may need without anybody looking at the stack.
-inline constexpr std::size_t unchecked = 32 * node;
+inline constexpr std::size_t unchecked = guards_frames ? 65536 : 32768;
 
 }  // namespace error_handling::stack_weights
 

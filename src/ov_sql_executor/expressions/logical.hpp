@@ -27,10 +27,12 @@ class connective final : public lending_operator {
   static constexpr bool is_list = std::same_as<Operands, std::vector<operand>>;
 
  public:
-  connective(std::unique_ptr<operator_base> left, std::unique_ptr<operator_base> right) requires(!is_list)
+  // Templates, since only one of them fits the operands.
+  template <std::same_as<std::unique_ptr<operator_base>> Expression>
+  connective(Expression left, Expression right) requires(!is_list)
       : operands_{operand(std::move(left)), operand(std::move(right))} {}
-  explicit connective(std::vector<std::unique_ptr<operator_base>> operands) requires is_list
-      : operands_(to_operands(std::move(operands))) {}
+  template <std::same_as<std::vector<std::unique_ptr<operator_base>>> List>
+  explicit connective(List operands) requires is_list : operands_(to_operands(std::move(operands))) {}
 
   value_view lend(execution_context& context, value& room) const override;
   truth test(execution_context& context) const override;
