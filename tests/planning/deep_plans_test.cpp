@@ -85,7 +85,7 @@ TEST(DeepPlans, no_level_uses_more_of_the_stack_than_it_is_said_to) {
 // The greatest depth that a small stack takes.
 int limit_of(const std::function<plan(int)>& make) {
   int good = 1;
-  for (int step = 512; step > 0; step /= 2) {
+  for (int step = 256; step > 0; step /= 2) {
     if (rows_on_small_stack(make(good + step)) != too_deep) good += step;
   }
   return good;
