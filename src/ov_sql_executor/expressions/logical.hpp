@@ -32,7 +32,7 @@ class connective final : public lending_operator {
   connective(Expression left, Expression right) requires(!is_list)
       : operands_{operand(std::move(left)), operand(std::move(right))} {}
   template <std::same_as<std::vector<std::unique_ptr<operator_base>>> List>
-  explicit connective(List operands) requires is_list : operands_(to_operands(std::move(operands))) {}
+  explicit connective(List operands) requires(is_list) : operands_(to_operands(std::move(operands))) {}
 
   value_view lend(execution_context& context, value& room) const override;
   truth test(execution_context& context) const override;
