@@ -105,6 +105,19 @@ TEST_F(ExpressionTranslation, operands_keep_their_places) {
   EXPECT_EQ((value_of<plan::Not>(true, i(5))), "false") << "surplus operands are ignored";
 }
 
+TEST_F(ExpressionTranslation, brackets_in_a_chain_make_no_difference) {
+  const auto either = [](expression left, expression right) { return plan::Or{{{}, {left, right}}}; };
+  const operator_ptr chain = translate(either(either(number(1), either(number(2), number(3))), number(4)));
+  EXPECT_EQ(class_of(*chain), typeid(operators::any_of));
+  EXPECT_EQ(spell(constants), "i1 i2 i3 i4");
+  constants.clear();
+  EXPECT_EQ(class_of(*translate(either(number(1), plan::And{either(number(2), number(3))}))),
+            typeid(operators::logical_or));
+  constants.clear();
+  EXPECT_EQ(error_of(either(either(number(1), plan::Or{{{}, {number(2)}}}), number(3))), bad_subscript);
+  EXPECT_EQ(spell(constants), "i1 i2") << "what was met before the missing one";
+}
+
 TEST_F(ExpressionTranslation, literals_and_parameters) {
   EXPECT_EQ(evaluate(*translate(plan::Sum{{{}, {parameter(0), parameter(1)}}})), bad_subscript);
   EXPECT_TRUE(constants.empty());

@@ -20,6 +20,12 @@ TEST_F(Logical, connectives) {
   check<operators::logical_or>({"true fails = true [0]", "false true = true [01]", "false dec3 = dec3 [01]",
                                 "NULL true = true [01]", "NULL false = NULL [01]", "NULL NULL = NULL [01]",
                                 "NULL 'a' = 7020 [01]", "'a' fails = 7020 [0]"});
+  // As if one were inside the other, bracketed either way.
+  check<operators::all_of>({"true true false fails = false [012]", "true NULL true = NULL [012]",
+                            "true NULL false fails = false [012]", "NULL true u7 = 7020 [012]",
+                            "true true u7 = u7 [012]", "true u7 fails = 7020 [01]", "NULL fails false = 99 [01]"});
+  check<operators::any_of>({"false NULL true fails = true [012]", "false false 'ab' = 'ab' [012]",
+                            "NULL false false = NULL [012]", "false 'ab' fails = 7020 [01]"});
   check<operators::logical_not>({"true = false [0]", "false = true [0]", "NULL = NULL [0]", "i1 = 7020 [0]"});
   check<operators::xor_op>({"true false = true [01]", "true true = false [01]", "true NULL = NULL [01]",
                             "false i1 = 7020 [01]", "NULL fails = NULL [0]", "i1 fails = 7020 [0]"});

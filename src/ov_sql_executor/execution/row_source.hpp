@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "ov_sql_executor/errors/destroyed_in_turn.hpp"
 #include "ov_sql_executor/execution/enumerator.hpp"
 #include "ov_sql_executor/execution/node.hpp"
 
@@ -22,7 +23,7 @@ class row_source : public enumerator {
 };
 
 // A node of this library.
-class source_node : public node {
+class source_node : public error_handling::destroyed_in_turn<node> {
  public:
   virtual std::unique_ptr<row_source> open(execution_context& context) const = 0;
 
@@ -37,7 +38,7 @@ class source_node : public node {
 class input {
  public:
   explicit input(std::unique_ptr<node> child)
-      : child_(std::move(child)), source_(dynamic_cast<const source_node*>(child_.get())) {}
+      : child_(child.release()), source_(dynamic_cast<const source_node*>(child_.get())) {}
 
   std::unique_ptr<row_source> open(execution_context& context) const;
 
@@ -45,7 +46,7 @@ class input {
   void reopen(std::unique_ptr<row_source>& used, execution_context& context) const;
 
  private:
-  std::unique_ptr<node> child_;
+  std::unique_ptr<node, error_handling::in_turn> child_;
   const source_node* source_;  // child_, if it is of this library
 };
 

@@ -35,7 +35,7 @@ struct property_ref {
 struct variable_origin;
 
 // A variable over the objects of a table. Two are equal when tables (by object number), ids and origins are; the cache
-// takes no part.
+// takes no part. Origins of origins may go on for as long as the host likes.
 struct variable {
   OV_OBJ_REF table{};
   std::shared_ptr<meta_data::Table::TableCache> cache;
@@ -58,7 +58,7 @@ struct variable_origin {
   physical_queryplan::variable variable;
   std::vector<property_ref> path;
 
-  friend bool operator==(const variable_origin& left, const variable_origin& right) = default;
+  friend inline bool operator==(const variable_origin& left, const variable_origin& right);
 };
 
 // A property of a variable, with values of alternative T.
@@ -100,7 +100,13 @@ inline variable::variable(OV_OBJ_REF table_object, std::shared_ptr<meta_data::Ta
                           identifier name, std::optional<std::unique_ptr<variable_origin>> origin)
     : table(table_object), cache(std::move(table_cache)), id(name), parent(std::move(origin)) {}
 inline variable::variable(const variable& other) : table(other.table), cache(other.cache), id(other.id) {
-  if (other.parent) parent = std::make_unique<variable_origin>(**other.parent);
+  variable* to = this;
+  for (const variable* from = &other; from->parent; from = &(*from->parent)->variable) {
+    const variable& origin = (*from->parent)->variable;
+    to->parent = std::make_unique<variable_origin>(
+        variable_origin{variable(origin.table, origin.cache, origin.id), (*from->parent)->path});
+    to = &(*to->parent)->variable;
+  }
 }
 inline variable::variable(variable&& other) noexcept
     : table(other.table), cache(std::move(other.cache)), id(other.id), parent(std::exchange(other.parent, {})) {}
@@ -111,11 +117,28 @@ inline variable& variable::operator=(variable other) noexcept {
   std::swap(parent, other.parent);
   return *this;
 }
-inline variable::~variable() = default;
+inline variable::~variable() {
+  for (auto origin = std::exchange(parent, {}); origin;) {
+    auto next = *origin ? std::exchange((*origin)->variable.parent, {}) : std::nullopt;
+    origin = std::move(next);
+  }
+}
 
 inline bool operator==(const variable& left, const variable& right) {
-  return left.table.object_number == right.table.object_number && left.id == right.id &&
-         left.parent.has_value() == right.parent.has_value() && (!left.parent || **left.parent == **right.parent);
+  const variable* a = &left;
+  const variable* b = &right;
+  while (a->table.object_number == b->table.object_number && a->id == b->id &&
+         a->parent.has_value() == b->parent.has_value()) {
+    if (!a->parent) return true;
+    if ((*a->parent)->path != (*b->parent)->path) return false;
+    a = &(*a->parent)->variable;
+    b = &(*b->parent)->variable;
+  }
+  return false;
+}
+
+inline bool operator==(const variable_origin& left, const variable_origin& right) {
+  return left.path == right.path && left.variable == right.variable;
 }
 
 }  // namespace physical_queryplan

@@ -3,7 +3,10 @@
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_EXPRESSION_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_EXPRESSION_HPP_
 
+#include <concepts>
 #include <cstdint>
+#include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -92,9 +95,64 @@ using expression_variant =
                  literal>;
 static_assert(std::variant_size_v<expression_variant> == 55);
 
+// Nested as deep as the host likes: moving and destroying have no limit; plan.hpp says what Plan takes.
 struct expression : expression_variant {
   using expression_variant::expression_variant;
+
+  expression() = default;
+  expression(const expression&) = default;
+  expression(expression&&) = default;
+  expression& operator=(const expression&) = default;
+  expression& operator=(expression&&) = default;
+  inline ~expression();
 };
+
+// What an operation holds; null for any other expression, and for a valueless one.
+template <class Expression>
+requires std::same_as<std::remove_const_t<Expression>, expression>
+auto find_operation(Expression& any) {
+  using found = std::conditional_t<std::is_const_v<Expression>, const operation*, operation*>;
+  using variant = std::conditional_t<std::is_const_v<Expression>, const expression_variant&, expression_variant&>;
+  if (any.valueless_by_exception()) return found();
+  return std::visit(
+      []<class Alternative>(Alternative& held) -> found {
+        if constexpr (std::derived_from<Alternative, operation>) {
+          return &held;
+        } else {
+          return nullptr;
+        }
+      },
+      static_cast<variant>(any));
+}
+
+// Takes nested operations apart one by one, with neither recursion nor memory of its own. The operands on the way to
+// those in hand wait as those of their last one, which have been taken out.
+inline expression::~expression() {
+  const auto operands_of = [](expression& any) -> std::vector<expression>* {
+    operation* const found = find_operation(any);
+    return found != nullptr && !found->operands.empty() ? &found->operands : nullptr;
+  };
+  const auto take = [](std::vector<expression>& from) { return std::exchange(from, {}); };
+  std::vector<expression>* const own = operands_of(*this);
+  if (own == nullptr) return;
+  std::vector<expression> in_hand = take(*own);
+  std::vector<expression> above;
+  while (true) {
+    if (in_hand.empty()) {
+      if (above.empty()) return;
+      in_hand = take(above);
+      if (auto* const waiting = operands_of(in_hand.back())) above = take(*waiting);
+      in_hand.pop_back();
+    } else if (auto* const below = operands_of(in_hand.back())) {
+      std::vector<expression> next = take(*below);
+      *below = take(above);
+      above = take(in_hand);
+      in_hand = std::move(next);
+    } else {
+      in_hand.pop_back();
+    }
+  }
+}
 
 }  // namespace physical_queryplan
 

@@ -16,8 +16,6 @@
 
 namespace physical_queryplan {
 
-inline std::strong_ordering structural_order(const expression& left, const expression& right);
-
 namespace structural {
 
 template <class T>
@@ -59,16 +57,23 @@ std::strong_ordering order(const computed<T>& left, const computed<T>& right) {
   return left.id <=> right.id;
 }
 
-inline std::strong_ordering order(const variable& left, const variable& right) {
-  if (const auto table = order(left.table, right.table); table != 0) return table;
-  if (const auto id = left.id <=> right.id; id != 0) return id;
-  if (const auto known = left.parent.has_value() <=> right.parent.has_value(); known != 0 || !left.parent) return known;
-  const variable_origin& a = **left.parent;
-  const variable_origin& b = **right.parent;
-  if (const auto origin = order(a.variable, b.variable); origin != 0) return origin;
+inline std::strong_ordering order(const std::vector<property_ref>& left, const std::vector<property_ref>& right) {
   return std::lexicographical_compare_three_way(
-      a.path.begin(), a.path.end(), b.path.begin(), b.path.end(),
+      left.begin(), left.end(), right.begin(), right.end(),
       [](const property_ref& x, const property_ref& y) { return order(x.object, y.object); });
+}
+
+inline std::strong_ordering order(const variable& left, const variable& right) {
+  const variable* a = &left;
+  const variable* b = &right;
+  while (true) {
+    if (const auto table = order(a->table, b->table); table != 0) return table;
+    if (const auto id = a->id <=> b->id; id != 0) return id;
+    if (const auto known = a->parent.has_value() <=> b->parent.has_value(); known != 0 || !a->parent) return known;
+    if (const auto path = order((*a->parent)->path, (*b->parent)->path); path != 0) return path;
+    a = &(*a->parent)->variable;
+    b = &(*b->parent)->variable;
+  }
 }
 
 template <class T>
@@ -77,15 +82,11 @@ std::strong_ordering order(const property_column<T>& left, const property_column
   return property != 0 ? property : order(left.variable, right.variable);
 }
 
-template <class... Alternatives>
-std::strong_ordering order(const std::variant<Alternatives...>& left, const std::variant<Alternatives...>& right);
-
+// Without the operands.
 template <class Operation>
 requires std::derived_from<Operation, operation> std::strong_ordering order(const Operation& left,
                                                                             const Operation& right) {
-  if (const auto tag = left.result_type.index() <=> right.result_type.index(); tag != 0) return tag;
-  return std::lexicographical_compare_three_way(left.operands.begin(), left.operands.end(), right.operands.begin(),
-                                                right.operands.end(), structural_order);
+  return left.result_type.index() <=> right.result_type.index();
 }
 
 template <class... Alternatives>
@@ -95,10 +96,34 @@ std::strong_ordering order(const std::variant<Alternatives...>& left, const std:
                     left);
 }
 
+// The operands that are still to be compared.
+struct operand_pairs {
+  std::span<const expression> left;
+  std::span<const expression> right;
+};
+
 }  // namespace structural
 
+// Operations in the order of their operands, depth first; expressions may be nested as deep as the host likes.
 inline std::strong_ordering structural_order(const expression& left, const expression& right) {
-  return structural::order(static_cast<const expression_variant&>(left), static_cast<const expression_variant&>(right));
+  std::vector<structural::operand_pairs> open;
+  for (structural::operand_pairs next{{&left, 1}, {&right, 1}};;) {
+    while (next.left.empty() || next.right.empty()) {
+      if (const auto count = next.left.size() <=> next.right.size(); count != 0 || open.empty()) return count;
+      next = open.back();
+      open.pop_back();
+    }
+    const expression& a = next.left.front();
+    const expression& b = next.right.front();
+    const auto order =
+        structural::order(static_cast<const expression_variant&>(a), static_cast<const expression_variant&>(b));
+    if (order != 0) return order;
+    next = {next.left.subspan(1), next.right.subspan(1)};
+    if (const operation* const inner = find_operation(a)) {
+      open.push_back(next);
+      next = {inner->operands, find_operation(b)->operands};
+    }
+  }
 }
 
 }  // namespace physical_queryplan

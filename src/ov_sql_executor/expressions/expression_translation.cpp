@@ -39,7 +39,7 @@ using operator_ptr = std::unique_ptr<operator_base>;
 
 class expression_translator {
  public:
-  expression_translator(std::vector<value>& constants, const scope& columns)
+  expression_translator(std::vector<value>& constants, const visible_columns& columns)
       : constants_(constants), columns_(columns) {}
 
   operator_ptr translate(const expression& any) {
@@ -53,8 +53,8 @@ class expression_translator {
   operator_ptr build(const Less& any) { return binary<operators::less_than>(any); }
   operator_ptr build(const Greater& any) { return binary<operators::greater_than>(any); }
   operator_ptr build(const AtLeast& any) { return binary<operators::greater_than_or_equal>(any); }
-  operator_ptr build(const And& any) { return binary<operators::logical_and>(any); }
-  operator_ptr build(const Or& any) { return binary<operators::logical_or>(any); }
+  operator_ptr build(const And& any) { return connective<operators::logical_and, operators::all_of>(any); }
+  operator_ptr build(const Or& any) { return connective<operators::logical_or, operators::any_of>(any); }
   operator_ptr build(const Not& any) { return unary<operators::logical_not>(any); }
   operator_ptr build(const NullTest& any) { return unary<operators::is_null>(any); }
   operator_ptr build(const NotNullTest& any) { return unary<operators::is_not_null>(any); }
@@ -83,7 +83,7 @@ class expression_translator {
   // A property that an enclosing node has produced already is not read again.
   template <class T>
   operator_ptr build(const property_column<T>& column) {
-    if (const auto position = find_in_scope(columns_, column)) return read_row_stack(*position);
+    if (const auto position = columns_.find(column)) return read_row_stack(*position);
     const std::int16_t object = find_column(column.variable);
     const OV_OBJ_REF& property = column.property.object;
     const std::uint16_t index = meta_data::property_column(property);
@@ -133,6 +133,29 @@ class expression_translator {
     return std::make_unique<Operator>(std::move(left), std::move(right));
   }
 
+  // Long chains of ANDs and ORs are common, and brackets in them mean nothing: their operands become one list, in the
+  // order in which they would be met one inside the other.
+  template <class Two, class Many, class Operation>
+  operator_ptr connective(const Operation& any) {
+    std::vector<operator_ptr> operands;
+    std::vector<std::pair<const Operation*, std::size_t>> open = {{&any, 0}};  // and the next operand
+    while (!open.empty()) {
+      auto& [inner, next] = open.back();
+      if (next == 2) {
+        open.pop_back();
+      } else {
+        const expression& each = error_handling::element_at(inner->operands, next++);
+        if (const auto* const same = std::get_if<Operation>(&each)) {
+          open.emplace_back(same, 0);
+        } else {
+          operands.push_back(translate(each));
+        }
+      }
+    }
+    if (operands.size() > 2) return std::make_unique<Many>(std::move(operands));
+    return std::make_unique<Two>(std::move(operands[0]), std::move(operands[1]));
+  }
+
   // The result type selects the class.
   operator_ptr conditional(const Conditional& any) {
     operator_ptr condition = operand(any, 0);
@@ -152,7 +175,7 @@ class expression_translator {
   }
 
   std::int16_t find_column(const column_ref& column) {
-    const auto position = find_in_scope(columns_, column);
+    const auto position = columns_.find(column);
     if (!position) {
       error_handling::raise_error(error_handling::internal_error, error_handling::no_detail,
                                   L"Internal error: column is not in scope");
@@ -165,17 +188,18 @@ class expression_translator {
   }
 
   std::vector<value>& constants_;
-  const scope& columns_;
+  const visible_columns& columns_;
 };
 
 }  // namespace
 
-operator_ptr translate_expression(const expression& any, std::vector<value>& constants, const scope& columns) {
+operator_ptr translate_expression(const expression& any, std::vector<value>& constants,
+                                  const visible_columns& columns) {
   return expression_translator(constants, columns).translate(any);
 }
 
 std::vector<operator_ptr> translate_expressions(const std::vector<expression>& expressions,
-                                                std::vector<value>& constants, const scope& columns) {
+                                                std::vector<value>& constants, const visible_columns& columns) {
   std::vector<operator_ptr> translated;
   translated.reserve(expressions.size());
   for (const expression& any : expressions) translated.push_back(translate_expression(any, constants, columns));

@@ -19,12 +19,13 @@ namespace ov::sql_executor {
 // column that is not in scope, boost::numeric::positive_overflow for a position beyond 32767, std::bad_variant_access
 // for a valueless expression, and what metadata reads throw.
 std::unique_ptr<operators::operator_base> translate_expression(const physical_queryplan::expression& expression,
-                                                               std::vector<value>& constants, const scope& columns);
+                                                               std::vector<value>& constants,
+                                                               const visible_columns& columns);
 
 // The same for each of a list, in order.
 std::vector<std::unique_ptr<operators::operator_base>> translate_expressions(
     const std::vector<physical_queryplan::expression>& expressions, std::vector<value>& constants,
-    const scope& columns);
+    const visible_columns& columns);
 
 }  // namespace ov::sql_executor
 

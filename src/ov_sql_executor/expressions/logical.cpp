@@ -6,27 +6,39 @@ namespace ov::sql_executor::operators {
 
 using operator_library::NullValue;
 
-template <bool Decisive>
-value_view connective<Decisive>::lend(execution_context& context, value& room) const {
-  const value_view left = left_.lend(context, room);
-  if (const bool* truth = expect_or_null<bool>(left)) return *truth == Decisive ? left : right_.lend(context, room);
-  const value_view right = right_.lend(context, room);
-  const bool* truth = expect_or_null<bool>(right);
-  if (truth != nullptr && *truth == Decisive) return right;
+template <bool Decisive, class Operands>
+value_view connective<Decisive, Operands>::lend(execution_context& context, value& room) const {
+  const operand& last = operands_.back();
+  bool has_null = false;
+  for (const operand* each = operands_.data(); each != &last; ++each) {
+    const value_view view = each->lend(context, room);
+    const bool* truth = expect_or_null<bool>(view);
+    if (truth != nullptr && *truth == Decisive) return view;
+    has_null = has_null || truth == nullptr;
+  }
+  const value_view view = last.lend(context, room);
+  if (!has_null) return view;
+  const bool* truth = expect_or_null<bool>(view);
+  if (truth != nullptr && *truth == Decisive) return view;
   return NullValue{};
 }
 
-template <bool Decisive>
-truth connective<Decisive>::test(execution_context& context) const {
+template <bool Decisive, class Operands>
+truth connective<Decisive, Operands>::test(execution_context& context) const {
   constexpr truth decided = Decisive ? truth::yes : truth::no;
-  const truth left = left_.test(context);
-  if (left == decided) return left;
-  const truth right = right_.test(context);
-  return right == decided || left != truth::unknown ? right : truth::unknown;
+  truth whole = Decisive ? truth::no : truth::yes;
+  for (const operand& each : operands_) {
+    const truth one = each.test(context);
+    if (one == decided) return one;
+    if (one == truth::unknown) whole = one;
+  }
+  return whole;
 }
 
-template class connective<false>;
-template class connective<true>;
+template class connective<false, std::array<operand, 2>>;
+template class connective<true, std::array<operand, 2>>;
+template class connective<false, std::vector<operand>>;
+template class connective<true, std::vector<operand>>;
 
 truth logical_not::test(execution_context& context) const {
   const truth operand = operand_.test(context);

@@ -1,10 +1,15 @@
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_LOGICAL_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_LOGICAL_HPP_
 
+#include <array>
+#include <concepts>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "ov_sql_executor/expressions/lending_operator.hpp"
 #include "ov_sql_executor/expressions/operand.hpp"
+#include "ov_sql_executor/expressions/operand_list.hpp"
 
 namespace ov::sql_executor::operators {
 
@@ -14,22 +19,32 @@ namespace ov::sql_executor::operators {
 // AND and OR. Decisive is the truth value that one side needs to decide the whole. The left operand is evaluated first;
 // when it decides, the right one is not evaluated; when it is the other truth value, the result is the right one's
 // value, whatever it is. Beside a NULL the right operand must be a bool or NULL, and still decides.
-template <bool Decisive>
+//
+// Operands is an array of two, or a vector of two or more: the operands of connectives inside connectives of the same
+// kind, however they are bracketed. Brackets make no difference to values, errors and what is evaluated.
+template <bool Decisive, class Operands>
 class connective final : public lending_operator {
+  static constexpr bool is_list = std::same_as<Operands, std::vector<operand>>;
+
  public:
-  connective(std::unique_ptr<operator_base> left, std::unique_ptr<operator_base> right)
-      : left_(std::move(left)), right_(std::move(right)) {}
+  // Templates, since only one of them fits the operands.
+  template <std::same_as<std::unique_ptr<operator_base>> Expression>
+  connective(Expression left, Expression right) requires(!is_list)
+      : operands_{operand(std::move(left)), operand(std::move(right))} {}
+  template <std::same_as<std::vector<std::unique_ptr<operator_base>>> List>
+  explicit connective(List operands) requires(is_list) : operands_(to_operands(std::move(operands))) {}
 
   value_view lend(execution_context& context, value& room) const override;
   truth test(execution_context& context) const override;
 
  private:
-  operand left_;
-  operand right_;
+  Operands operands_;
 };
 
-using logical_and = connective<false>;
-using logical_or = connective<true>;
+using logical_and = connective<false, std::array<operand, 2>>;
+using logical_or = connective<true, std::array<operand, 2>>;
+using all_of = connective<false, std::vector<operand>>;
+using any_of = connective<true, std::vector<operand>>;
 
 class logical_not final : public truth_operator {
  public:

@@ -18,7 +18,7 @@ namespace ov::sql_executor::operators {
 class operand {
  public:
   explicit operand(std::unique_ptr<operator_base> expression)
-      : expression_(std::move(expression)),
+      : expression_(expression.release()),
         lender_(dynamic_cast<const lending_operator*>(expression_.get())),
         context_read_(dynamic_cast<const value_from_context*>(expression_.get())),
         property_(dynamic_cast<const property_read*>(expression_.get())) {}
@@ -84,7 +84,7 @@ class operand {
   }
   static value_view keep(const value_view& view, value& room);
 
-  std::unique_ptr<operator_base> expression_;
+  std::unique_ptr<operator_base, error_handling::in_turn> expression_;
   const lending_operator* lender_;          // expression_, if it lends
   const value_from_context* context_read_;  // expression_, if it only reads the context
   const property_read* property_;           // expression_, if it is one

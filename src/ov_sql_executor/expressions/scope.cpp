@@ -1,6 +1,7 @@
 #include "ov_sql_executor/expressions/scope.hpp"
 
 #include <algorithm>
+#include <boost/container_hash/hash.hpp>
 #include <concepts>
 #include <variant>
 
@@ -10,13 +11,62 @@
 
 namespace ov::sql_executor {
 
-using physical_queryplan::column_ref;
-using physical_queryplan::expression;
+using namespace physical_queryplan;  // the alternatives of a column
 
-std::optional<std::int16_t> find_in_scope(const scope& columns, const column_ref& column) {
-  const auto found = std::find(columns.begin(), columns.end(), column);
-  if (found == columns.end()) return std::nullopt;
-  return to_position(static_cast<std::uint64_t>(found - columns.begin()));
+namespace {
+
+void combine(std::size_t& seed, const variable& any) {
+  boost::hash_combine(seed, any.table.object_number);
+  boost::hash_range(seed, any.id.begin(), any.id.end());
+}
+
+template <class T>
+void combine(std::size_t& seed, const property_column<T>& any) {
+  boost::hash_combine(seed, any.property.object.object_number);
+  combine(seed, any.variable);
+}
+
+template <class T>
+void combine(std::size_t& seed, const computed<T>& any) {
+  boost::hash_range(seed, any.id.begin(), any.id.end());
+}
+
+}  // namespace
+
+std::size_t visible_columns::hash::operator()(const column_ref* column) const {
+  std::size_t seed = column->index();
+  std::visit([&seed](const auto& any) { combine(seed, any); }, *column);
+  return seed;
+}
+
+std::optional<std::int16_t> visible_columns::find(const column_ref& column) const {
+  if (index_.empty() && looked_at_ > 64 + 4 * size()) make_index();
+  const std::size_t position = look_for(column);
+  if (position == size()) return std::nullopt;
+  return to_position(position);
+}
+
+// The number of all columns if there is no such column.
+std::size_t visible_columns::look_for(const column_ref& column) const {
+  if (!index_.empty()) {
+    const auto found = index_.find(&column);
+    return found != index_.end() ? found->second : size();
+  }
+  const auto outer = std::find(outer_.begin(), outer_.end(), column);
+  auto position = static_cast<std::size_t>(outer - outer_.begin());
+  if (outer == outer_.end()) position += std::find(input_.begin(), input_.end(), column) - input_.begin();
+  looked_at_ += position;
+  return position;
+}
+
+// The first of equal columns counts. A half-made index is not left behind.
+void visible_columns::make_index() const {
+  decltype(index_) index;
+  index.reserve(size());
+  std::size_t position = 0;
+  for (const column_ref& column : outer_) index.emplace(&column, position++);
+  for (const column_ref& column : input_) index.emplace(&column, position++);
+  index_ = std::move(index);
 }
 
 scope join_scopes(const scope& outer, const scope& inner) {

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
+#include <unordered_map>
 #include <vector>
 
 #include "ov_sql_executor/expressions/column_ref.hpp"
@@ -13,9 +15,35 @@ namespace ov::sql_executor {
 // The columns of the values that stand on the row stack when an expression is evaluated, in order; none is valueless.
 using scope = std::vector<physical_queryplan::column_ref>;
 
-// The row-stack position of the first column in scope that equals this one. Throws boost::numeric::positive_overflow
-// for a position beyond 32767.
-std::optional<std::int16_t> find_in_scope(const scope& columns, const physical_queryplan::column_ref& column);
+// Where columns are found: in the enclosing rows, and behind them in a node's input row. Refers to both lists. Looks
+// through them one by one, until so many columns have been asked for that an index pays.
+class visible_columns {
+ public:
+  visible_columns(const scope& outer) : outer_(outer) {}  // NOLINT: the same thing where there is no input row
+  visible_columns(const scope& outer, const scope& input) : outer_(outer), input_(input) {}
+
+  // The row-stack position of the first column that equals this one. Throws boost::numeric::positive_overflow for a
+  // position beyond 32767.
+  std::optional<std::int16_t> find(const physical_queryplan::column_ref& column) const;
+
+ private:
+  using column_ref = physical_queryplan::column_ref;
+  struct hash {
+    std::size_t operator()(const column_ref* column) const;
+  };
+  struct equal {
+    bool operator()(const column_ref* left, const column_ref* right) const { return *left == *right; }
+  };
+
+  std::size_t size() const { return outer_.size() + input_.size(); }
+  std::size_t look_for(const column_ref& column) const;
+  void make_index() const;
+
+  std::span<const column_ref> outer_;
+  std::span<const column_ref> input_;
+  mutable std::size_t looked_at_ = 0;
+  mutable std::unordered_map<const column_ref*, std::size_t, hash, equal> index_;  // positions; empty until it pays
+};
 
 // The columns of outer, then those of inner.
 scope join_scopes(const scope& outer, const scope& inner);

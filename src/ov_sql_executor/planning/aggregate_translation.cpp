@@ -14,15 +14,16 @@ namespace {
 using namespace physical_queryplan::QueryPlan;  // the kinds are named one by one below
 using error_handling::complete;
 using ov::sql_executor::aggregate_entry;
-using ov::sql_executor::scope;
 using ov::sql_executor::value;
+using ov::sql_executor::visible_columns;
 using ov::sql_executor::operators::operand;
 using physical_queryplan::column_ref;
 namespace aggregates = ov::sql_executor::aggregates;
 
 class aggregate_translator {
  public:
-  aggregate_translator(std::vector<value>& constants, const scope& inner) : constants_(constants), inner_(inner) {}
+  aggregate_translator(std::vector<value>& constants, const visible_columns& inner)
+      : constants_(constants), inner_(inner) {}
 
   aggregate_entry operator()(const SumOf& kind) const { return aggregates::sum{argument(kind)}; }
   aggregate_entry operator()(const CountOf& kind) const { return aggregates::count_values{argument(kind)}; }
@@ -50,12 +51,12 @@ class aggregate_translator {
   }
 
   std::vector<value>& constants_;
-  const scope& inner_;
+  const visible_columns& inner_;
 };
 
 }  // namespace
 
-aggregate_entry translate_aggregate(const aggregate& any, std::vector<value>& constants, const scope& inner) {
+aggregate_entry translate_aggregate(const aggregate& any, std::vector<value>& constants, const visible_columns& inner) {
   return std::visit(aggregate_translator(constants, inner), complete(any));
 }
 

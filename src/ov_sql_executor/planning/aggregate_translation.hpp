@@ -15,7 +15,7 @@ namespace physical_to_exec {
 // Throws std::out_of_range "invalid vector<T> subscript" for a kind that lacks its argument.
 ov::sql_executor::aggregate_entry translate_aggregate(const physical_queryplan::QueryPlan::aggregate& aggregate,
                                                       std::vector<ov::sql_executor::value>& constants,
-                                                      const ov::sql_executor::scope& inner);
+                                                      const ov::sql_executor::visible_columns& inner);
 
 // What every kind of aggregate holds.
 const physical_queryplan::QueryPlan::aggregation& inside(const physical_queryplan::QueryPlan::aggregate& aggregate);

@@ -11,59 +11,48 @@ namespace {
 
 using namespace physical_queryplan::QueryPlan;  // the alternatives are named one by one below
 using physical_queryplan::column_ref;
+using physical_queryplan::computed;
 using physical_queryplan::expression;
 
-const expression* defined_by(const std::vector<assignment>& assignments, const column_ref& column) {
-  for (const assignment& each : assignments) {
-    if (each.column == column) return &each.expression;
-  }
-  return nullptr;
-}
+class definition_search {
+ public:
+  reference_definitions found;
 
-const expression* defined_by(const std::vector<aggregate>& aggregates, const column_ref& column) {
-  for (const aggregate& each : aggregates) {
-    const std::vector<expression>& arguments = inside(each).arguments;
-    if (result_column(each) == column && !arguments.empty()) return &arguments.front();
+  void operator()(const GenerativeAssignment& plan) { define(plan.column, plan.expression); }
+  void operator()(const Extension& plan) { define(plan.assignments); }
+  void operator()(const Aggregation& plan) {
+    for (const aggregate& each : plan.aggregates) {
+      const std::vector<expression>& arguments = inside(each).arguments;
+      if (!arguments.empty()) define(result_column(each), arguments.front());
+    }
+    define(plan.group_by);
   }
-  return nullptr;
-}
+  template <class Alternative>
+  void operator()(const Alternative& /*plan*/) {}
 
-const expression* own_definition(const GenerativeAssignment& plan, const column_ref& column) {
-  return plan.column == column ? &plan.expression : nullptr;
-}
-const expression* own_definition(const Extension& plan, const column_ref& column) {
-  return defined_by(plan.assignments, column);
-}
-const expression* own_definition(const Aggregation& plan, const column_ref& column) {
-  const expression* found = defined_by(plan.aggregates, column);
-  return found != nullptr ? found : defined_by(plan.group_by, column);
-}
-template <class Alternative>
-const expression* own_definition(const Alternative& /*plan*/, const column_ref& /*column*/) {
-  return nullptr;
-}
-
-template <class Alternative>
-const expression* definition_below(const Alternative& plan, const column_ref& column) {
-  if constexpr (requires { plan.left; }) {
-    const expression* found = find_definition(*plan.left, column);
-    return found != nullptr ? found : find_definition(*plan.right, column);
-  } else if constexpr (requires { plan.child; }) {
-    return find_definition(*plan.child, column);
-  } else {
-    return nullptr;
+ private:
+  void define(const std::vector<assignment>& assignments) {
+    for (const assignment& each : assignments) define(each.column, each.expression);
   }
-}
+  void define(const column_ref& column, const expression& definition) {
+    if (const auto* reference = std::get_if<computed<OV_OBJ_REF>>(&column)) found.emplace(reference->id, &definition);
+  }
+};
 
 }  // namespace
 
-const expression* find_definition(const PredicateVariant& plan, const column_ref& column) {
-  return std::visit(
-      [&column](const auto& alternative) {
-        const expression* own = own_definition(alternative, column);
-        return own != nullptr ? own : definition_below(alternative, column);
-      },
-      plan);
+reference_definitions find_reference_definitions(const PredicateVariant& plan) {
+  definition_search search;
+  std::vector<const PredicateVariant*> open = {&plan};  // the next one last
+  while (!open.empty()) {
+    const PredicateVariant& next = *open.back();
+    open.pop_back();
+    std::visit(search, static_cast<const predicate_variant&>(next));
+    const auto [left, right] = find_children(next);
+    if (right != nullptr) open.push_back(right->get());
+    if (left != nullptr) open.push_back(left->get());
+  }
+  return std::move(search.found);
 }
 
 }  // namespace physical_to_exec

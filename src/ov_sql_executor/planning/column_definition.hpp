@@ -1,15 +1,19 @@
 #ifndef OV_SQL_EXECUTOR_PLANNING_COLUMN_DEFINITION_HPP_
 #define OV_SQL_EXECUTOR_PLANNING_COLUMN_DEFINITION_HPP_
 
+#include <map>
+
 #include "ov_sql_executor/expressions/column_ref.hpp"
 #include "ov_sql_executor/planning/query_plan.hpp"
 
 namespace physical_to_exec {
 
-// The expression that defines a computed column: that of an assignment, of a grouping, or the argument of an aggregate.
-// Searches depth first, left before right, a node's own definitions before its inputs'; null when nothing defines it.
-const physical_queryplan::expression* find_definition(const physical_queryplan::QueryPlan::PredicateVariant& plan,
-                                                      const physical_queryplan::column_ref& column);
+// The expressions that define the computed references of a plan, by the columns' names: that of an assignment, of a
+// grouping, or the argument of an aggregate. Of several, the first, searched depth first, left before right, a node's
+// own definitions before its inputs'.
+using reference_definitions = std::map<physical_queryplan::identifier, const physical_queryplan::expression*>;
+
+reference_definitions find_reference_definitions(const physical_queryplan::QueryPlan::PredicateVariant& plan);
 
 }  // namespace physical_to_exec
 

@@ -1,6 +1,7 @@
 #include "ov_sql_executor/planning/node_translation.hpp"
 
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -40,6 +41,7 @@ using ov::sql_executor::to_expression;
 using ov::sql_executor::translate_expression;
 using ov::sql_executor::translate_expressions;
 using ov::sql_executor::value;
+using ov::sql_executor::visible_columns;
 using ov::sql_executor::operators::context_list;
 using ov::sql_executor::operators::operator_base;
 using ov::sql_executor::operators::value_from_context;
@@ -59,15 +61,15 @@ class node_translator {
 
   translation operator()(const Filter& plan) const {
     translation child = child_of(plan);
-    auto predicate = translate_expression(plan.predicate, constants_, join_scopes(outer_, child.columns));
-    return {std::move(child.columns),
-            std::make_unique<ov::sql_executor::filter>(std::move(child.node), std::move(predicate))};
+    auto predicate = translate_expression(plan.predicate, constants_, {outer_, child.columns});
+    child.node = std::make_unique<ov::sql_executor::filter>(std::move(child.node), std::move(predicate));
+    return child;
   }
 
   // A projection that only repeats its input is its input.
   translation operator()(const Projection& plan) const {
     translation child = child_of(plan);
-    auto items = translate_expressions(plan.items, constants_, join_scopes(outer_, child.columns));
+    auto items = translate_expressions(plan.items, constants_, {outer_, child.columns});
     scope columns;
     columns.reserve(plan.items.size());
     for (const auto& item : plan.items) columns.push_back(to_column_ref(item));
@@ -84,46 +86,53 @@ class node_translator {
   // The input's values come first, the assignments follow.
   translation operator()(const Extension& plan) const {
     translation child = child_of(plan);
-    const scope inner = join_scopes(outer_, child.columns);
-    if (!reads_itself(child.columns, inner)) return copying_extension(plan, std::move(child));
+    const visible_columns inner(outer_, child.columns);
+    if (!reads_itself(child, inner)) return copying_extension(plan, std::move(child));
     std::vector<std::unique_ptr<operator_base>> values;
     values.reserve(plan.assignments.size());
-    for (const assignment& added : plan.assignments) {
-      values.push_back(translate_expression(added.expression, constants_, inner));
-      child.columns.push_back(complete(added.column));
+    scope added;
+    for (const assignment& each : plan.assignments) {
+      values.push_back(translate_expression(each.expression, constants_, inner));
+      added.push_back(complete(each.column));
     }
-    return {std::move(child.columns),
-            std::make_unique<ov::sql_executor::extension>(std::move(child.node), std::move(values))};
+    child.in_place = child.columns.size();
+    append(child.columns, std::move(added));
+    child.node = std::make_unique<ov::sql_executor::extension>(std::move(child.node), std::move(values));
+    return child;
   }
 
   translation operator()(const NestedLoopJoin& plan) const {
     auto [left, right] = dependent_sides(plan);
     auto join = std::make_unique<ov::sql_executor::nested_loop_inner_join>(std::move(left.node), std::move(right.node));
-    return {join_scopes(left.columns, right.columns), std::move(join)};
+    append(left.columns, std::move(right.columns));
+    return {std::move(left.columns), std::move(join), left.in_place};
   }
 
   translation operator()(const LeftJoin& plan) const {
     auto [left, right] = dependent_sides(plan);
     auto join = std::make_unique<ov::sql_executor::left_join>(std::move(left.node), std::move(right.node),
                                                               right.columns.size());
-    return {join_scopes(left.columns, right.columns), std::move(join)};
+    append(left.columns, std::move(right.columns));
+    return {std::move(left.columns), std::move(join), left.in_place};
   }
 
   translation operator()(const FullJoin& plan) const {
     translation left = translate(*plan.left, constants_, outer_);
     translation right = translate(*plan.right, constants_, outer_);
-    scope columns = join_scopes(left.columns, right.columns);
+    const std::size_t left_width = left.columns.size();
+    const std::size_t right_width = right.columns.size();
+    append(left.columns, std::move(right.columns));
     std::optional<std::unique_ptr<operator_base>> condition;
-    if (plan.condition) condition = translate_expression(*plan.condition, constants_, join_scopes(outer_, columns));
-    auto join = std::make_unique<ov::sql_executor::full_join>(
-        std::move(left.node), std::move(right.node), left.columns.size(), right.columns.size(), std::move(condition));
-    return {std::move(columns), std::move(join)};
+    if (plan.condition) condition = translate_expression(*plan.condition, constants_, {outer_, left.columns});
+    auto join = std::make_unique<ov::sql_executor::full_join>(std::move(left.node), std::move(right.node), left_width,
+                                                              right_width, std::move(condition));
+    return {std::move(left.columns), std::move(join), left.in_place};
   }
 
   // The aggregates come first in the row, the group keys after them.
   translation operator()(const Aggregation& plan) const {
     translation child = child_of(plan);
-    const scope inner = join_scopes(outer_, child.columns);
+    const visible_columns inner(outer_, child.columns);
     std::vector<std::unique_ptr<operator_base>> keys;
     for (const assignment& key : plan.group_by) {
       keys.push_back(translate_expression(key.expression, constants_, inner));
@@ -141,15 +150,16 @@ class node_translator {
 
   translation operator()(const OrderBy& plan) const {
     translation child = child_of(plan);
-    const scope inner = join_scopes(outer_, child.columns);
+    const visible_columns inner(outer_, child.columns);
     std::vector<bool> directions;
     std::vector<std::unique_ptr<operator_base>> keys;
     for (const order_key& key : plan.keys) {
       directions.push_back(key.ascending);
       keys.push_back(translate_expression(key.expression, constants_, inner));
     }
-    return {std::move(child.columns), std::make_unique<ov::sql_executor::order_by>(
-                                          std::move(child.node), std::move(keys), std::move(directions))};
+    child.node =
+        std::make_unique<ov::sql_executor::order_by>(std::move(child.node), std::move(keys), std::move(directions));
+    return child;
   }
 
   // Limit and offset see the enclosing rows only.
@@ -157,8 +167,9 @@ class node_translator {
     translation child = child_of(plan);
     auto limit = row_count(plan.limit, std::numeric_limits<std::uint64_t>::max());
     auto offset = row_count(plan.offset, 0);
-    return {std::move(child.columns), std::make_unique<ov::sql_executor::limit_offset>(
-                                          std::move(child.node), std::move(limit), std::move(offset))};
+    child.node =
+        std::make_unique<ov::sql_executor::limit_offset>(std::move(child.node), std::move(limit), std::move(offset));
+    return child;
   }
 
   translation operator()(const Union& plan) const {
@@ -167,30 +178,38 @@ class node_translator {
     if (left.columns != right.columns) {
       error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
     }
-    return {std::move(left.columns),
-            std::make_unique<ov::sql_executor::uniond>(std::move(left.node), std::move(right.node))};
+    left.node = std::make_unique<ov::sql_executor::uniond>(std::move(left.node), std::move(right.node));
+    return left;
   }
 
  private:
   // Whether each column of a row, looked up by name, is found in that row: an enclosing row may have a column of the
   // same name, which hides it.
-  bool reads_itself(const scope& columns, const scope& inner) const {
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      const auto position = ov::sql_executor::find_in_scope(inner, columns[i]);
+  bool reads_itself(const translation& input, const visible_columns& inner) const {
+    for (std::size_t i = input.in_place; i < input.columns.size(); ++i) {
+      const auto position = inner.find(input.columns[i]);
       if (static_cast<std::size_t>(*position) != outer_.size() + i) return false;
     }
     return true;
   }
 
   translation copying_extension(const Extension& plan, translation child) const {
-    std::vector<physical_queryplan::expression> list;
-    list.reserve(child.columns.size() + plan.assignments.size());
-    for (const auto& column : child.columns) list.push_back(to_expression(column));
-    for (const assignment& added : plan.assignments) list.push_back(added.expression);
-    auto expressions = translate_expressions(list, constants_, join_scopes(outer_, child.columns));
+    const visible_columns inner(outer_, child.columns);
+    std::vector<std::unique_ptr<operator_base>> expressions;
+    expressions.reserve(child.columns.size() + plan.assignments.size());
+    for (const auto& column : child.columns) {
+      expressions.push_back(translate_expression(to_expression(column), constants_, inner));
+    }
+    for (const assignment& added : plan.assignments) {
+      expressions.push_back(translate_expression(added.expression, constants_, inner));
+    }
     for (const assignment& added : plan.assignments) child.columns.push_back(complete(added.column));
     return {std::move(child.columns),
             std::make_unique<ov::sql_executor::projection>(std::move(child.node), std::move(expressions))};
+  }
+
+  static void append(scope& columns, scope more) {
+    columns.insert(columns.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
   }
 
   template <class Alternative>

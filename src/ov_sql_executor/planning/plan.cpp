@@ -1,10 +1,15 @@
 #include "ov_sql_executor/planning/plan.hpp"
 
+#include <memory>
 #include <utility>
 
 #include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/errors/stack_weights.hpp"
+#include "ov_sql_executor/errors/thread_stack.hpp"
+#include "ov_sql_executor/execution/deep_root.hpp"
 #include "ov_sql_executor/planning/node_translation.hpp"
 #include "ov_sql_executor/planning/result_columns.hpp"
+#include "ov_sql_executor/planning/stack_need.hpp"
 
 namespace physical_to_exec {
 
@@ -12,6 +17,9 @@ std::tuple<ov::sql_executor::runnable, std::vector<column_type>> Plan(
     physical_queryplan::QueryPlan::PredicateVariant argument) {
   // A parameter may outlive the call in the caller's frame; the plan must not.
   const physical_queryplan::QueryPlan::PredicateVariant plan = std::move(argument);
+  const std::size_t need = stack_need(plan);
+  const bool is_deep = need > error_handling::stack_weights::unchecked;
+  if (is_deep) error_handling::thread_stack().require(need);
   std::vector<ov::sql_executor::value> constants;
   translation translated = translate(plan, constants, {});
   const auto* root = std::get_if<physical_queryplan::QueryPlan::Projection>(&plan);
@@ -19,6 +27,7 @@ std::tuple<ov::sql_executor::runnable, std::vector<column_type>> Plan(
     error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
   }
   std::vector<column_type> types = result_columns(*root);
+  if (is_deep) translated.node = std::make_unique<ov::sql_executor::deep_root>(std::move(translated.node), need);
   return {ov::sql_executor::runnable{std::move(translated.node), std::move(constants)}, std::move(types)};
 }
 

@@ -33,8 +33,18 @@ using column_type =
 // metadata on the calling thread's metadata-layer context and executes nothing. The plan is destroyed before the call
 // returns or throws.
 //
+// How deep a plan may be nested depends on the calling thread's stack: every node and every operation on the way from
+// the root to a leaf counts for 1 KiB of what is left of it, less a reserve of 32 KiB, so that a stack of 8 MiB takes
+// about 8,000 levels and one of 256 KiB about 200. (Builds for the address sanitizer: 6 KiB for a node, 3.5 for an
+// operation, 64 in reserve; without optimisation more.) ANDs inside ANDs and ORs inside ORs are one level, however
+// they are bracketed, and so is everything in a list. What is deeper is refused before anything else is looked at; up
+// to 32 KiB nobody looks at the stack. A runnable that was planned on one thread may be run on another: where the stack
+// is too small for it, create_enumerator and next throw the same error. Plans, runnables and enumerators of the library
+// may be destroyed on any thread that may use them; of these, only an enumerator needs room by its depth.
+//
 // Throws
-//   error_handling::OVException  7022 for what is not supported, 7007 for a projection item that is not a column
+//   error_handling::OVException  7022 for what is not supported or nested too deeply, 7007 for a projection item that
+//                                is not a column
 //   db_util::db_exception        a status of the core, met while metadata were read
 //   boost::numeric::positive_overflow  more than 32768 literals, parameters or columns in scope
 //   std::out_of_range            an operation or aggregate without the operands it needs

@@ -3,10 +3,14 @@
 #ifndef OV_SQL_EXECUTOR_PLANNING_QUERY_PLAN_HPP_
 #define OV_SQL_EXECUTOR_PLANNING_QUERY_PLAN_HPP_
 
+#include <array>
+#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <set>
+#include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -157,9 +161,61 @@ struct Union {
 using predicate_variant = std::variant<NestedLoopJoin, LeftJoin, FullJoin, Scan, Filter, Projection,
                                        GenerativeAssignment, Extension, Aggregation, OrderBy, LimitOffset, Union>;
 
+// Nested as deep as the host likes: moving and destroying have no limit; plan.hpp says what Plan takes.
 struct PredicateVariant : predicate_variant {
   using predicate_variant::predicate_variant;
+
+  PredicateVariant() = default;
+  PredicateVariant(PredicateVariant&&) = default;
+  PredicateVariant& operator=(PredicateVariant&&) = default;
+  inline ~PredicateVariant();
 };
+
+// The inputs of a plan, left before right; null pointers where it has none. None of a valueless plan.
+template <class Plan>
+requires std::same_as<std::remove_const_t<Plan>, PredicateVariant>
+auto find_children(Plan& any) {
+  constexpr bool is_const = std::is_const_v<Plan>;
+  using child = std::conditional_t<is_const, const child_ptr*, child_ptr*>;
+  using variant = std::conditional_t<is_const, const predicate_variant&, predicate_variant&>;
+  if (any.valueless_by_exception()) return std::array<child, 2>();
+  return std::visit(
+      [](auto& held) -> std::array<child, 2> {
+        if constexpr (requires { held.left; }) {
+          return {&held.left, &held.right};
+        } else if constexpr (requires { held.child; }) {
+          return {&held.child, nullptr};
+        } else {
+          return {};
+        }
+      },
+      static_cast<variant>(any));
+}
+
+// Takes nested plans apart one by one, with neither recursion nor memory of its own. What is above the plan in hand
+// waits in the place of the input that was taken out of it.
+inline PredicateVariant::~PredicateVariant() {
+  const auto input_of = [](PredicateVariant& any) -> child_ptr* {
+    for (child_ptr* const child : find_children(any)) {
+      if (child != nullptr && *child != nullptr) return child;
+    }
+    return nullptr;
+  };
+  while (child_ptr* const own = input_of(*this)) {
+    child_ptr in_hand = std::move(*own);
+    child_ptr above;
+    while (in_hand != nullptr) {
+      if (child_ptr* const input = input_of(*in_hand)) {
+        child_ptr next = std::exchange(*input, std::move(above));
+        above = std::exchange(in_hand, std::move(next));
+      } else {
+        in_hand = std::move(above);
+        child_ptr* const waiting = in_hand != nullptr ? input_of(*in_hand) : nullptr;
+        if (waiting != nullptr) above = std::move(*waiting);
+      }
+    }
+  }
+}
 
 }  // namespace physical_queryplan::QueryPlan
 

@@ -1,7 +1,9 @@
 #include "ov_sql_executor/planning/result_columns.hpp"
 
-#include <algorithm>
 #include <concepts>
+#include <map>
+#include <optional>
+#include <set>
 #include <variant>
 #include <vector>
 
@@ -46,8 +48,17 @@ class typing {
  public:
   explicit typing(const QueryPlan::Projection& root) : root_(root) {}
 
+  // A computed reference is what its definition is, and that of one that is defined by it.
   column_type of(const expression& any) {
-    return std::visit([this](const auto& alternative) { return of(alternative); }, error_handling::complete(any));
+    const expression* definition = &any;
+    std::set<identifier> on_the_way;
+    while (const auto* const reference = std::get_if<computed<OV_OBJ_REF>>(definition)) {
+      if (const auto known = types_.find(reference->id); known != types_.end()) return keep(on_the_way, known->second);
+      if (!on_the_way.insert(reference->id).second) refuse();
+      definition = definition_of(*reference);
+    }
+    return keep(on_the_way, std::visit([this](const auto& alternative) { return of(alternative); },
+                                       error_handling::complete(*definition)));
   }
 
  private:
@@ -76,17 +87,6 @@ class typing {
     return type_of_alternative<T>();
   }
 
-  // A computed reference is what its definition is.
-  column_type of(const computed<OV_OBJ_REF>& column) {
-    if (std::find(being_defined_.begin(), being_defined_.end(), column.id) != being_defined_.end()) refuse();
-    being_defined_.push_back(column.id);
-    const expression* definition = find_definition(*root_.child, column);
-    if (definition == nullptr) refuse();
-    column_type type = of(*definition);
-    being_defined_.pop_back();
-    return type;
-  }
-
   column_type of(const variable& column) { return RefInfo{meta_data::object_name(column.table)}; }
 
   column_type of(const literal& any) {
@@ -103,8 +103,21 @@ class typing {
     return type_of_alternative<T>();
   }
 
+  const expression* definition_of(const computed<OV_OBJ_REF>& column) {
+    if (!definitions_) definitions_ = find_reference_definitions(*root_.child);
+    const auto found = definitions_->find(column.id);
+    if (found == definitions_->end()) refuse();
+    return found->second;
+  }
+
+  column_type keep(const std::set<identifier>& references, column_type type) {
+    for (const identifier& each : references) types_.emplace(each, type);
+    return type;
+  }
+
   const QueryPlan::Projection& root_;
-  std::vector<identifier> being_defined_;  // computed references on the way to their definitions
+  std::optional<reference_definitions> definitions_;  // looked for when they are needed
+  std::map<identifier, column_type> types_;           // of computed references
 };
 
 }  // namespace

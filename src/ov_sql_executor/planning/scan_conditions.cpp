@@ -10,8 +10,8 @@ namespace {
 
 using ov::sql_executor::key_condition;
 using ov::sql_executor::key_operation;
-using ov::sql_executor::scope;
 using ov::sql_executor::value;
+using ov::sql_executor::visible_columns;
 using physical_queryplan::QueryPlan::bound;
 using physical_queryplan::QueryPlan::scan_range;
 
@@ -27,7 +27,8 @@ constexpr bound_set bound_sets[] = {
     {&scan_range::at_most, key_operation::at_most},   {&scan_range::starts_with, key_operation::starts_with},
 };
 
-std::vector<key_condition> translate_range(const scan_range& range, std::vector<value>& constants, const scope& outer) {
+std::vector<key_condition> translate_range(const scan_range& range, std::vector<value>& constants,
+                                           const visible_columns& outer) {
   std::vector<key_condition> conditions;
   for (const bound_set& set : bound_sets) {
     for (const bound& each : range.*set.bounds) {
@@ -41,7 +42,7 @@ std::vector<key_condition> translate_range(const scan_range& range, std::vector<
 }  // namespace
 
 std::vector<std::vector<key_condition>> translate_ranges(const std::vector<scan_range>& ranges,
-                                                         std::vector<value>& constants, const scope& outer) {
+                                                         std::vector<value>& constants, const visible_columns& outer) {
   std::vector<std::vector<key_condition>> conditions;
   conditions.reserve(ranges.size());
   for (const scan_range& range : ranges) conditions.push_back(translate_range(range, constants, outer));

@@ -1,0 +1,75 @@
+#include "ov_sql_executor/errors/thread_stack.hpp"
+
+#if defined(_WIN32)
+#include <intrin.h>
+#include <windows.h>
+#else
+#include <pthread.h>
+#endif
+
+#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/errors/stack_weights.hpp"
+
+namespace error_handling {
+
+namespace {
+
+constexpr std::size_t assumed = stack_weights::unchecked + stack_weights::reserve;
+
+struct address_range {
+  std::uintptr_t lowest;
+  std::uintptr_t highest;
+};
+
+#if defined(_WIN32)
+
+// Not that of a local variable: a sanitizer may keep those elsewhere.
+std::uintptr_t here() { return reinterpret_cast<std::uintptr_t>(_AddressOfReturnAddress()); }
+
+address_range stack_of_thread() {
+  ULONG_PTR lowest = 0;
+  ULONG_PTR highest = 0;
+  GetCurrentThreadStackLimits(&lowest, &highest);
+  return {lowest, highest};
+}
+
+#else
+
+std::uintptr_t here() { return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)); }
+
+address_range stack_of_thread() {
+  pthread_attr_t attributes;
+  if (pthread_getattr_np(pthread_self(), &attributes) != 0) return {};
+  void* start = nullptr;
+  std::size_t size = 0;
+  std::size_t guard = 0;  // some systems count it in
+  pthread_attr_getstack(&attributes, &start, &size);
+  pthread_attr_getguardsize(&attributes, &guard);
+  pthread_attr_destroy(&attributes);
+  const auto lowest = reinterpret_cast<std::uintptr_t>(start);
+  return {lowest + guard, lowest + size};
+}
+
+#endif
+
+}  // namespace
+
+bool thread_stack::has(std::size_t bytes) const {
+  const std::uintptr_t now = here();
+  return now >= lowest_ && now <= highest_ && now - lowest_ >= stack_weights::reserve &&
+         now - lowest_ - stack_weights::reserve >= bytes;
+}
+
+void thread_stack::require(std::size_t bytes) {
+  if (has(bytes)) return;
+  auto [lowest, highest] = stack_of_thread();
+  if (here() < lowest || here() > highest) {  // a stack of the host's own making
+    highest = here();
+    lowest = highest - assumed;
+  }
+  lowest_ = lowest;
+  highest_ = highest;
+  if (!has(bytes)) raise_not_implemented(no_detail, L"Not implemented error");
+}
+
+}  // namespace error_handling
