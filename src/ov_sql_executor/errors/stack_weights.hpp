@@ -27,7 +27,7 @@ inline constexpr bool is_optimised = true;
 inline constexpr bool is_optimised = false;
 #endif
 
-inline constexpr std::size_t node = is_optimised ? (guards_frames ? 6144 : 1024) : (guards_frames ? 12288 : 4096);
+inline constexpr std::size_t node = is_optimised ? (guards_frames ? 4608 : 1024) : (guards_frames ? 12288 : 4096);
 inline constexpr std::size_t operation = is_optimised ? (guards_frames ? 3584 : 1024) : (guards_frames ? 8192 : 3072);
 
 // For what is called beside: the core, sorting, memory, exceptions.
