@@ -237,10 +237,10 @@ class random_query {
             "((" + left.sql + (kind == 2 ? ") AND (" : ") OR (") + right.sql + "))"};
   }
 
-  both_ways comparison(const columns& of) {
+  both_ways comparison(const columns& of, int depth = 2) {
     const bool texts = below(4) == 0;
-    const both_ways left = texts ? text(of) : number(of);
-    const both_ways right = texts ? text(of) : number(of);
+    const both_ways left = texts ? text(of) : number(of, depth);
+    const both_ways right = texts ? text(of) : number(of, depth);
     const std::pair<const char*, ovhost::expression> kinds[] = {
         {"<", ovhost::lt(left.plan, right.plan)},  {">=", ovhost::ge(left.plan, right.plan)},
         {"<>", ovhost::ne(left.plan, right.plan)}, {"<=", ovhost::le(left.plan, right.plan)},
@@ -261,7 +261,7 @@ class random_query {
     const int kind = below(3);
     if (kind == 0) return {ovhost::sub(left.plan, column->plan), "(" + left.sql + " - " + column->sql + ")"};
     if (kind == 1) return {ovhost::add(left.plan, column->plan), "(" + left.sql + " + " + column->sql + ")"};
-    const both_ways test = comparison({*column});
+    const both_ways test = comparison({*column}, depth - 1);
     return {ovhost::when_as(ovhost::value_kind::int64, test.plan, left.plan, ovhost::null()),
             "CASE WHEN " + test.sql + " THEN " + left.sql + " END"};
   }

@@ -15,7 +15,8 @@ namespace ov::sql_executor {
 //   std::unique_ptr<enumerator> rows(statement.root->create_enumerator(context));
 //   while (std::optional<row> next = rows->next(context)) { ... }
 //
-// The enumerator is destroyed before the runnable.
+// The enumerator is destroyed before the runnable. The core context serves the running thread alone; a conversion of a
+// text to a set specifier, a type's name, also reads metadata on that thread's metadata-layer context.
 struct runnable {
   std::unique_ptr<node> root;
   std::vector<value> constants;

@@ -13,10 +13,6 @@ auto at(Stack& stack, std::size_t position) {
 
 }  // namespace
 
-void cut_row_stack(execution_context& context, std::size_t size) {
-  while (context.row_stack.size() > size) context.row_stack.pop_back();
-}
-
 void move_onto_stack(execution_context& context, row& source) {
   for (value& each : source) context.row_stack.push_back(std::move(each));
 }

@@ -11,7 +11,9 @@
 namespace ov::sql_executor {
 
 // Cuts the row stack back to a size that it had before.
-void cut_row_stack(execution_context& context, std::size_t size);
+inline void cut_row_stack(execution_context& context, std::size_t size) {
+  while (context.row_stack.size() > size) context.row_stack.pop_back();
+}
 
 // Appends the values of a row, which keeps its width but not its values.
 void move_onto_stack(execution_context& context, row& source);

@@ -1,0 +1,30 @@
+#ifndef TESTS_FUZZ_CHOICES_HPP_
+#define TESTS_FUZZ_CHOICES_HPP_
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace tests::fuzz {
+
+// Decisions read from bytes, one byte each. When they run out every decision is the first possible one.
+class choices {
+ public:
+  explicit choices(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
+
+  std::size_t below(std::size_t limit) { return at_ == bytes_.size() ? 0 : bytes_[at_++] % limit; }
+  bool one_in(std::size_t limit) { return below(limit) == limit - 1; }
+
+  template <class List>
+  auto& of(List& list) {
+    return list[below(std::size(list))];
+  }
+
+ private:
+  std::span<const std::uint8_t> bytes_;
+  std::size_t at_ = 0;
+};
+
+}  // namespace tests::fuzz
+
+#endif  // TESTS_FUZZ_CHOICES_HPP_
