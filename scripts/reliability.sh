@@ -24,16 +24,10 @@ quietly() {
 }
 
 quietly cmake --preset $preset
-quietly cmake --build --preset $preset --target reliability_tests
+quietly cmake --build --preset $preset --target reliability_tests fuzz_tests
+quietly "$build/tests/fuzz/fuzz_tests"
 quietly "$build/tests/reliability/reliability_tests"
 grep 'failure points' "$log" >build/reliability.figures
-
-# Fuzz targets replay their corpus as tests of this name.
-if [ -d tests/fuzz ]; then
-  quietly cmake --build --preset $preset
-  quietly ctest --preset $preset -R '[Cc]orpus' --no-tests=error
-fi
-
 quietly scripts/coverage.sh
 grep -E '^(line|branch) coverage' "$log" >>build/reliability.figures
 cat build/reliability.figures

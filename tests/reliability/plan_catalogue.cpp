@@ -163,6 +163,7 @@ void plan_catalogue::add_joins() {
   const table_variable s = s_;
   const table_variable b = t.follow("before");
   const table_variable bb = b.follow("before");
+  const table_variable sb = s.follow("before");
   const OV_OBJ_REF first = first_;
   const auto all = [=] { return scan(t, "by_name"); };
   const auto others = [=] { return filter(like(s["name"], text(u"b%")), scan(s, "by_state")); };
@@ -175,9 +176,8 @@ void plan_catalogue::add_joins() {
   add("join with a filter inside", names, [=] { return join(all(), filter(is_state, scan(s, "by_name"))); });
   add("full join", names, [=] { return full_join(is_state, all(), others()); });
   add("full join without a condition", names, [=] { return full_join(std::nullopt, all(), others()); });
-  add("full join of joins", {t["rank"], s["crest"]}, [=] {
-    return full_join(eq(t["crest"], s["crest"]), all(), join(scan(s, "by_share"), bind(s.follow("before"))));
-  });
+  add("full join of joins", {t["rank"], s["crest"]},
+      [=] { return full_join(eq(t["crest"], s["crest"]), all(), join(scan(s, "by_share"), bind(sb))); });
   add("reference followed", {b["name"]}, [=] { return filter(ne(b, lit(first)), reach(b, all())); });
   add("references followed", {t["name"], b["name"], bb["share"]}, [=] { return reach(bb, reach(b, all())); });
 }
@@ -308,11 +308,12 @@ void plan_catalogue::add_errors() {
   add_computed("division by zero", {t["name"], div(t["size"], sub(t["rank"], lit(4)))}, "7041");
   add_computed("no such conversion", {to(value_kind::decimal, t["area"])}, "1027");
   const auto total = query_.sum("total", ovhost::add(t["size"], lit(std::int64_t{1} << 62)));
+  const auto texts = query_.sum("texts", t["state"]);
   const auto key = query_.define("key", t["name"]);
   add(
       "overflow in a group", {total}, [=] { return group({total}, {}, all()); }, "7041");
   add(
-      "no sum of texts", {key}, [=, this] { return group({query_.sum("x", t["state"])}, {key}, all()); }, "7020");
+      "no sum of texts", {key}, [=] { return group({texts}, {key}, all()); }, "7020");
   const auto both = [=] {
     return unite(project({mixed}, extend({mixed}, all())), project({mixed}, extend({mixed.with(t["share"])}, all())));
   };
