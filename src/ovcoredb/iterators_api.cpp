@@ -51,6 +51,14 @@ std::uint32_t start(context_state& reader, iterator_state& iterator, const order
   return ORV_OK;
 }
 
+// Keys are kept, which takes memory.
+std::uint32_t try_to_start(context_state& reader, iterator_state& iterator, const ordered_index& index,
+                           std::uint32_t flags, const std::uint8_t* first_key, const std::uint8_t* last_key) try {
+  return start(reader, iterator, index, flags, first_key, last_key);
+} catch (const std::exception&) {
+  return ORV_OUT_OF_MEMORY;
+}
+
 // Makes the next entries of one block ready to be handed out. False at the end of the range.
 bool look_further(iterator_state& iterator) {
   const bool descending = iterator.descending();
@@ -99,7 +107,7 @@ uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, uint32_t 
   if (walked == nullptr) return ORV_BAD_INDEX;
   iterator_state* const opened = reader->open_iterator();
   if (opened == nullptr) return ORV_TOO_MANY_ITERATORS;
-  const std::uint32_t status = start(*reader, *opened, *walked, flags, first_key, last_key);
+  const std::uint32_t status = try_to_start(*reader, *opened, *walked, flags, first_key, last_key);
   if (status != ORV_OK) {
     reader->close_iterator(*opened);
     return status;

@@ -1,5 +1,6 @@
 // The C interface: text.
 #include <algorithm>
+#include <cstdint>
 #include <exception>
 #include <limits>
 #include <string>
@@ -40,7 +41,7 @@ std::int32_t decode_into(const std::uint8_t* text, std::uint32_t length, text_fo
   std::copy_n(decoded.c_str(), decoded.size() + 1, units);
   return count;
 } catch (const std::exception&) {
-  return 0;
+  return INT32_MIN;
 }
 
 }  // namespace

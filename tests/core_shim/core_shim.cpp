@@ -11,6 +11,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <utility>
 
 #include "core_shim/key_bytes.hpp"
 #include "ovcoredb/ovcoredb.h"
@@ -33,6 +34,7 @@ struct planned_failure {
 struct records {
   std::map<std::string, std::uint64_t, std::less<>> calls;
   std::optional<planned_failure> failure;
+  std::uint64_t failures = 0;
   std::string key_shape;
   std::vector<opened_range> ranges;
 };
@@ -41,10 +43,28 @@ records now;
 std::set<std::uint64_t> open;
 std::uint64_t frees_of_nothing = 0;
 
-void count(const std::string& name) { ++now.calls[name]; }
+place here = place::elsewhere;
+
+// The program is in that place until the end of the block.
+class stay {
+ public:
+  explicit stay(place at) : before_(std::exchange(here, at)) {}
+  ~stay() { here = before_; }
+  stay(const stay&) = delete;
+  stay& operator=(const stay&) = delete;
+
+ private:
+  place before_;
+};
+
+void count(std::string_view name) {
+  const stay in(place::shim);
+  const auto found = now.calls.find(name);
+  ++(found == now.calls.end() ? now.calls.emplace(name, 0).first : found)->second;
+}
 
 // Counts a call; the status that it is to fail with, or 0.
-std::uint32_t begin(const std::string& name) {
+std::uint32_t begin(std::string_view name) {
   count(name);
   if (!now.failure || !now.failure->concerns(name)) return 0;
   planned_failure& failure = *now.failure;
@@ -53,12 +73,14 @@ std::uint32_t begin(const std::string& name) {
     return 0;
   }
   const std::uint32_t status = failure.status;
+  ++now.failures;
   if (failure.how == repeat::once) now.failure.reset();
   return status;
 }
 
 template <class Function>
 Function* next_definition(const char* name) {
+  const stay in(place::shim);
   void* const found = dlsym(RTLD_NEXT, name);
   if (found == nullptr) {
     std::fprintf(stderr, "core_shim: nothing behind %s\n", name);
@@ -67,7 +89,10 @@ Function* next_definition(const char* name) {
   return reinterpret_cast<Function*>(found);
 }
 
-void record_opening(std::uint64_t index, std::uint32_t flags, const std::uint8_t* first, const std::uint8_t* last) {
+void record_opening(std::uint64_t index, std::uint32_t flags, const std::uint8_t* first, const std::uint8_t* last,
+                    std::uint64_t iterator) {
+  const stay in(place::shim);
+  open.insert(iterator);
   opened_range range{index, flags, {}, {}};
   if (!now.key_shape.empty()) {
     range.first = key_bytes(first, now.key_shape);
@@ -76,9 +101,20 @@ void record_opening(std::uint64_t index, std::uint32_t flags, const std::uint8_t
   now.ranges.push_back(std::move(range));
 }
 
+void forget(std::uint64_t iterator) {
+  const stay in(place::shim);
+  if (open.erase(iterator) == 0) ++frees_of_nothing;
+}
+
 }  // namespace
 
-void reset() { now = {}; }
+void reset() {
+  const stay in(place::shim);
+  now = {};
+}
+
+place where() { return here; }
+std::uint64_t failures() { return now.failures; }
 
 std::uint64_t calls() {
   std::uint64_t sum = 0;
@@ -94,8 +130,9 @@ std::uint64_t calls(std::string_view name) {
 std::size_t open_iterators() { return open.size(); }
 std::uint64_t wrong_frees() { return frees_of_nothing; }
 
-void fail_call(std::uint64_t k, std::uint32_t status, repeat how) { now.failure = {"", k, status, how}; }
+void fail_call(std::uint64_t k, std::uint32_t status, repeat how) { fail_call("", k, status, how); }
 void fail_call(std::string_view name, std::uint64_t k, std::uint32_t status, repeat how) {
+  const stay in(place::shim);
   now.failure = {std::string(name), k, status, how};
 }
 
@@ -116,6 +153,7 @@ using namespace core_shim;
   uint32_t name(CORE_SHIM_EACH(CORE_SHIM_PARAMETER, __VA_ARGS__)) {   \
     static auto* const next = next_definition<decltype(name)>(#name); \
     if (const std::uint32_t status = begin(#name)) return status;     \
+    const stay in(place::core);                                       \
     return next(CORE_SHIM_EACH(CORE_SHIM_ARGUMENT, __VA_ARGS__));     \
   }
 
@@ -124,6 +162,7 @@ using namespace core_shim;
   result name(CORE_SHIM_EACH(CORE_SHIM_PARAMETER, __VA_ARGS__)) {     \
     static auto* const next = next_definition<decltype(name)>(#name); \
     count(#name);                                                     \
+    const stay in(place::core);                                       \
     return next(CORE_SHIM_EACH(CORE_SHIM_ARGUMENT, __VA_ARGS__));     \
   }
 
@@ -155,17 +194,21 @@ uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, uint32_t 
                                      const uint8_t* last_key, uint64_t* iterator) {
   static auto* const next = next_definition<decltype(orv_context_create_iterator)>("orv_context_create_iterator");
   if (const std::uint32_t status = begin("orv_context_create_iterator")) return status;
-  const std::uint32_t status = next(context, index, flags, first_key, last_key, iterator);
+  const auto create = [&] {
+    const stay in(place::core);
+    return next(context, index, flags, first_key, last_key, iterator);
+  };
+  const std::uint32_t status = create();
   if (status != ORV_OK) return status;
-  open.insert(*iterator);
-  record_opening(index, flags, first_key, last_key);
+  record_opening(index, flags, first_key, last_key, *iterator);
   return status;
 }
 
 uint32_t orv_iterator_free(uint64_t iterator) {
   static auto* const next = next_definition<decltype(orv_iterator_free)>("orv_iterator_free");
   const std::uint32_t failure = begin(free_name);
-  if (open.erase(iterator) == 0) ++frees_of_nothing;
+  forget(iterator);
+  const stay in(place::core);
   const std::uint32_t status = next(iterator);
   return failure != 0 ? failure : status;
 }

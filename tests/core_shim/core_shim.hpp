@@ -22,6 +22,10 @@ std::uint64_t calls(std::string_view name);  // "orv_iterator_next"
 std::size_t open_iterators();
 std::uint64_t wrong_frees();
 
+// In whose code the program is: in the shim's own, behind it in the core, or anywhere else.
+enum class place { elsewhere, shim, core };
+place where();
+
 enum class repeat { once, from_then_on };
 
 // The k-th call from now on (the next one is 1) gives this status. Nothing is handed on, and nothing is written. With a
@@ -29,6 +33,9 @@ enum class repeat { once, from_then_on };
 // when it succeeds. A free that fails has freed the iterator all the same.
 void fail_call(std::uint64_t k, std::uint32_t status, repeat how = repeat::once);
 void fail_call(std::string_view name, std::uint64_t k, std::uint32_t status, repeat how = repeat::once);
+
+// Calls that were made to fail since the last reset.
+std::uint64_t failures();
 
 // An iterator that was opened. The keys are empty unless they are watched.
 struct opened_range {

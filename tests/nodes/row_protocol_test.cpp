@@ -83,24 +83,6 @@ TEST(GenerativeAssignment, makes_one_row_even_of_null) {
   EXPECT_FALSE(source->next(context));
 }
 
-TEST(Nodes, free_their_enumerators_when_an_expression_fails) {
-  const auto log = std::make_shared<journal>();
-  for (const std::int64_t fails_at : {1, 3}) {
-    const auto fail = [fails_at] {
-      return tell([fails_at](const row& stack) -> value {
-        if (std::get<std::int64_t>(stack[0]) == fails_at) throw db_util::db_exception{4711};
-        return true;
-      });
-    };
-    const auto all = [&log] { return given(table("(i1)(i2)(i3)"), log); };
-    const auto projected = [&] { return std::make_unique<projection>(all(), list_of(column(0), fail())); };
-    EXPECT_EQ(run(filter(all(), fail())), "4711");
-    EXPECT_EQ(run(*projected()), "4711");
-    EXPECT_EQ(run(projection(projected(), columns({0}))), "4711");
-    EXPECT_EQ(log->alive, 0);
-  }
-}
-
 // A node below, which says when it goes.
 class leaf final : public node {
  public:

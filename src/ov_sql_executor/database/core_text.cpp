@@ -1,6 +1,8 @@
 #include "ov_sql_executor/database/core_text.hpp"
 
+#include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 #include "ov_sql_executor/database/core_block.hpp"
@@ -24,11 +26,13 @@ std::u16string to_units(to_units_call* convert, std::uint64_t context, text_view
 // The first call measures, the second converts; the core writes a zero unit behind the text.
 std::u16string to_units(to_units_free_call* convert, text_view text) {
   const auto length = static_cast<std::uint32_t>(text.bytes.size());
-  const std::int32_t measured = convert(text.bytes.data(), length, nullptr, 0);
-  const std::uint32_t count =
-      measured < 0 ? 0U - static_cast<std::uint32_t>(measured) : static_cast<std::uint32_t>(measured);
+  const auto count_of = [](std::int32_t result) {
+    if (result == std::numeric_limits<std::int32_t>::min()) check(ORV_OUT_OF_MEMORY);
+    return static_cast<std::uint32_t>(std::abs(result));
+  };
+  const std::uint32_t count = count_of(convert(text.bytes.data(), length, nullptr, 0));
   std::u16string units(count, u'\0');
-  convert(text.bytes.data(), length, units.data(), count + 1);
+  count_of(convert(text.bytes.data(), length, units.data(), count + 1));
   return units;
 }
 

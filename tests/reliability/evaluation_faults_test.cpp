@@ -1,0 +1,156 @@
+// Trees of nodes and operators over rows that are given, with every evaluation of an operand failing in turn: what it
+// throws leaves unchanged, every enumerator goes, and the tree runs again as if nothing had happened.
+#include <iostream>
+
+#include "nodes/given_rows.hpp"
+#include "ov_sql_executor/execution/aggregator.hpp"
+#include "ov_sql_executor/execution/extension.hpp"
+#include "ov_sql_executor/execution/filter.hpp"
+#include "ov_sql_executor/execution/full_join.hpp"
+#include "ov_sql_executor/execution/generative_assignment.hpp"
+#include "ov_sql_executor/execution/left_join.hpp"
+#include "ov_sql_executor/execution/limit_offset.hpp"
+#include "ov_sql_executor/execution/nested_loop_inner_join.hpp"
+#include "ov_sql_executor/execution/order_by.hpp"
+#include "ov_sql_executor/execution/projection.hpp"
+#include "ov_sql_executor/execution/uniond.hpp"
+#include "ov_sql_executor/expressions/arithmetic.hpp"
+#include "ov_sql_executor/expressions/comparison.hpp"
+#include "ov_sql_executor/expressions/logical.hpp"
+
+namespace tests {
+namespace {
+
+// Not an exception of the library nor of the standard: nothing in between may take it for its own.
+struct evaluation_failure {};
+
+// Evaluations until one fails; 0: none does.
+std::uint64_t evaluations_left = 0;
+
+class failing_operand final : public operators::operator_base {
+ public:
+  explicit failing_operand(operator_ptr of) : of_(std::move(of)) {}
+  value evaluate(execution_context& context) const override {
+    if (evaluations_left != 0 && --evaluations_left == 0) throw evaluation_failure();
+    return of_->evaluate(context);
+  }
+
+ private:
+  operator_ptr of_;
+};
+
+operator_ptr at(std::int16_t position) { return std::make_unique<failing_operand>(column(position)); }
+template <class Operator, class... Operands>
+operator_ptr make(Operands... operands) {
+  return std::make_unique<failing_operand>(std::make_unique<Operator>(std::move(operands)...));
+}
+template <class Node, class... Arguments>
+std::unique_ptr<node> tree(Arguments... arguments) {
+  return std::make_unique<Node>(std::move(arguments)...);
+}
+template <class... Operators>
+std::vector<operator_ptr> list(Operators... operators) {
+  std::vector<operator_ptr> made;
+  (made.push_back(std::move(operators)), ...);
+  return made;
+}
+
+class EvaluationFaults : public testing::Test {
+ protected:
+  // Forty rows (number, text, number): duplicates, NULLs, texts that own memory.
+  std::unique_ptr<node> input(int step = 1) {
+    rows all;
+    for (std::int64_t n = 0; n < 40; n += step) {
+      const std::string name = n % 7 == 0 ? "NULL" : "'a-text-that-owns-its-bytes-" + std::to_string(n % 5) + "'";
+      all.push_back({i(n * 17 % 11), val(name), n % 6 == 0 ? null() : i(n)});
+    }
+    return given(std::move(all), log);
+  }
+
+  std::vector<aggregate_entry> every_aggregate() {
+    namespace kinds = aggregates;
+    const auto operand = [](std::int16_t position) { return operators::operand(at(position)); };
+    std::vector<aggregate_entry> made;
+    made.emplace_back(kinds::sum{operand(0)});
+    made.emplace_back(kinds::count_values{operand(2)});
+    made.emplace_back(kinds::maximum{operand(1)});
+    made.emplace_back(kinds::minimum{operand(1)});
+    made.emplace_back(kinds::average_as_double{operand(0)});
+    made.emplace_back(kinds::average_as_decimal{operand(2)});
+    made.emplace_back(kinds::count_distinct_values{operand(1)});
+    kinds::count_distinct_rows distinct;
+    distinct.arguments.push_back(operand(1));
+    distinct.arguments.push_back(operand(0));
+    made.emplace_back(std::move(distinct));
+    return made;
+  }
+
+  std::vector<std::pair<const char*, std::unique_ptr<node>>> trees() {
+    using namespace operators;
+    const auto small = [] { return make<less_than>(at(0), make<addition>(at(2), at(0))); };
+    const auto matching = [] {
+      return make<logical_and>(make<equal>(at(0), at(3)), make<logical_not>(make<less_than>(at(5), at(2))));
+    };
+    std::vector<std::pair<const char*, std::unique_ptr<node>>> made;
+    made.emplace_back("filter", tree<filter>(input(), small()));
+    made.emplace_back("projection", tree<projection>(input(), list(at(1), small(), at(0))));
+    made.emplace_back("extension", tree<extension>(input(), list(at(1), small())));
+    made.emplace_back("order",
+                      tree<order_by>(input(), list(at(1), small(), at(2)), std::vector<bool>{true, false, true}));
+    made.emplace_back("order by one number", tree<order_by>(input(), list(at(0)), std::vector<bool>{true}));
+    made.emplace_back("groups", tree<aggregator>(input(), list(at(1), at(0)), every_aggregate()));
+    made.emplace_back("one group", tree<aggregator>(input(), list(), every_aggregate()));
+    made.emplace_back("inner join", tree<nested_loop_inner_join>(input(5), tree<filter>(input(5), matching())));
+    made.emplace_back("left join", tree<left_join>(input(5), tree<filter>(input(5), matching()), std::uint64_t{3}));
+    made.emplace_back("full join", tree<full_join>(input(5), input(4), std::uint64_t{3}, std::uint64_t{3},
+                                                   std::optional(matching())));
+    made.emplace_back("cross join", tree<full_join>(tree<filter>(input(9), small()), tree<filter>(input(9), small()),
+                                                    std::uint64_t{3}, std::uint64_t{3}, std::nullopt));
+    made.emplace_back("limit", tree<limit_offset>(tree<filter>(input(), small()),
+                                                  make<value_from_context>(context_list::constants, std::int16_t{0}),
+                                                  at_constant(1)));
+    made.emplace_back(
+        "union", tree<uniond>(tree<filter>(input(), small()), tree<projection>(input(), list(at(2), at(1), at(0)))));
+    made.emplace_back("one row", tree<generative_assignment>(at_constant(1)));
+    auto sorted = tree<order_by>(tree<filter>(input(3), matching()), list(at(4)), std::vector<bool>{false});
+    auto counted = tree<aggregator>(tree<left_join>(input(5), std::move(sorted), std::uint64_t{3}), list(at(1)),
+                                    every_aggregate());
+    made.emplace_back("groups of sorted inner sides",
+                      tree<order_by>(std::move(counted), list(at(8)), std::vector<bool>{true}));
+    return made;
+  }
+
+  static operator_ptr at_constant(std::int16_t position) {
+    return std::make_unique<failing_operand>(constant(position));
+  }
+
+  const std::shared_ptr<journal> log = std::make_shared<journal>();
+};
+
+TEST_F(EvaluationFaults, leave_unchanged_and_the_tree_runs_again) {
+  const std::vector<value> constants = vals("u5 u2");
+  std::uint64_t points = 0;
+  for (const auto& [name, root] : trees()) {
+    const rows expected = rows_of(*root, {}, constants);
+    ASSERT_FALSE(expected.empty()) << name;
+    bool failed = true;
+    for (std::uint64_t k = 1; failed; ++k) {
+      evaluations_left = k;
+      failed = false;
+      try {
+        ASSERT_EQ(spell(rows_of(*root, {}, constants)), spell(expected)) << name;
+      } catch (const evaluation_failure&) {
+        failed = true;
+        ++points;
+      }
+      evaluations_left = 0;
+      ASSERT_EQ(log->alive, 0) << name << ", evaluation " << k;
+      ASSERT_EQ(spell(rows_of(*root, {}, constants)), spell(expected)) << name << " after evaluation " << k;
+    }
+  }
+  std::cout << "evaluation failure points: " << points << '\n';
+  EXPECT_GE(points, 1000U);
+}
+
+}  // namespace
+}  // namespace tests

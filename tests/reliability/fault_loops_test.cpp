@@ -1,0 +1,187 @@
+// Every plan of the catalogue with every allocation and every call of the core failing in turn: the error is the
+// documented one, nothing leaks, every iterator is freed once, and the statement runs again as if nothing had happened.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "core_shim/core_shim.hpp"
+#include "outcome.hpp"
+#include "ov_sql_executor/execution/enumerator.hpp"
+#include "ov_sql_executor/planning/plan.hpp"
+#include "reliability/failing_allocations.hpp"
+#include "reliability/plan_catalogue.hpp"
+
+namespace tests {
+namespace {
+
+using core_shim::place, core_shim::repeat;
+
+// Runs a statement to its end and destroys what the run needed. Of allocations only the library's own can fail.
+rows run(const runnable& planned, std::uint64_t context_handle, const std::vector<value>& parameters) {
+  std::optional<failing_allocations::pause> host(std::in_place);
+  execution_context context{planned.constants, parameters, {}, context_handle};
+  rows all;
+  host.reset();
+  const std::unique_ptr<enumerator> source(planned.root->create_enumerator(context));
+  while (std::optional<row> next = source->next(context)) {
+    host.emplace();
+    EXPECT_TRUE(context.row_stack.empty());
+    all.push_back(*std::move(next));
+    host.reset();
+  }
+  return all;
+}
+
+// How something is made to fail, and how the statement should end.
+struct fault {
+  std::function<void(std::uint64_t k)> begin;
+  std::function<std::uint64_t()> end;  // how often it failed
+  std::string outcome;                 // empty: any error, or other rows
+  bool in_new_context = false;
+};
+
+fault allocation(repeat how, place in, const char* outcome) {
+  return {[=](std::uint64_t k) { failing_allocations::fail(k, how, in); }, failing_allocations::stop, outcome,
+          in == place::core};
+}
+
+fault core_call(std::uint32_t status, repeat how) {
+  return {[=](std::uint64_t k) { core_shim::fail_call(k, status, how); }, core_shim::failures,
+          status == ORV_NO_VALUE ? "" : std::to_string(status)};
+}
+
+class FaultLoops : public testing::Test {
+ protected:
+  ~FaultLoops() override {
+    while (!sessions.empty()) sessions.pop_back();
+    EXPECT_EQ(core_shim::open_iterators(), 0U);
+    EXPECT_EQ(core_shim::wrong_frees(), 0U);
+  }
+
+  std::uint64_t context() const { return sessions.empty() ? catalogue.context() : sessions.back()->context(); }
+
+  // Plans and runs with a fault on the way; says how often something failed.
+  std::string attempt(ovhost::plan of, std::optional<runnable>& planned, const fault& with, std::uint64_t& failures) {
+    return outcome([&] {
+      try {
+        planned = std::get<0>(physical_to_exec::Plan(std::move(of)));
+        rows all = run(*planned, context(), catalogue.parameters);
+        failures = with.end();
+        return all;
+      } catch (...) {
+        failures = with.end();
+        throw;
+      }
+    });
+  }
+
+  std::string undisturbed(const catalogued_plan& each) {
+    std::optional<runnable> planned;
+    std::uint64_t failures = 0;
+    return attempt(each.make(), planned, {nullptr, [] { return 0U; }, ""}, failures);
+  }
+
+  // Fails at the k-th point; false when there was no such point and the statement ran untouched.
+  bool check_point(const catalogued_plan& each, const std::string& expected, const fault& with, std::uint64_t k) {
+    std::optional<runnable> planned;
+    ovhost::plan fresh = each.make();
+    core_shim::reset();
+    with.begin(k);
+    std::uint64_t failures = 0;
+    const std::string found = attempt(std::move(fresh), planned, with, failures);
+    core_shim::reset();
+    EXPECT_EQ(core_shim::open_iterators(), 0U);
+    const std::string& wanted = failures == 0 ? expected : with.outcome;
+    EXPECT_TRUE(found == wanted || wanted.empty()) << found << " instead of " << wanted;
+    if (!planned) return failures != 0;
+    EXPECT_EQ(outcome([&] { return run(*planned, context(), catalogue.parameters); }), expected) << "a second run";
+    failing_allocations::fail(1, repeat::from_then_on, place::elsewhere);
+    planned.reset();
+    EXPECT_EQ(failing_allocations::stop(), 0U) << "destruction allocates";
+    return failures != 0;
+  }
+
+  // Every point of every plan; how many there are.
+  std::uint64_t check_all(const fault& with) {
+    std::uint64_t points = 0;
+    for (const catalogued_plan& each : catalogue.plans) {
+      const std::string expected = undisturbed(each);
+      bool is_reached = true;
+      for (std::uint64_t k = 1; is_reached; ++k) {
+        if (with.in_new_context) sessions.push_back(std::make_unique<ovhost::session>(catalogue.database));
+        const std::int64_t alive = failing_allocations::alive();
+        is_reached = check_point(each, expected, with, k);
+        EXPECT_EQ(failing_allocations::alive(), alive) << "a leak";
+        if (HasFailure()) {
+          ADD_FAILURE() << "failure " << k << " of plan \"" << each.name << '"';
+          return points;
+        }
+        if (is_reached) ++points;
+      }
+    }
+    return points;
+  }
+
+  plan_catalogue catalogue;
+  std::vector<std::unique_ptr<ovhost::session>> sessions;
+};
+
+TEST_F(FaultLoops, the_catalogue_itself_runs) {
+  EXPECT_GE(catalogue.plans.size(), 40U);
+  for (const catalogued_plan& each : catalogue.plans) {
+    const std::string found = undisturbed(each);
+    EXPECT_EQ(each.error.empty() ? found.substr(0, 1) : found, each.error.empty() ? "(" : each.error)
+        << each.name << ": " << found;
+  }
+}
+
+TEST_F(FaultLoops, a_failing_allocation_leaves_as_bad_alloc) {
+  const std::uint64_t points = check_all(allocation(repeat::once, place::elsewhere, "std::bad_alloc"));
+  EXPECT_EQ(check_all(allocation(repeat::from_then_on, place::elsewhere, "std::bad_alloc")), points);
+  std::cout << "allocation failure points: " << points << '\n';
+  EXPECT_GE(points, 5000U);
+}
+
+// In contexts that have not been used, where the core still has to make room.
+TEST_F(FaultLoops, a_failing_allocation_in_the_core_leaves_as_its_status) {
+  const std::string status = std::to_string(ORV_OUT_OF_MEMORY);
+  const std::uint64_t points = check_all(allocation(repeat::once, place::core, status.c_str()));
+  check_all(allocation(repeat::from_then_on, place::core, status.c_str()));
+  std::cout << "allocation failure points in the core: " << points << '\n';
+  EXPECT_GE(points, 100U);
+}
+
+TEST_F(FaultLoops, a_failing_core_call_leaves_as_its_status) {
+  std::uint64_t points = 0;
+  for (const std::uint32_t status : {1U, std::uint32_t{ORV_OUT_OF_MEMORY}, 0xFFFFFFFF}) {
+    for (const repeat how : {repeat::once, repeat::from_then_on}) points = check_all(core_call(status, how));
+  }
+  std::cout << "core call failure points: " << points << '\n';
+  EXPECT_GE(points, 5000U);
+}
+
+// Some calls say so of a column without a value, and for others it is a failure.
+TEST_F(FaultLoops, no_value_from_any_core_call_does_no_harm) {
+  for (const repeat how : {repeat::once, repeat::from_then_on}) check_all(core_call(ORV_NO_VALUE, how));
+}
+
+TEST_F(FaultLoops, a_host_may_leave_at_any_row) {
+  for (const catalogued_plan& each : catalogue.plans) {
+    if (!each.error.empty()) continue;
+    const auto planned = std::get<0>(physical_to_exec::Plan(each.make()));
+    bool at_end = false;
+    for (int taken = 0; !at_end; ++taken) {
+      execution_context context{planned.constants, catalogue.parameters, {}, catalogue.context()};
+      const std::unique_ptr<enumerator> source(planned.root->create_enumerator(context));
+      for (int row = 0; row < taken && !at_end; ++row) at_end = !source->next(context);
+      EXPECT_TRUE(context.row_stack.empty()) << each.name;
+    }
+    EXPECT_EQ(core_shim::open_iterators(), 0U) << each.name;
+  }
+}
+
+}  // namespace
+}  // namespace tests
