@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "fuzz/checks.hpp"
+#include "ov_sql_executor/errors/stack_weights.hpp"
 
 namespace tests::fuzz {
 namespace {
@@ -35,7 +36,8 @@ unsigned number_from_environment(const char* name, unsigned otherwise) {
 
 // The environment may say how many, and which.
 void try_random_inputs(check checked) {
-  const unsigned rounds = number_from_environment("OV_FUZZ_ROUNDS", 3000);
+  const unsigned rounds =
+      number_from_environment("OV_FUZZ_ROUNDS", error_handling::stack_weights::guards_frames ? 600 : 3000);
   const unsigned seed = number_from_environment("OV_FUZZ_SEED", std::random_device{}());
   std::fprintf(stderr, "seed %u\n", seed);  // here, since what breaks ends the process
   std::mt19937 random(seed);

@@ -9,6 +9,7 @@
 
 #include "core_shim/core_shim.hpp"
 #include "outcome.hpp"
+#include "ov_sql_executor/errors/stack_weights.hpp"
 #include "ov_sql_executor/execution/enumerator.hpp"
 #include "ov_sql_executor/planning/plan.hpp"
 #include "reliability/failing_allocations.hpp"
@@ -18,6 +19,9 @@ namespace tests {
 namespace {
 
 using core_shim::place, core_shim::repeat;
+
+// With the address sanitizer, which learns nothing from the same failure with another status.
+constexpr bool is_slow = error_handling::stack_weights::guards_frames;
 
 // Runs a statement to its end and destroys what the run needed. Of allocations only the library's own can fail.
 rows run(const runnable& planned, std::uint64_t context_handle, const std::vector<value>& parameters) {
@@ -155,9 +159,15 @@ TEST_F(FaultLoops, a_failing_allocation_in_the_core_leaves_as_its_status) {
 }
 
 TEST_F(FaultLoops, a_failing_core_call_leaves_as_its_status) {
-  std::uint64_t points = 0;
-  for (const std::uint32_t status : {1U, std::uint32_t{ORV_OUT_OF_MEMORY}, 0xFFFFFFFF}) {
-    for (const repeat how : {repeat::once, repeat::from_then_on}) points = check_all(core_call(status, how));
+  std::uint64_t points = check_all(core_call(1, repeat::once));
+  EXPECT_EQ(check_all(core_call(0xFFFFFFFF, repeat::from_then_on)), points);
+  if (!is_slow) {
+    for (const std::uint32_t status : {std::uint32_t{ORV_OUT_OF_MEMORY}, 0xFFFFFFFF}) {
+      EXPECT_EQ(check_all(core_call(status, repeat::once)), points);
+    }
+    for (const std::uint32_t status : {1U, std::uint32_t{ORV_OUT_OF_MEMORY}}) {
+      EXPECT_EQ(check_all(core_call(status, repeat::from_then_on)), points);
+    }
   }
   std::cout << "core call failure points: " << points << '\n';
   EXPECT_GE(points, 5000U);
@@ -165,7 +175,8 @@ TEST_F(FaultLoops, a_failing_core_call_leaves_as_its_status) {
 
 // Some calls say so of a column without a value, and for others it is a failure.
 TEST_F(FaultLoops, no_value_from_any_core_call_does_no_harm) {
-  for (const repeat how : {repeat::once, repeat::from_then_on}) check_all(core_call(ORV_NO_VALUE, how));
+  check_all(core_call(ORV_NO_VALUE, repeat::once));
+  if (!is_slow) check_all(core_call(ORV_NO_VALUE, repeat::from_then_on));
 }
 
 TEST_F(FaultLoops, a_host_may_leave_at_any_row) {
