@@ -20,8 +20,9 @@ namespace {
 
 using core_shim::place, core_shim::repeat;
 
-// With the address sanitizer, which learns nothing from the same failure with another status.
+// With the address sanitizer, which takes every third point, and learns nothing from one with another status.
 constexpr bool is_slow = error_handling::stack_weights::guards_frames;
+constexpr std::uint64_t stride = is_slow ? 3 : 1;
 
 // Runs a statement to its end and destroys what the run needed. Of allocations only the library's own can fail.
 rows run(const runnable& planned, std::uint64_t context_handle, const std::vector<value>& parameters) {
@@ -114,7 +115,7 @@ class FaultLoops : public testing::Test {
     for (const catalogued_plan& each : catalogue.plans) {
       const std::string expected = undisturbed(each);
       bool is_reached = true;
-      for (std::uint64_t k = 1; is_reached; ++k) {
+      for (std::uint64_t k = 1; is_reached; k += stride) {
         if (with.in_new_context) sessions.push_back(std::make_unique<ovhost::session>(catalogue.database));
         const std::int64_t alive = failing_allocations::alive();
         is_reached = check_point(each, expected, with, k);
@@ -146,7 +147,7 @@ TEST_F(FaultLoops, a_failing_allocation_leaves_as_bad_alloc) {
   const std::uint64_t points = check_all(allocation(repeat::once, place::elsewhere, "std::bad_alloc"));
   EXPECT_EQ(check_all(allocation(repeat::from_then_on, place::elsewhere, "std::bad_alloc")), points);
   std::cout << "allocation failure points: " << points << '\n';
-  EXPECT_GE(points, 5000U);
+  EXPECT_GE(points * stride, 5000U);
 }
 
 // In contexts that have not been used, where the core still has to make room.
@@ -155,7 +156,7 @@ TEST_F(FaultLoops, a_failing_allocation_in_the_core_leaves_as_its_status) {
   const std::uint64_t points = check_all(allocation(repeat::once, place::core, status.c_str()));
   check_all(allocation(repeat::from_then_on, place::core, status.c_str()));
   std::cout << "allocation failure points in the core: " << points << '\n';
-  EXPECT_GE(points, 100U);
+  EXPECT_GE(points * stride, 100U);
 }
 
 TEST_F(FaultLoops, a_failing_core_call_leaves_as_its_status) {
@@ -170,7 +171,7 @@ TEST_F(FaultLoops, a_failing_core_call_leaves_as_its_status) {
     }
   }
   std::cout << "core call failure points: " << points << '\n';
-  EXPECT_GE(points, 5000U);
+  EXPECT_GE(points * stride, 5000U);
 }
 
 // Some calls say so of a column without a value, and for others it is a failure.
