@@ -13,6 +13,7 @@ log=build/reliability.log
 mkdir -p build
 export ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1:strict_string_checks=1
 export UBSAN_OPTIONS=print_stacktrace=1
+export OV_EVERY_FAULT=1
 
 # quietly COMMAND...: shows the output only if the command fails.
 quietly() {
@@ -27,7 +28,10 @@ quietly cmake --preset $preset
 quietly cmake --build --preset $preset --target reliability_tests fuzz_tests
 quietly "$build/tests/fuzz/fuzz_tests"
 quietly "$build/tests/reliability/reliability_tests"
-grep 'failure points' "$log" >build/reliability.figures
+cp "$log" build/reliability.loops.log
 quietly scripts/coverage.sh
-grep -E '^(line|branch) coverage' "$log" >>build/reliability.figures
-cat build/reliability.figures
+cat build/reliability.loops.log >>"$log"
+for figure in 'allocation failure points in the core' 'allocation failure points' 'core call failure points' \
+  'evaluation failure points' 'line coverage' 'branch coverage'; do
+  grep "^$figure:" "$log"
+done
