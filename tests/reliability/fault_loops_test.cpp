@@ -21,9 +21,9 @@ namespace {
 
 using core_shim::place, core_shim::repeat;
 
-// With the address sanitizer, which learns nothing from the same failure with another status, and which takes every
-// third point unless the environment wants them all.
-constexpr bool is_slow = error_handling::stack_weights::guards_frames;
+// Without optimisation or with the address sanitizer, which learn nothing from a failure with another status and take
+// every third point unless the environment wants them all.
+constexpr bool is_slow = error_handling::stack_weights::guards_frames || !error_handling::stack_weights::is_optimised;
 const std::uint64_t stride = is_slow && std::getenv("OV_EVERY_FAULT") == nullptr ? 3 : 1;
 
 // Runs a statement to its end and destroys what the run needed. Of allocations only the library's own can fail.
