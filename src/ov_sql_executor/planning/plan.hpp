@@ -35,7 +35,7 @@ using column_type =
 //
 // How deep a plan may be nested depends on the calling thread's stack: every node and every operation on the way from
 // the root to a leaf counts for 1 KiB of what is left of it, less a reserve of 32 KiB, so that a stack of 8 MiB takes
-// about 8,000 levels and one of 256 KiB about 200. (Builds for the address sanitizer: 6 KiB for a node, 3.5 for an
+// about 8,000 levels and one of 256 KiB about 200. (Builds for the address sanitizer: 4.5 KiB for a node, 3.5 for an
 // operation, 64 in reserve; without optimisation more.) ANDs inside ANDs and ORs inside ORs are one level, however
 // they are bracketed, and so is everything in a list. What is deeper is refused before anything else is looked at; up
 // to 32 KiB nobody looks at the stack. A runnable that was planned on one thread may be run on another: where the stack
