@@ -81,15 +81,22 @@ bool look_further(iterator_state& iterator) {
   return true;
 }
 
+std::uint32_t hand_out(iterator_state& iterator, std::uint64_t number, ORV_REFERENCE_VALUE& reference) {
+  iterator.at += iterator.step;
+  reference = {number, 0, iterator.run.place.tag()};
+  return ORV_OK;
+}
+
 // Both are out of line, which keeps the common step short.
+[[gnu::noinline]] std::uint32_t step_to_other_run(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
+  const std::uint64_t number = iterator.entries[iterator.at].number();
+  iterator.run = iterator.owner->database->objects.run_of(number);
+  return hand_out(iterator, number, reference);
+}
+
 [[gnu::noinline]] std::uint32_t step_further(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
   reference = {0, 0, 0};
   return look_further(iterator) ? orv_iterator_next(iterator.handle, &reference) : std::uint32_t{ORV_OK};
-}
-
-[[gnu::noinline]] std::uint32_t step_to_other_run(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
-  iterator.run = iterator.owner->database->objects.quick_run_of(iterator.entries[iterator.at].number());
-  return orv_iterator_next(iterator.handle, &reference);
 }
 
 }  // namespace
@@ -125,9 +132,7 @@ uint32_t orv_iterator_next(uint64_t iterator, ORV_REFERENCE_VALUE* reference) {
   if (found->at == found->limit) return step_further(*found, *reference);
   const std::uint64_t number = found->entries[found->at].number();
   if (number - found->run.first >= found->run.count) return step_to_other_run(*found, *reference);
-  found->at += found->step;
-  *reference = {number, 0, found->run.place.tag()};
-  return ORV_OK;
+  return hand_out(*found, number, *reference);
 }
 
 uint32_t orv_iterator_free(uint64_t iterator) {

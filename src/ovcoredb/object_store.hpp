@@ -72,19 +72,17 @@ class object_store {
   }
 
   // The object's run in the directory, counted in object numbers. The object exists.
-  place_directory::run run_of(std::uint64_t number) const { return by_number(places_.run_of(number - 1)); }
-  place_directory::run quick_run_of(std::uint64_t number) const { return by_number(places_.quick_run_of(number - 1)); }
+  place_directory::run run_of(std::uint64_t number) const {
+    place_directory::run run = places_.run_of(number - 1);
+    ++run.first;
+    return run;
+  }
 
   // Gives the next number to a new object; each cell fits its column. An append that threw has no effect.
   std::uint64_t append(table& to, std::span<const cell> cells);
   void remove_last();
 
  private:
-  static place_directory::run by_number(place_directory::run run) {
-    ++run.first;
-    return run;
-  }
-
   std::vector<std::unique_ptr<table>> tables_;
   place_directory places_;  // by object number - 1
 };

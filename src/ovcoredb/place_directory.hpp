@@ -1,12 +1,14 @@
-// Where each object lies, found by its number. Objects are mostly loaded table by table: a block of numbers whose
-// objects lie one behind the other in one table is described by its first.
+// Where each object lies, found by its number. Objects are mostly loaded table by table: those that lie one behind the
+// other in one table are described by the first of them in each block of numbers.
 #ifndef OVCOREDB_PLACE_DIRECTORY_HPP_
 #define OVCOREDB_PLACE_DIRECTORY_HPP_
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace ovcoredb {
@@ -30,8 +32,8 @@ class place_directory {
   std::size_t size() const { return size_; }
 
   packed_place operator[](std::size_t position) const {
-    const block& in = blocks_[position / block_size];
-    return in.each == nullptr ? in.first.behind(position % block_size) : in.each[position % block_size];
+    const stretch at = stretch_at(position);
+    return at.place.behind(position % block_size - at.start);
   }
 
   // Objects with consecutive numbers that lie one behind the other in one table.
@@ -41,90 +43,99 @@ class place_directory {
     packed_place place{};  // of the first
   };
 
-  // A run that the position belongs to. Found at once where objects lie among those of other tables, and then not the
-  // longest.
-  run quick_run_of(std::size_t position) const {
-    const block& in = blocks_[position / block_size];
-    return in.each != nullptr ? run{position, 1, in.each[position % block_size]} : run_of(position);
-  }
-
-  // The longest, but that it does not lie in two neighbouring blocks that list each of their objects.
+  // The longest run that the position belongs to.
   run run_of(std::size_t position) const {
     const std::size_t start = start_of_run(position);
     return {start, end_of_run(position, start) - start, (*this)[start]};
   }
 
   void push_back(packed_place place) {
-    if (size_ % block_size == 0) {
-      blocks_.push_back({place, run_start(place), nullptr});
-    } else if (block& last = blocks_.back(); last.each != nullptr) {
-      last.each[size_ % block_size] = place;
-    } else if (place != last.first.behind(size_ % block_size)) {
-      list_each(last, place);
+    const std::size_t offset = size_ % block_size;
+    const bool goes_on = size_ != 0 && place == (*this)[size_ - 1].behind(1);
+    if (offset == 0) {
+      blocks_.push_back({place, goes_on ? start_of_run(size_ - 1) : size_, nullptr});
+    } else if (!goes_on) {
+      begin_stretch(blocks_.back(), offset, place);
+    } else if (auto& stretches = blocks_.back().stretches; stretches != nullptr) {
+      stretches->of_offset[offset] = stretches->last();
     }
     ++size_;
   }
 
   void pop_back() {
-    if (--size_ % block_size == 0) blocks_.pop_back();
+    --size_;
+    if (size_ % block_size == 0) {
+      blocks_.pop_back();
+    } else if (auto& stretches = blocks_.back().stretches; stretches != nullptr) {
+      if (stretches->list.back().start == size_ % block_size) stretches->list.pop_back();
+    }
   }
 
  private:
   static constexpr std::size_t block_size = 256;
-  struct block;
 
-  bool follows(std::size_t position) const { return (*this)[position] == (*this)[position - 1].behind(1); }
+  // The part of a run that lies in one block.
+  struct stretch {
+    packed_place place;  // of its first object
+    std::uint8_t start;  // offset in the block
+  };
 
-  std::size_t start_of_run(std::size_t position) const {
-    const block& in = blocks_[position / block_size];
-    if (in.each == nullptr) return in.run_start;
-    while (position % block_size != 0 && follows(position)) --position;
-    if (position % block_size != 0 || position == 0 || !follows(position)) return position;
-    const block& before = blocks_[position / block_size - 1];
-    return before.each == nullptr ? before.run_start : position;
-  }
+  struct stretches_of_block {
+    std::array<std::uint8_t, block_size> of_offset{};  // in the list
+    std::vector<stretch> list;
 
-  std::size_t end_of_run(std::size_t position, std::size_t start) const {
-    const std::size_t first_behind = position / block_size + 1;
-    if (blocks_[first_behind - 1].each != nullptr) {
-      const std::size_t end = end_in_block(position);
-      if (end % block_size != 0 || end == size_) return end;
-    }
-    // The blocks whose objects follow from their first and from each other's, and what goes on behind them.
-    const auto behind =
-        std::partition_point(blocks_.begin() + static_cast<std::ptrdiff_t>(first_behind), blocks_.end(),
-                             [start](const block& each) { return each.each == nullptr && each.run_start == start; });
-    const std::size_t end = static_cast<std::size_t>(behind - blocks_.begin()) * block_size;
-    if (end >= size_) return size_;
-    const bool ends_here = blocks_[end / block_size - 1].each != nullptr || !follows(end);
-    return ends_here ? end : end_in_block(end);
-  }
-
-  // Where the run ends, or else the block.
-  std::size_t end_in_block(std::size_t position) const {
-    const std::size_t end = std::min(size_, (position / block_size + 1) * block_size);
-    while (++position < end && follows(position)) {
-    }
-    return position;
-  }
+    std::uint8_t last() const { return static_cast<std::uint8_t>(list.size() - 1); }
+  };
 
   struct block {
     packed_place first;
-    std::size_t run_start;                 // where the run began that this block's first object goes on
-    std::unique_ptr<packed_place[]> each;  // null while they follow from the first
+    std::size_t run_start;                          // where the run began that the first object belongs to
+    std::unique_ptr<stretches_of_block> stretches;  // null while there is one only
   };
 
-  // Of a block to be added that begins with `place`.
-  std::size_t run_start(packed_place place) const {
-    if (size_ == 0 || place != (*this)[size_ - 1].behind(1)) return size_;
-    return start_of_run(size_ - 1);
+  stretch stretch_at(std::size_t position) const {
+    const block& in = blocks_[position / block_size];
+    if (in.stretches == nullptr) return {in.first, 0};
+    return in.stretches->list[in.stretches->of_offset[position % block_size]];
   }
 
-  void list_each(block& of, packed_place next) {
-    auto each = std::make_unique<packed_place[]>(block_size);
-    for (std::size_t i = 0; i < size_ % block_size; ++i) each[i] = of.first.behind(i);
-    each[size_ % block_size] = next;
-    of.each = std::move(each);
+  std::size_t start_of_run(std::size_t position) const {
+    const std::size_t offset = stretch_at(position).start;
+    const std::size_t in = position / block_size;
+    return offset == 0 ? blocks_[in].run_start : in * block_size + offset;
+  }
+
+  // It ends in its first block, or else in the last of those whose first object belongs to it.
+  std::size_t end_of_run(std::size_t position, std::size_t start) const {
+    std::size_t in = position / block_size;
+    std::size_t next =
+        blocks_[in].stretches == nullptr ? 1 : blocks_[in].stretches->of_offset[position % block_size] + 1;
+    if (is_last(in, next)) {
+      const auto behind = std::partition_point(blocks_.begin() + static_cast<std::ptrdiff_t>(in + 1), blocks_.end(),
+                                               [start](const block& each) { return each.run_start == start; });
+      const auto last = static_cast<std::size_t>(behind - blocks_.begin()) - 1;
+      if (last != in) next = 1;
+      in = last;
+    }
+    if (is_last(in, next)) return std::min(size_, (in + 1) * block_size);
+    return in * block_size + blocks_[in].stretches->list[next].start;
+  }
+
+  // Whether no stretch of a block comes behind those before `next`.
+  bool is_last(std::size_t in, std::size_t next) const {
+    const auto& stretches = blocks_[in].stretches;
+    return stretches == nullptr || next == stretches->list.size();
+  }
+
+  static void begin_stretch(block& in, std::size_t offset, packed_place place) {
+    if (in.stretches == nullptr) {
+      auto stretches = std::make_unique<stretches_of_block>();
+      stretches->list = {{in.first, 0}, {place, static_cast<std::uint8_t>(offset)}};
+      in.stretches = std::move(stretches);
+    } else {
+      in.stretches->list.push_back({place, static_cast<std::uint8_t>(offset)});
+    }
+    in.stretches->of_offset[offset] = in.stretches->last();
   }
 
   std::vector<block> blocks_;

@@ -82,6 +82,7 @@ std::vector<OV_OBJ_REF> objects_of(const OV_OBJ_REF& owner, std::uint64_t index,
     }
   });
   std::vector<OV_OBJ_REF> found;
+  found.reserve(16);
   for (; iterator.current().is_valid(); iterator.advance()) found.push_back(iterator.current().reference());
   return found;
 }

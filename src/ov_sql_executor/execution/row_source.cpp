@@ -35,12 +35,12 @@ std::optional<row> row_source::next(execution_context& context) {
 }
 
 std::unique_ptr<row_source> input::open(execution_context& context) const {
-  if (source_ != nullptr) return source_->open(context);
+  if (const source_node* own = child_.own()) return own->open(context);
   return std::make_unique<adapted_source>(std::unique_ptr<enumerator>(child_->create_enumerator(context)));
 }
 
 void input::reopen(std::unique_ptr<row_source>& used, execution_context& context) const {
-  if (source_ != nullptr) return source_->reopen(used, context);
+  if (const source_node* own = child_.own()) return own->reopen(used, context);
   used = open(context);
 }
 

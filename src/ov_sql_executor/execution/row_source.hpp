@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "ov_sql_executor/errors/destroyed_in_turn.hpp"
 #include "ov_sql_executor/execution/enumerator.hpp"
@@ -37,8 +38,7 @@ class source_node : public error_handling::destroyed_in_turn<node> {
 // A node's child: owned, and opened as a row source even if it is not one of this library's.
 class input {
  public:
-  explicit input(std::unique_ptr<node> child)
-      : child_(child.release()), source_(dynamic_cast<const source_node*>(child_.get())) {}
+  explicit input(std::unique_ptr<node> child) : child_(std::move(child)) {}
 
   std::unique_ptr<row_source> open(execution_context& context) const;
 
@@ -46,8 +46,7 @@ class input {
   void reopen(std::unique_ptr<row_source>& used, execution_context& context) const;
 
  private:
-  std::unique_ptr<node, error_handling::in_turn> child_;
-  const source_node* source_;  // child_, if it is of this library
+  error_handling::owned_part<node, source_node> child_;
 };
 
 }  // namespace ov::sql_executor

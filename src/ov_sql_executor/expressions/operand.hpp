@@ -4,6 +4,9 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <type_traits>
+#include <typeinfo>
+#include <utility>
 #include <vector>
 
 #include "ov_sql_executor/expressions/lending_operator.hpp"
@@ -18,10 +21,10 @@ namespace ov::sql_executor::operators {
 class operand {
  public:
   explicit operand(std::unique_ptr<operator_base> expression)
-      : expression_(expression.release()),
-        lender_(dynamic_cast<const lending_operator*>(expression_.get())),
-        context_read_(dynamic_cast<const value_from_context*>(expression_.get())),
-        property_(dynamic_cast<const property_read*>(expression_.get())) {}
+      : expression_(std::move(expression)),
+        lender_(expression_.own()),
+        context_read_(lender_as<value_from_context>()),
+        property_(lender_as<property_read>()) {}
 
   // A value of the caller's own.
   value evaluate(execution_context& context) const { return expression_->evaluate(context); }
@@ -84,7 +87,13 @@ class operand {
   }
   static value_view keep(const value_view& view, value& room);
 
-  std::unique_ptr<operator_base, error_handling::in_turn> expression_;
+  template <class Operator>
+  const Operator* lender_as() const {
+    static_assert(std::is_final_v<Operator>);
+    return lender_ != nullptr && typeid(*lender_) == typeid(Operator) ? static_cast<const Operator*>(lender_) : nullptr;
+  }
+
+  error_handling::owned_part<operator_base, lending_operator> expression_;
   const lending_operator* lender_;          // expression_, if it lends
   const value_from_context* context_read_;  // expression_, if it only reads the context
   const property_read* property_;           // expression_, if it is one
