@@ -11,10 +11,9 @@ namespace {
 static_assert(std::endian::native == std::endian::little);
 
 using two_words [[gnu::vector_size(16)]] = std::uint64_t;
-using eight_bytes [[gnu::vector_size(8)]] = std::uint8_t;
-using eight_units [[gnu::vector_size(16)]] = std::uint16_t;
+using sixteen_bytes [[gnu::vector_size(16)]] = std::int8_t;
 
-// The payload's bits from one position on, most significant first; at least 57 of them count, zeros follow the end.
+// The payload's bits from one position on, most significant first; zeros follow the end.
 class bit_window {
  public:
   explicit bit_window(text_payload payload)
@@ -23,19 +22,25 @@ class bit_window {
   std::uint64_t left() const { return bits_ - at_; }
   void take(std::uint64_t bits) { at_ += bits; }
 
-  std::uint64_t load() const {
+  // At least 57 bits count.
+  std::uint64_t load() const { return load_from(at_); }
+
+  // The next 56 bits and the 56 behind them.
+  two_words load_two() const {
     const std::uint64_t byte = at_ / 8;
-    if (size_ - byte >= 8) return load_at(byte) << at_ % 8;
-    // Near the end: the last eight bytes, and of those what has not been taken.
-    if (size_ >= 8) return load_at(size_ - 8) << (at_ - (size_ - 8) * 8);
-    return load_few() << at_;
+    if (size_ - byte >= 15) return two_words{load_at(byte), load_at(byte + 7)} << at_ % 8;
+    return two_words{load_from(at_), left() > 56 ? load_from(at_ + 56) : 0};
   }
 
-  // The next 56 bits and the 56 behind them, if there are as many bytes.
-  bool has_two() const { return size_ - at_ / 8 >= 15; }
-  two_words load_two() const { return two_words{load_at(at_ / 8), load_at(at_ / 8 + 7)} << at_ % 8; }
-
  private:
+  std::uint64_t load_from(std::uint64_t bit) const {
+    const std::uint64_t byte = bit / 8;
+    if (size_ - byte >= 8) return load_at(byte) << bit % 8;
+    // Near the end: the last eight bytes, and of those what has not been taken.
+    if (size_ >= 8) return load_at(size_ - 8) << (bit - (size_ - 8) * 8);
+    return load_few() << bit;
+  }
+
   std::uint64_t load_at(std::uint64_t byte) const {
     std::uint64_t loaded;
     std::memcpy(&loaded, bytes_ + byte, sizeof loaded);
@@ -61,76 +66,53 @@ class bit_window {
   std::uint64_t at_ = 0;
 };
 
-constexpr std::uint64_t in_each_byte(std::uint64_t byte) { return 0x0101010101010101 * byte; }
-
-// Eight slots of 7 bits, the first in the uppermost byte, from the uppermost 56 bits of a window. Words: one or two.
-template <class Words>
-Words spread_to_bytes(Words window) {
-  Words slots = window >> 8;
-  slots = (slots & 0x000000000FFFFFFF) | (slots & 0x00FFFFFFF0000000) << 4;
-  slots = (slots & 0x00003FFF00003FFF) | (slots & 0x0FFFC0000FFFC000) << 2;
-  return (slots & 0x007F007F007F007F) | (slots & 0x3F803F803F803F80) << 1;
+// The sixteen slots of 7 bits in twice 56 bits, in order: halves, quarters and then eighths change places.
+sixteen_bytes slots_of(two_words bits) {
+  bits = (bits >> 36) | (bits << 24 & 0x0FFFFFFF00000000);
+  bits = (bits >> 14 & 0x00003FFF00003FFF) | (bits & 0x00003FFF00003FFF) << 16;
+  bits = (bits >> 7 & 0x007F007F007F007F) | (bits & 0x007F007F007F007F) << 8;
+  return reinterpret_cast<sixteen_bytes>(bits);
 }
 
-// The top bit of each slot that is not a whole code. The sums stay within their bytes.
-template <class Words>
-Words other_slots(Words slots) {
-  return ((slots + in_each_byte(printable_offset)) | ~(slots + in_each_byte(0x7F))) & in_each_byte(0x80);
-}
-
-// The units of slots that are whole codes; with Fold, A to Z turned into a to z. No byte is above 7F.
-template <bool Fold, class Words>
-Words units_of(Words slots) {
-  const Words units = slots + in_each_byte(printable_offset);
-  if constexpr (!Fold) return units;
-  const Words from_a = units + in_each_byte(0x80 - 'A');
-  const Words behind_z = units + in_each_byte(0x80 - 'Z' - 1);
-  return units + ((from_a & ~behind_z & in_each_byte(0x80)) >> 2);
-}
-
-// The first unit is in the uppermost byte.
-void write_eight(std::uint64_t bytes, char16_t* out) {
-  const std::uint64_t in_order = __builtin_bswap64(bytes);
-  eight_bytes units;
-  std::memcpy(&units, &in_order, sizeof units);
-  const auto wide = __builtin_convertvector(units, eight_units);
-  std::memcpy(out, &wide, sizeof wide);
-}
-
-// Reads sixteen units at a time while they are printable ASCII.
+// The units of slots that are whole codes; with Fold, A to Z turned into a to z. Those of others mean nothing.
 template <bool Fold>
-char16_t* decode_printable(bit_window& window, char16_t* out) {
-  while (window.has_two()) {
-    const two_words slots = spread_to_bytes(window.load_two());
-    const two_words others = other_slots(slots);
-    if ((others[0] | others[1]) != 0) break;
-    const two_words units = units_of<Fold>(slots);
-    write_eight(units[0], out);
-    write_eight(units[1], out + 8);
-    window.take(16 * least_code_length);
-    out += 16;
-  }
-  return out;
+sixteen_bytes units_of(sixteen_bytes slots) {
+  const sixteen_bytes units = slots + std::int8_t{printable_offset};
+  if constexpr (!Fold) return units;
+  return units + ((units > std::int8_t{'A' - 1}) & (units < std::int8_t{'Z' + 1}) & std::int8_t{'a' - 'A'});
 }
 
-// Fold: every unit of ASCII is folded; null, too, for a text with others.
+void write(sixteen_bytes units, char16_t* out) {
+  constexpr sixteen_bytes zero{};
+  const auto first = __builtin_shufflevector(units, zero, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+  const auto second =
+      __builtin_shufflevector(units, zero, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+  std::memcpy(out, &first, sizeof first);
+  std::memcpy(out + 8, &second, sizeof second);
+}
+
+// How many slots come before the first that is not a whole code.
+std::uint64_t printable_count(sixteen_bytes slots) {
+  const auto others = reinterpret_cast<two_words>((slots == 0) | (slots > std::int8_t{last_printable_slot}));
+  const auto before = [](std::uint64_t word) { return static_cast<std::uint64_t>(std::countr_zero(word)) / 8; };
+  return others[0] != 0 ? before(others[0]) : 8 + before(others[1]);
+}
+
+// Sixteen units at a time while they are printable ASCII. Fold: every unit of ASCII is folded; null, too, for a text
+// with others.
 template <bool Fold>
 const char16_t* decode(std::span<const std::uint8_t> encoded, char16_t* out) {
   bit_window window(payload_of(encoded));
-  out = decode_printable<Fold>(window, out);
   while (window.left() != 0) {
-    const std::uint64_t loaded = window.load();
-    const std::uint64_t slots = spread_to_bytes(loaded);
-    write_eight(units_of<Fold>(slots & in_each_byte(0x7F)), out);
-    const std::uint64_t others = other_slots(slots);
-    if (others == 0 && window.left() >= 8 * least_code_length) {  // told apart so that the next load need not wait
-      out += 8;
-      window.take(8 * least_code_length);
+    const sixteen_bytes slots = slots_of(window.load_two());
+    write(units_of<Fold>(slots), out);
+    const std::uint64_t printable = printable_count(slots);
+    if (printable == 16 && window.left() >= 16 * least_code_length) {  // told apart so that the next load need not wait
+      out += 16;
+      window.take(16 * least_code_length);
       continue;
     }
-    const auto printable = static_cast<std::uint64_t>(std::countl_zero(others)) / 8;
-    const bool all_there = printable * least_code_length <= window.left();
-    const std::uint64_t taken = all_there ? printable : window.left() / least_code_length;
+    const std::uint64_t taken = std::min(printable, window.left() / least_code_length);
     out += taken;
     window.take(taken * least_code_length);
     if (window.left() == 0) break;
@@ -146,9 +128,9 @@ const char16_t* decode(std::span<const std::uint8_t> encoded, char16_t* out) {
 }  // namespace
 
 std::size_t decoding_room(std::span<const std::uint8_t> encoded) {
-  // At least 8/7 units for each byte, and eight are written even where one follows.
+  // At least 8/7 units for each byte, and sixteen are written even where one follows.
   static_assert(least_code_length == 7);
-  return encoded.size() + encoded.size() / 4 + 8;
+  return encoded.size() + encoded.size() / 4 + 16;
 }
 
 const char16_t* decode_text(std::span<const std::uint8_t> encoded, char16_t* out) {
