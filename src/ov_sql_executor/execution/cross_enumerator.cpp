@@ -37,8 +37,7 @@ bool full_join_enumerator_no_expression::push_right_row(execution_context& conte
   return true;
 }
 
-// A right side that is empty when it
-// is read again gives its left row no partner.
+// A right side that is empty when it is read again gives its left row no partner.
 bool full_join_enumerator_no_expression::push_pair(execution_context& context) {
   const auto size = static_cast<std::ptrdiff_t>(context.row_stack.size());
   while (left_row_) {

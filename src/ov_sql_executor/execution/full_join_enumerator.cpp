@@ -23,7 +23,8 @@ bool full_join_enumerator::push_next(execution_context& context) {
 }
 
 void full_join_enumerator::read_right_side(execution_context& context) {
-  while (std::optional<row> right_row = right_->next(context)) right_rows_.push_back(std::move(*right_row));
+  const std::size_t size = context.row_stack.size();
+  while (right_->push_next(context)) right_rows_.take(context, size);
   right_matched_.assign(right_rows_.size(), false);
   right_.reset();
 }
@@ -44,15 +45,15 @@ bool full_join_enumerator::push_matching_right_row(execution_context& context, s
   const std::size_t right_start = context.row_stack.size();
   while (cursor_ < right_rows_.size()) {
     const std::size_t current = cursor_++;
-    move_onto_stack(context, right_rows_[current]);
+    right_rows_.give(current, context);
     if (condition_.holds(context)) {
       state_ = state::left_row_matched;
       right_matched_[current] = true;
       copy_from_stack(context, left_start, right_start, left_row_);
-      copy_from_stack(context, right_start, context.row_stack.size(), right_rows_[current]);
+      right_rows_.copy_back(current, context, right_start);
       return true;
     }
-    move_from_stack(context, right_start, right_rows_[current]);
+    right_rows_.take_back(current, context, right_start);
   }
   return false;
 }
@@ -62,7 +63,7 @@ bool full_join_enumerator::push_unmatched_right_row(execution_context& context) 
     const std::size_t current = cursor_++;
     if (right_matched_[current]) continue;
     push_nulls(context, left_width_);
-    move_onto_stack(context, right_rows_[current]);
+    right_rows_.give(current, context);
     return true;
   }
   return false;

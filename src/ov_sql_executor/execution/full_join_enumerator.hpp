@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "ov_sql_executor/execution/kept_rows.hpp"
 #include "ov_sql_executor/execution/row_source.hpp"
 #include "ov_sql_executor/expressions/operand.hpp"
 
@@ -39,7 +40,7 @@ class full_join_enumerator final : public row_source {
   std::unique_ptr<row_source> left_;
   std::unique_ptr<row_source> right_;  // until it has been read
   row left_row_;                       // the current one, while it is not on the row stack
-  std::vector<row> right_rows_;
+  kept_rows right_rows_;
   std::vector<bool> right_matched_;
   std::size_t cursor_ = 0;  // the next of the right rows to look at
 };

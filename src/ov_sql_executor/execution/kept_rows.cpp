@@ -7,23 +7,10 @@
 
 namespace ov::sql_executor {
 
-namespace {
-
-bool is_reference(const value& any) { return std::holds_alternative<OV_OBJ_REF>(any); }
-
-}  // namespace
-
 void kept_rows::take(execution_context& context, std::size_t start) {
   std::vector<value>& stack = context.row_stack;
-  const auto first = stack.begin() + static_cast<std::ptrdiff_t>(start);
   note_width(stack.size() - start);
-  if (are_references_ && !std::all_of(first, stack.end(), is_reference)) keep_as_values();
-  if (are_references_) {
-    std::for_each(first, stack.end(),
-                  [&](const value& each) { references_.push_back(*std::get_if<OV_OBJ_REF>(&each)); });
-  } else {
-    std::for_each(first, stack.end(), [&](value& each) { values_.push_back(std::move(each)); });
-  }
+  for (std::size_t at = start; at < stack.size(); ++at) keep(stack[at]);
   cut_row_stack(context, start);
   ++size_;
 }
@@ -37,6 +24,20 @@ void kept_rows::give(std::size_t row_number, execution_context& context) {
       context.row_stack.push_back(std::move(values_[i]));
     }
   }
+}
+
+void kept_rows::take_back(std::size_t row_number, execution_context& context, std::size_t start) {
+  if (!are_references_) {
+    auto to = values_.begin() + static_cast<std::ptrdiff_t>(first_of(row_number));
+    for (std::size_t at = start; at < context.row_stack.size(); ++at) *to++ = std::move(context.row_stack[at]);
+  }
+  cut_row_stack(context, start);
+}
+
+void kept_rows::copy_back(std::size_t row_number, const execution_context& context, std::size_t start) {
+  if (are_references_) return;
+  std::copy(context.row_stack.begin() + static_cast<std::ptrdiff_t>(start), context.row_stack.end(),
+            values_.begin() + static_cast<std::ptrdiff_t>(first_of(row_number)));
 }
 
 // Sorted rows lie far apart, and memory is slower than all the rest.
@@ -55,10 +56,18 @@ void kept_rows::note_width(std::size_t width) {
   if (!starts_.empty()) starts_.push_back(starts_.back() + width);
 }
 
-void kept_rows::keep_as_values() {
-  for (const OV_OBJ_REF& each : references_) values_.emplace_back(each);
-  blocks_of<OV_OBJ_REF>().swap(references_);
-  are_references_ = false;
+// The first value that is no reference makes values of all before it.
+void kept_rows::keep(value& each) {
+  if (are_references_) {
+    if (const auto* reference = std::get_if<OV_OBJ_REF>(&each)) {
+      references_.push_back(*reference);
+      return;
+    }
+    for (const OV_OBJ_REF& before : references_) values_.emplace_back(before);
+    references_ = {};
+    are_references_ = false;
+  }
+  values_.push_back(std::move(each));
 }
 
 std::size_t kept_rows::first_of(std::size_t row_number) const {

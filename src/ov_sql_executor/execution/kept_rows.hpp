@@ -10,8 +10,8 @@
 
 namespace ov::sql_executor {
 
-// Rows put aside by the million: one behind the other in large blocks that never move, without an allocation for each.
-// Rows of references, which scans and their joins yield, are kept as such; they take less than half the memory.
+// Rows put aside by the million: one behind the other, without an allocation for each. Rows of references, which scans
+// and their joins yield, are kept as such; they take less than half the memory, and giving them away takes nothing off.
 class kept_rows {
  public:
   std::size_t size() const { return size_; }
@@ -19,28 +19,32 @@ class kept_rows {
   // Moves the values from position start on off the row stack, as the next row.
   void take(execution_context& context, std::size_t start);
 
-  // Appends the values of a row to the row stack; it is given once.
+  // Appends the values of a row to the row stack; it is not here any more until it comes back.
   void give(std::size_t row_number, execution_context& context);
+
+  // The row given last lies on the row stack from position start on: moves it back from there, or copies it.
+  void take_back(std::size_t row_number, execution_context& context, std::size_t start);
+  void copy_back(std::size_t row_number, const execution_context& context, std::size_t start);
 
   // Says that a row will be given soon.
   void expect(std::size_t row_number) const;
 
  private:
-  template <class T>
-  using blocks_of =
-      boost::container::deque<T, void,
+  // Large blocks that never move.
+  using blocks =
+      boost::container::deque<value, void,
                               boost::container::deque_options_t<boost::container::block_size<std::size_t{1024}>>>;
 
   void note_width(std::size_t width);
-  void keep_as_values();
+  void keep(value& each);
   std::size_t first_of(std::size_t row_number) const;
 
   std::size_t size_ = 0;
   std::size_t width_ = 0;            // of the first row
   std::vector<std::size_t> starts_;  // where each row begins and the last one ends; empty while all are as wide
   bool are_references_ = true;
-  blocks_of<OV_OBJ_REF> references_;
-  blocks_of<value> values_;
+  std::vector<OV_OBJ_REF> references_;
+  blocks values_;
 };
 
 }  // namespace ov::sql_executor

@@ -1,7 +1,6 @@
 #ifndef OV_SQL_EXECUTOR_EXECUTION_KEY_SORT_HPP_
 #define OV_SQL_EXECUTOR_EXECUTION_KEY_SORT_HPP_
 
-#include <boost/container/deque.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -34,9 +33,6 @@ class key_sort {
     std::size_t row;
   };
   using iterator = std::vector<entry>::iterator;
-  using blocks =
-      boost::container::deque<value_view, void,
-                              boost::container::deque_options_t<boost::container::block_size<std::size_t{1024}>>>;
 
   // Rows that are equal in every key before this one.
   struct run {
@@ -60,8 +56,8 @@ class key_sort {
 
   const std::vector<bool>& ascending_;
   view_keeper keeper_;
-  blocks keys_;                // row after row
-  std::vector<run> unsorted_;  // what is left to do; not on the call stack, which many keys would exhaust
+  std::vector<value_view> keys_;  // row after row
+  std::vector<run> unsorted_;     // what is left to do; not on the call stack, which many keys would exhaust
 };
 
 }  // namespace ov::sql_executor

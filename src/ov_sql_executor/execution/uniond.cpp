@@ -1,5 +1,7 @@
 #include "ov_sql_executor/execution/uniond.hpp"
 
+#include <type_traits>
+
 namespace ov::sql_executor {
 
 namespace {
@@ -10,14 +12,24 @@ class uniond_enumerator final : public row_source {
       : left_(std::move(left)), right_(std::move(right)) {}
 
   bool push_next(execution_context& context) override {
-    if (left_) {
-      if (left_->push_next(context)) return true;
-      left_.reset();
-    }
-    return right_->push_next(context);
+    return next_of_either([&](row_source& side) { return side.push_next(context); });
+  }
+
+  // Asked from outside, a row goes out as its side makes it.
+  std::optional<row> next(execution_context& context) override {
+    return next_of_either([&](row_source& side) { return side.next(context); });
   }
 
  private:
+  template <class Ask>
+  std::invoke_result_t<Ask, row_source&> next_of_either(Ask ask) {
+    if (left_) {
+      if (auto found = ask(*left_)) return found;
+      left_.reset();
+    }
+    return ask(*right_);
+  }
+
   std::unique_ptr<row_source> left_;  // until it is exhausted
   std::unique_ptr<row_source> right_;
 };
