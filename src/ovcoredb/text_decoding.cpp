@@ -11,7 +11,8 @@ namespace {
 static_assert(std::endian::native == std::endian::little);
 
 using two_words [[gnu::vector_size(16)]] = std::uint64_t;
-using sixteen_bytes [[gnu::vector_size(16)]] = std::int8_t;
+using sixteen_bytes [[gnu::vector_size(16)]] = std::uint8_t;
+using sixteen_numbers [[gnu::vector_size(16)]] = std::int8_t;  // the bytes as compared, which is faster with a sign
 
 // The payload's bits from one position on, most significant first; zeros follow the end.
 class bit_window {
@@ -77,9 +78,11 @@ sixteen_bytes slots_of(two_words bits) {
 // The units of slots that are whole codes; with Fold, A to Z turned into a to z. Those of others mean nothing.
 template <bool Fold>
 sixteen_bytes units_of(sixteen_bytes slots) {
-  const sixteen_bytes units = slots + std::int8_t{printable_offset};
+  const sixteen_bytes units = slots + std::uint8_t{printable_offset};
   if constexpr (!Fold) return units;
-  return units + ((units > std::int8_t{'A' - 1}) & (units < std::int8_t{'Z' + 1}) & std::int8_t{'a' - 'A'});
+  const auto numbers = reinterpret_cast<sixteen_numbers>(units);
+  const auto is_capital = (numbers > std::int8_t{'A' - 1}) & (numbers < std::int8_t{'Z' + 1});
+  return units + (reinterpret_cast<sixteen_bytes>(is_capital) & std::uint8_t{'a' - 'A'});
 }
 
 void write(sixteen_bytes units, char16_t* out) {
@@ -93,7 +96,8 @@ void write(sixteen_bytes units, char16_t* out) {
 
 // How many slots come before the first that is not a whole code.
 std::uint64_t printable_count(sixteen_bytes slots) {
-  const auto others = reinterpret_cast<two_words>((slots == 0) | (slots > std::int8_t{last_printable_slot}));
+  const auto numbers = reinterpret_cast<sixteen_numbers>(slots);
+  const auto others = reinterpret_cast<two_words>((numbers == 0) | (numbers > std::int8_t{last_printable_slot}));
   const auto before = [](std::uint64_t word) { return static_cast<std::uint64_t>(std::countr_zero(word)) / 8; };
   return others[0] != 0 ? before(others[0]) : 8 + before(others[1]);
 }

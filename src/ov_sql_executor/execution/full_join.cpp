@@ -1,7 +1,7 @@
 #include "ov_sql_executor/execution/full_join.hpp"
 
-#include "ov_sql_executor/execution/cross_enumerator.hpp"
 #include "ov_sql_executor/execution/full_join_enumerator.hpp"
+#include "ov_sql_executor/execution/full_join_enumerator_no_expression.hpp"
 
 namespace ov::sql_executor {
 

@@ -1,4 +1,4 @@
-#include "ov_sql_executor/execution/cross_enumerator.hpp"
+#include "ov_sql_executor/execution/full_join_enumerator_no_expression.hpp"
 
 #include "ov_sql_executor/execution/stack_row.hpp"
 
