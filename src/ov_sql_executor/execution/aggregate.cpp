@@ -2,7 +2,6 @@
 
 #include <compare>
 #include <concepts>
-#include <optional>
 
 #include "ov_sql_executor/errors/db_exception.hpp"
 #include "ov_sql_executor/values/arithmetic.hpp"
@@ -32,8 +31,8 @@ constexpr bool is_borrowing =
 // Integer columns, the commonest arguments, and integers take the short way; the rest of the way is the same.
 value_view look_at(const operand& argument, execution_context& context, value& room) {
   if (!argument.is_int64_property()) return argument.lend(context, room);
-  const std::optional<std::int64_t> number = argument.read_int64(context);
-  if (number) return *number;
+  std::int64_t number = 0;
+  if (argument.read_int64(context, number)) return number;
   return NullValue{};
 }
 

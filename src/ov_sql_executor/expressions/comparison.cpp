@@ -5,30 +5,23 @@
 
 namespace ov::sql_executor::operators {
 
-namespace {
-
-// Nothing stands for NULL.
-template <class Relation>
-truth compare_int64(const std::optional<std::int64_t>& left, const std::optional<std::int64_t>& right) {
-  return left && right ? to_truth(Relation::holds(*left <=> *right)) : truth::unknown;
-}
-
-}  // namespace
-
 template <class Relation>
 truth comparison<Relation>::test(execution_context& context) const {
   // The commonest comparisons, of a number column with a number or with another column, go without views.
   if (left_.is_int64_property()) {
+    std::int64_t left = 0;
     if (const auto* right = right_.find<std::int64_t>(context)) {
-      return compare_int64<Relation>(left_.read_int64(context), *right);
+      return left_.read_int64(context, left) ? to_truth(Relation::holds(left <=> *right)) : truth::unknown;
     }
     if (const auto* right = right_.find<double>(context)) {
-      const std::optional<std::int64_t> left = left_.read_int64(context);
-      return left ? to_truth(Relation::holds(compare_numbers(*left, *right))) : truth::unknown;
+      if (!left_.read_int64(context, left)) return truth::unknown;
+      return to_truth(Relation::holds(compare_numbers(left, *right)));
     }
     if (right_.is_int64_property()) {
-      const std::optional<std::int64_t> right = right_.read_int64(context);
-      return compare_int64<Relation>(left_.read_int64(context), right);
+      std::int64_t right = 0;
+      const bool has_right = right_.read_int64(context, right);
+      const bool has_left = left_.read_int64(context, left);
+      return has_left && has_right ? to_truth(Relation::holds(left <=> right)) : truth::unknown;
     }
   }
   value right_room;

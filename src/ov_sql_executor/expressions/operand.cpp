@@ -46,8 +46,8 @@ value_view operand::hold(execution_context& context, value& room, std::vector<st
 
 void operand::append_to(std::vector<value>& list, execution_context& context) const {
   if (is_int64_property()) {
-    if (const std::optional<std::int64_t> number = read_int64(context)) {
-      list.emplace_back(*number);
+    if (std::int64_t number = 0; read_int64(context, number)) {
+      list.emplace_back(number);
     } else {
       list.emplace_back(operator_library::NullValue{});
     }

@@ -57,10 +57,10 @@ class operand {
   // The same, with the bytes that the core lends copied into memory that can serve again.
   value_view hold(execution_context& context, value& room, std::vector<std::uint8_t>& bytes) const;
 
-  // Whether the operand is a property of int64; and its value, nothing for NULL.
+  // Whether the operand is a property of int64; and the reading of its value, false for NULL.
   bool is_int64_property() const { return property_ != nullptr && property_->is_int64(); }
-  std::optional<std::int64_t> read_int64(const execution_context& context) const {
-    return property_->read_int64(context);
+  bool read_int64(const execution_context& context, std::int64_t& number) const {
+    return property_->read_int64(context, number);
   }
 
   // The value that lies in the context for this operand, if it is of this type; null where there is none.

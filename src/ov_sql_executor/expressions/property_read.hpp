@@ -2,7 +2,6 @@
 #define OV_SQL_EXECUTOR_EXPRESSIONS_PROPERTY_READ_HPP_
 
 #include <cstdint>
-#include <optional>
 
 #include "ov_sql_executor/database/column_read.hpp"
 #include "ov_sql_executor/database/status.hpp"
@@ -24,24 +23,22 @@ class property_read final : public lending_operator {
   // Throws std::bad_variant_access when the position holds no reference, db_exception when the core fails.
   value_view read(const execution_context& context, value& room) const {
     if (is_int64()) {
-      const std::optional<std::int64_t> number = read_int64(context);
-      return number ? value_view(*number) : operator_library::NullValue{};
+      std::int64_t number = 0;
+      return read_int64(context, number) ? value_view(number) : operator_library::NullValue{};
     }
     const OV_OBJ_REF* object = object_in(context);
     if (object == nullptr) return operator_library::NullValue{};
     return db_util::read_column(type_, context.context_handle, tagged(*object), column_, room);
   }
 
-  // For a property of int64: its value, or nothing for NULL.
+  // For a property of int64: reads its value, or returns false for NULL.
   bool is_int64() const { return type_ == type_code::int64; }
-  std::optional<std::int64_t> read_int64(const execution_context& context) const {
+  bool read_int64(const execution_context& context, std::int64_t& number) const {
     const OV_OBJ_REF* object = object_in(context);
-    std::int64_t number = 0;
-    if (object == nullptr) return std::nullopt;
+    if (object == nullptr) return false;
     const OV_OBJ_REF read = tagged(*object);
-    const std::uint32_t status =
-        orv_context_get_long(context.context_handle, read.object_number, read.second_word, column_, &number);
-    return db_util::check_has_value(status) ? std::optional(number) : std::nullopt;
+    return db_util::check_has_value(
+        orv_context_get_long(context.context_handle, read.object_number, read.second_word, column_, &number));
   }
 
   std::size_t position() const { return static_cast<std::size_t>(position_); }
