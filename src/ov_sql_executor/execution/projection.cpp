@@ -26,9 +26,9 @@ class projection_enumerator final : public row_source {
   std::optional<row> next(execution_context& context) override {
     const std::size_t size = context.row_stack.size();
     if (!child_->push_next(context)) return std::nullopt;
-    row result;
-    result.reserve(items_.size());
-    for (const projected_item& item : items_) item.append_to(result, size, context);
+    std::optional<row> result(std::in_place);
+    result->reserve(items_.size());
+    for (const projected_item& item : items_) item.append_to(*result, size, context);
     cut_row_stack(context, size);
     return result;
   }

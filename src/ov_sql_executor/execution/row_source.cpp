@@ -29,8 +29,8 @@ class adapted_source final : public row_source {
 std::optional<row> row_source::next(execution_context& context) {
   const std::size_t size = context.row_stack.size();
   if (!push_next(context)) return std::nullopt;
-  row result;
-  move_from_stack(context, size, result);
+  std::optional<row> result(std::in_place);
+  move_from_stack(context, size, *result);
   return result;
 }
 

@@ -49,9 +49,10 @@ class operand {
 
   // A look that stays good while other operands are evaluated: what the core lends is copied into room.
   value_view hold(execution_context& context, value& room) const {
-    const value_view view = lend(context, room);
+    value_view view = lend(context, room);
     const bool is_own = context_read_ != nullptr || lender_ == nullptr;
-    return is_own || !is_lendable(view) ? view : keep(view, room);
+    if (!is_own && is_lendable(view)) view = keep(view, room);
+    return view;
   }
 
   // The same, with the bytes that the core lends copied into memory that can serve again.
