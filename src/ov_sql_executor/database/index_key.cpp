@@ -18,7 +18,7 @@ constexpr std::uint8_t lowest_mark = 0x60;
 constexpr std::uint8_t number_mark = 0x28;
 constexpr std::uint8_t bytes_mark = 0x20;
 constexpr std::uint8_t bytes_end = 0x80;
-constexpr std::uint8_t key_end = 0xC0;
+constexpr std::array<std::uint8_t, 8> key_end = {0xC0};
 constexpr std::size_t chunk_size = 31;
 constexpr std::size_t number_size = 1 + sizeof(std::uint64_t);
 constexpr std::uint64_t sign_bit = std::uint64_t{1} << 63;
@@ -110,9 +110,8 @@ void write_component(std::uint8_t* out, const key_bound& bound) {
 std::size_t end_size(std::size_t size) { return 8 - size % 8; }
 
 void write_end(std::uint8_t* out, std::size_t count) {
-  constexpr std::array<std::uint8_t, 8> end = {key_end};
-  if (count == 7) return static_cast<void>(std::memcpy(out, end.data(), 7));  // behind one number
-  std::memcpy(out, end.data(), count);
+  if (count == 7) return static_cast<void>(std::memcpy(out, key_end.data(), 7));  // behind one number
+  std::memcpy(out, key_end.data(), count);
 }
 
 std::strong_ordering order(lowest_marker, lowest_marker) { return std::strong_ordering::equal; }

@@ -53,26 +53,27 @@ key_sort::iterator key_sort::divide_nulls(const run& rows) const {
 
 void key_sort::sort_values(const run& rows) {
   if (rows.begin == rows.end) return;
-  if (!read_prefixes(rows)) return sort_by_comparison(rows);
+  const prefixes found = read_prefixes(rows);
+  if (found == prefixes::none) return sort_by_comparison(rows);
   boost::sort::pdqsort_branchless(rows.begin, rows.end,
                                   [](const entry& left, const entry& right) { return left.prefix < right.prefix; });
   for (iterator begin = rows.begin; begin != rows.end;) {
     const iterator end =
         std::find_if(begin + 1, rows.end, [&](const entry& each) { return each.prefix != begin->prefix; });
-    if (end - begin > 1) sort_equals({begin, end, rows.key});
+    if (end - begin > 1) sort_equals({begin, end, rows.key}, found);
     begin = end;
   }
 }
 
-// False where two of the keys cannot be compared: then nothing but the comparison itself can say why.
-bool key_sort::read_prefixes(const run& rows) const {
+// None where two of the keys cannot be compared: then nothing but the comparison itself can say why.
+key_sort::prefixes key_sort::read_prefixes(const run& rows) const {
   const std::uint64_t turned = ascending_[rows.key] ? 0 : ~std::uint64_t{0};
   return std::visit(
-      [&]<class Key>(const Key& /*first*/) -> bool {
+      [&]<class Key>(const Key& /*first*/) {
         if constexpr (std::same_as<Key, std::monostate> || std::same_as<Key, NullValue>) {
-          return false;
+          return prefixes::none;
         } else {
-          return std::all_of(rows.begin, rows.end, [&](entry& each) {
+          const bool are_all_read = std::all_of(rows.begin, rows.end, [&](entry& each) {
             const Key* const key = std::get_if<Key>(&key_of(each, rows.key));
             if (key == nullptr) return false;
             if constexpr (floating_alternative<Key>) {
@@ -81,14 +82,16 @@ bool key_sort::read_prefixes(const run& rows) const {
             each.prefix = sort_prefix(*key) ^ turned;
             return true;
           });
+          if (!are_all_read) return prefixes::none;
+          return fits_sort_prefix<Key> ? prefixes::whole_keys : prefixes::beginnings;
         }
       },
       key_of(*rows.begin, rows.key));
 }
 
 // Rows with the same prefix.
-void key_sort::sort_equals(const run& rows) {
-  if (are_all_equal(rows)) {
+void key_sort::sort_equals(const run& rows, prefixes found) {
+  if (found == prefixes::whole_keys || are_all_equal(rows)) {
     put_off({rows.begin, rows.end, rows.key + 1});
   } else {
     sort_by_comparison(rows);
@@ -97,7 +100,6 @@ void key_sort::sort_equals(const run& rows) {
 
 bool key_sort::are_all_equal(const run& rows) const {
   const value_view& first = key_of(*rows.begin, rows.key);
-  if (std::visit([]<class Key>(const Key& /*first*/) { return fits_sort_prefix<Key>; }, first)) return true;
   return std::all_of(rows.begin + 1, rows.end,
                      [&](const entry& each) { return sort_order(first, key_of(each, rows.key)) == 0; });
 }

@@ -21,7 +21,7 @@ class key_sort {
   explicit key_sort(const std::vector<bool>& ascending) : ascending_(ascending) {}
 
   // The next key of the row that is being added: every row has as many as there are directions.
-  void add_key(const value_view& key) { keys_.push_back(keeper_.keep(key)); }
+  void add_key(const value_view& key) { keeper_.append_to(keys_, key); }
 
   // The numbers of this many rows, which were added in the order 0, 1, 2..., in the order of their keys; rows with
   // equal keys in no particular order. Throws what sort_order throws for two keys that it has to compare.
@@ -48,8 +48,9 @@ class key_sort {
   void sort(const run& rows);
   iterator divide_nulls(const run& rows) const;
   void sort_values(const run& rows);
-  bool read_prefixes(const run& rows) const;
-  void sort_equals(const run& rows);
+  enum class prefixes { none, beginnings, whole_keys };
+  prefixes read_prefixes(const run& rows) const;
+  void sort_equals(const run& rows, prefixes found);
   void sort_by_comparison(const run& rows) const;
   bool goes_before(const entry& left, const entry& right, std::size_t key) const;
   bool are_all_equal(const run& rows) const;

@@ -24,10 +24,10 @@ class projection_enumerator final : public row_source {
 
   // Asked from outside, the results are made where they stay.
   std::optional<row> next(execution_context& context) override {
+    std::optional<row> result;  // made where it is returned
     const std::size_t size = context.row_stack.size();
-    if (!child_->push_next(context)) return std::nullopt;
-    std::optional<row> result(std::in_place);
-    result->reserve(items_.size());
+    if (!child_->push_next(context)) return result;
+    result.emplace().reserve(items_.size());
     for (const projected_item& item : items_) item.append_to(*result, size, context);
     cut_row_stack(context, size);
     return result;

@@ -51,7 +51,7 @@ bool row_set::equals(std::size_t index, std::span<const value_view> key) const {
 
 std::size_t row_set::append(std::span<const value_view> key) {
   if (size_ == std::numeric_limits<std::uint32_t>::max()) throw std::length_error("unordered_map/set too long");
-  for (const value_view& each : key) keys_.push_back(keeper_.keep(each));
+  for (const value_view& each : key) keeper_.append_to(keys_, each);
   return size_++;
 }
 

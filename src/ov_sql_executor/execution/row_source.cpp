@@ -27,10 +27,9 @@ class adapted_source final : public row_source {
 }  // namespace
 
 std::optional<row> row_source::next(execution_context& context) {
+  std::optional<row> result;  // made where it is returned
   const std::size_t size = context.row_stack.size();
-  if (!push_next(context)) return std::nullopt;
-  std::optional<row> result(std::in_place);
-  move_from_stack(context, size, *result);
+  if (push_next(context)) move_from_stack(context, size, result.emplace());
   return result;
 }
 

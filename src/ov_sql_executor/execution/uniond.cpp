@@ -23,11 +23,12 @@ class uniond_enumerator final : public row_source {
  private:
   template <class Ask>
   std::invoke_result_t<Ask, row_source&> next_of_either(Ask ask) {
-    if (left_) {
-      if (auto found = ask(*left_)) return found;
+    auto found = ask(left_ ? *left_ : *right_);
+    if (!found && left_) {
       left_.reset();
+      found = ask(*right_);
     }
-    return ask(*right_);
+    return found;
   }
 
   std::unique_ptr<row_source> left_;  // until it is exhausted

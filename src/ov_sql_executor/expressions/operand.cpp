@@ -33,15 +33,17 @@ value_view operand::keep(const value_view& view, value& room) {
 }
 
 value_view operand::hold(execution_context& context, value& room, std::vector<std::uint8_t>& bytes) const {
-  const value_view view = lend(context, room);
+  value_view view = lend(context, room);
   if (context_read_ != nullptr || lender_ == nullptr || !is_lendable(view) || lies_in(view, room)) return view;
   if (const auto* text = std::get_if<text_view>(&view)) {
     bytes.assign(text->bytes.begin(), text->bytes.end());
-    return text_view{bytes};
+    view = text_view{bytes};
+  } else {
+    const auto& lent = std::get<binary_view>(view).bytes;
+    bytes.assign(lent.begin(), lent.end());
+    view = binary_view{bytes};
   }
-  const auto& lent = std::get<binary_view>(view).bytes;
-  bytes.assign(lent.begin(), lent.end());
-  return binary_view{bytes};
+  return view;
 }
 
 void operand::append_to(std::vector<value>& list, execution_context& context) const {

@@ -1,6 +1,7 @@
 #include "ov_sql_executor/values/view_keeper.hpp"
 
 #include <cstring>
+#include <type_traits>
 
 namespace ov::sql_executor {
 
@@ -12,18 +13,21 @@ const Unit* view_keeper::copy(const Unit* units, std::size_t count) {
   return static_cast<const Unit*>(room);
 }
 
-value_view view_keeper::keep(const value_view& view) {
-  if (const auto* text = std::get_if<text_view>(&view)) {
-    return text_view{{copy(text->bytes.data(), text->bytes.size()), text->bytes.size()}};
-  }
-  if (const auto* binary = std::get_if<binary_view>(&view)) {
-    return binary_view{{copy(binary->bytes.data(), binary->bytes.size()), binary->bytes.size()}};
-  }
-  if (const auto* units = std::get_if<std::u16string_view>(&view)) {
-    return std::u16string_view(copy(units->data(), units->size()), units->size());
-  }
-  if (std::holds_alternative<std::monostate>(view)) throw std::bad_variant_access();
-  return view;
+// By alternative: a view that was just made is still being written in parts, and copying it whole would wait for them.
+void view_keeper::append_to(std::vector<value_view>& list, const value_view& view) {
+  std::visit(
+      [&]<class View>(const View& seen) {
+        if constexpr (std::is_same_v<View, std::monostate>) {
+          throw std::bad_variant_access();
+        } else if constexpr (std::is_same_v<View, text_view> || std::is_same_v<View, binary_view>) {
+          list.emplace_back(View{{copy(seen.bytes.data(), seen.bytes.size()), seen.bytes.size()}});
+        } else if constexpr (std::is_same_v<View, std::u16string_view>) {
+          list.emplace_back(View(copy(seen.data(), seen.size()), seen.size()));
+        } else {
+          list.emplace_back(seen);
+        }
+      },
+      view);
 }
 
 }  // namespace ov::sql_executor

@@ -2,6 +2,7 @@
 #define OV_SQL_EXECUTOR_VALUES_VIEW_KEEPER_HPP_
 
 #include <memory_resource>
+#include <vector>
 
 #include "ov_sql_executor/values/value_view.hpp"
 
@@ -11,8 +12,8 @@ namespace ov::sql_executor {
 // behind the other into memory that is freed all at once. Keeping a view so costs less than making a value.
 class view_keeper {
  public:
-  // Throws std::bad_variant_access for the view of a valueless value.
-  value_view keep(const value_view& view);
+  // Appends a view of what this one shows. Throws std::bad_variant_access for the view of a valueless value.
+  void append_to(std::vector<value_view>& list, const value_view& view);
 
  private:
   template <class Unit>
