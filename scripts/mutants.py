@@ -1,0 +1,161 @@
+#!/usr/bin/env python3
+"""Puts one fault at a time into the code where a wrong sign would give wrong answers without a word, and says which of
+them the tests find.
+
+    scripts/mutants.py [--list] [--files PATTERN] [--every N]
+
+Works in build/mutants, on a copy of the tree, with a quick build of its own. A fault is a change of one line: another
+relation, sign, constant or condition, or a statement left out. A mutant that does not compile does not count; one that
+a test fails on, or that runs into its time limit, is killed. Prints every survivor and, at the end,
+"mutants killed: K of N (P %)"; the exit status is 1 below 85 %. All of it takes about an hour on one core.
+"""
+
+import argparse
+import fnmatch
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+COPY = ROOT / "build/mutants/tree"
+BUILD = ROOT / "build/mutants/build"
+SOURCES = "src/ov_sql_executor"
+FILES = [
+    "values/decimal_arithmetic.cpp", "values/checked_arithmetic.hpp", "values/number_conversion.hpp",
+    "values/numeric_order.hpp", "values/numeric_order.cpp", "values/natural_order.hpp", "values/sort_order.cpp",
+    "values/sort_prefix.hpp", "values/number_bracket.hpp", "values/number_bracket.cpp", "values/comparison.cpp",
+    "expressions/comparison.hpp", "expressions/comparison.cpp", "database/index_key.hpp", "database/index_key.cpp",
+    "execution/key_interval.cpp", "execution/scan_keys.cpp",
+]
+# In the order in which they find most, those of the file's own folder first; a program is built and run only if those
+# before it found nothing.
+PROGRAMS = ["values", "database", "execution", "expressions", "nodes", "planning", "queries", "fuzz"]
+BUILD_LIMIT = 900  # seconds
+TEST_LIMIT = 60
+
+# What is looked for in a line of code, and what takes its place. Spaces tell operators from template brackets.
+EXCHANGES = [
+    (r" < ", [" <= ", " > "]), (r" <= ", [" < "]), (r" > ", [" >= ", " < "]), (r" >= ", [" > "]),
+    (r" == ", [" != "]), (r" != ", [" == "]), (r" && ", [" || "]), (r" \|\| ", [" && "]),
+    (r" \+ ", [" - "]), (r" - ", [" + "]), (r" \* ", [" / "]), (r" / ", [" * "]), (r" % ", [" / "]),
+    (r" << ", [" >> "]), (r" & ", [" | "]), (r" \| ", [" & "]), (r" \^ ", [" | "]),
+    (r"\+\+", ["--"]), (r"--", ["++"]), (r"(?<=[( ])-(?=[\w(])", [""]), (r"!(?=[\w(])", [""]), (r"~(?=\w)", [""]),
+    (r"\btrue\b", ["false"]), (r"\bfalse\b", ["true"]), (r"\bstd::min\b", ["std::max"]),
+    (r"\bmin\(\)", ["max()"]), (r"\bmax\(\)", ["min()"]), (r"\bfloor\b", ["ceil"]), (r"\bless\b", ["greater"]),
+]
+CONSTANT = re.compile(r"(?<![\w.:'<])(?:0x[0-9A-F]+|\d[\d']*)(?![\w.'>])")
+STATEMENT = re.compile(r"^ +(?:(?!return\b|throw\b|using\b|case\b|default\b|break\b)[\w.>:\[\]-]+\(.*\)"
+                       r"|\*?[\w.>\[\]-]+ [-+*/|&^]?= .*|\+\+\w+|--\w+);$")
+GUARD = re.compile(r"^ +if \(.*\) (?:return|throw|reject|raise).*;$")
+NO_CODE = re.compile(r"^\s*(?://|#|template\b|requires\b|concept\b|using\b|static_assert\b|namespace\b|$)")
+
+
+def mutants_of_line(line):
+    """The changed lines, each once."""
+    code, _, comment = line.partition("  //")
+    if NO_CODE.match(code):
+        return
+    found = []
+    for pattern, others in EXCHANGES:
+        for match in re.finditer(pattern, code):
+            found += [code[:match.start()] + other + code[match.end():] for other in others]
+    for match in CONSTANT.finditer(code):
+        number = int(match.group().replace("'", ""), 0)
+        found.append(f"{code[:match.start()]}{number + 1}{code[match.end():]}")
+        if number == 1:
+            found.append(f"{code[:match.start()]}0{code[match.end():]}")
+    if STATEMENT.match(code) or GUARD.match(code):
+        found.append("")
+    yield from dict.fromkeys(other for other in found if other != code)
+
+
+def all_mutants(pattern):
+    """(file, line number from 1, old line, new line) in a fixed order."""
+    for file in FILES:
+        if not fnmatch.fnmatch(file, pattern):
+            continue
+        for number, line in enumerate((ROOT / SOURCES / file).read_text().splitlines(), 1):
+            for other in mutants_of_line(line):
+                yield file, number, line, other
+
+
+def succeeds(command, limit):
+    with subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True) as run:
+        try:
+            return run.wait(limit) == 0
+        except subprocess.TimeoutExpired:
+            subprocess.run(["pkill", "-KILL", "-s", str(run.pid)], check=False)
+            return False
+
+
+def prepare():
+    shutil.rmtree(COPY, ignore_errors=True)
+    listed = subprocess.run(["git", "ls-files"], cwd=ROOT, check=True, capture_output=True, text=True).stdout
+    for name in listed.splitlines():
+        target = COPY / name
+        target.parent.mkdir(parents=True, exist_ok=True)
+        shutil.copy2(ROOT / name, target)
+    # Without debug information and warnings, which take most of the time that a build of one file takes.
+    subprocess.run(["cmake", "-G", "Ninja", "-S", COPY, "-B", BUILD, "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0 -w",
+                    "-DOV_BUILD_BENCHMARKS=OFF", "-DOV_BUILD_EXAMPLES=OFF"], check=True, stdout=subprocess.DEVNULL)
+
+
+def build(program):
+    return succeeds(["cmake", "--build", BUILD, "--target", f"{program}_tests"], BUILD_LIMIT)
+
+
+def run(program):
+    return succeeds([BUILD / f"tests/{program}/{program}_tests", "--gtest_brief=1", "--gtest_fail_fast"], TEST_LIMIT)
+
+
+def killer(file=""):
+    """What finds the fault that is in the tree: "compiler", the name of a test program, or nothing."""
+    for program in sorted(PROGRAMS, key=lambda name: not file.startswith(name)):
+        if not build(program):
+            return "compiler"
+        if not run(program):
+            return program
+    return None
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--list", action="store_true", help="only print the mutants")
+    parser.add_argument("--files", default="*", metavar="PATTERN", help="only these, for example 'values/*'")
+    parser.add_argument("--every", type=int, default=1, metavar="N", help="only every N-th mutant")
+    options = parser.parse_args()
+    mutants = list(all_mutants(options.files))[:: options.every]
+    if options.list:
+        for file, number, _, new in mutants:
+            print(f"{file}:{number}: {new.strip() or '(left out)'}")
+        return 0
+
+    prepare()
+    if killer() is not None:
+        sys.exit("the tests fail on the tree as it is")
+    killed = {}
+    for file, number, old, new in mutants:
+        path = COPY / SOURCES / file
+        text = path.read_text()
+        lines = text.splitlines()
+        lines[number - 1] = new
+        path.write_text("\n".join(lines) + "\n")
+        found = killer(file)
+        path.write_text(text)
+        if found == "compiler":
+            continue
+        killed.setdefault(file, []).append(found is not None)
+        if found is None:
+            print(f"survived: {file}:{number}: {old.strip()} -> {new.strip() or '(left out)'}", flush=True)
+    for file, results in killed.items():
+        print(f"{file}: {sum(results)} of {len(results)}")
+    results = [each for of_file in killed.values() for each in of_file]
+    share = 100 * sum(results) / max(1, len(results))
+    print(f"mutants killed: {sum(results)} of {len(results)} ({share:.1f} %)")
+    return 0 if share >= 85 else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
