@@ -154,6 +154,12 @@ std::vector<shape> reading_shapes() {
             const std::uint32_t price = core.column("item.price");
             return each_item(core, [&](object at) { return static_cast<std::uint64_t>(core.decimal(at, price)); });
           }),
+      compute(
+          "concat_texts",
+          [](const auto& t, std::size_t) {
+            return concat({t["word"], text(u"-"), t["name"]});
+          },
+          "word || '-' || name", reads({}, {"word", "name"})),
       filter_by(
           "like_prefix", [](const auto& t) { return like(t["name"], text(u"abc%")); }, "name LIKE 'abc%'",
           ids_of_texts("name", [](std::u16string_view name) { return name.starts_with(u"abc"); })),

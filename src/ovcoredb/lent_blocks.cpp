@@ -59,9 +59,9 @@ std::uint32_t lend_decoded(context_state& lender, std::span<const std::uint8_t> 
 
 std::uint32_t lend_encoded(context_state& lender, std::u16string_view units, text_end end,
                            const std::uint8_t** out) noexcept try {
-  const std::size_t size = encoded_size(units, end);
-  if (!countable(size)) return ORV_BAD_ARGUMENT;
-  encode_text(units, end, room_for(lender, size));
+  const std::size_t room = encoding_room(units, end);
+  if (!countable(room)) return ORV_BAD_ARGUMENT;
+  const std::size_t size = encode_text(units, end, room_for(lender, room));
   lend(lender, size, out);
   return ORV_OK;
 } catch (const std::exception&) {

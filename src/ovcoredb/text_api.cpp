@@ -1,9 +1,12 @@
 // The C interface: text.
 #include <algorithm>
+#include <boost/container/small_vector.hpp>
 #include <cstdint>
 #include <exception>
 #include <limits>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "ovcoredb/contexts.hpp"
 #include "ovcoredb/lent_blocks.hpp"
@@ -29,19 +32,32 @@ std::uint32_t encode(std::uint64_t context, const ORV_UCS2* units, std::uint8_t 
   return lend_encoded(*lender, units, text_end{upper_limit}, result);
 }
 
-std::int32_t decode_into(const std::uint8_t* text, std::uint32_t length, text_form form, ORV_UCS2* units,
-                         std::uint32_t capacity) noexcept try {
-  thread_local std::u16string decoded;
-  decoded.clear();
-  if (text == nullptr || !decode_text({text, length}, decoded)) decoded.clear();
-  if (form == text_form::base) fold_case(decoded);
+std::int32_t copy_out(std::u16string_view decoded, ORV_UCS2* units, std::uint32_t capacity) {
   if (decoded.size() > std::numeric_limits<std::int32_t>::max()) return 0;
   const auto count = static_cast<std::int32_t>(decoded.size());
   if (units == nullptr || capacity <= decoded.size()) return -count;
-  std::copy_n(decoded.c_str(), decoded.size() + 1, units);
+  std::copy(decoded.begin(), decoded.end(), units);
+  units[count] = u'\0';
   return count;
+}
+
+// What is not an encoded text counts as the empty one.
+std::int32_t decode_into(std::span<const std::uint8_t> encoded, text_form form, ORV_UCS2* units,
+                         std::uint32_t capacity) noexcept try {
+  boost::container::small_vector<char16_t, 256> room(decoding_room(encoded), boost::container::default_init);
+  const char16_t* const end =
+      form == text_form::base ? decode_folded_ascii(encoded, room.data()) : decode_text(encoded, room.data());
+  if (end != nullptr) return copy_out({room.data(), end}, units, capacity);
+  std::u16string folded;
+  if (form == text_form::plain || !decode_text(encoded, folded)) return copy_out({}, units, capacity);
+  fold_case(folded);
+  return copy_out(folded, units, capacity);
 } catch (const std::exception&) {
   return INT32_MIN;
+}
+
+std::span<const std::uint8_t> bytes_of(const std::uint8_t* text, std::uint32_t length) {
+  return {text, text == nullptr ? 0 : length};
 }
 
 }  // namespace
@@ -60,11 +76,11 @@ uint32_t orv_context_convert_turbotext_to_base_ucs2(uint64_t context, const uint
 }
 
 int32_t orv_convert_turbotext_to_ucs2(const uint8_t* text, uint32_t length, ORV_UCS2* units, uint32_t capacity) {
-  return decode_into(text, length, text_form::plain, units, capacity);
+  return decode_into(bytes_of(text, length), text_form::plain, units, capacity);
 }
 
 int32_t orv_convert_turbotext_to_base_ucs2(const uint8_t* text, uint32_t length, ORV_UCS2* units, uint32_t capacity) {
-  return decode_into(text, length, text_form::base, units, capacity);
+  return decode_into(bytes_of(text, length), text_form::base, units, capacity);
 }
 
 uint32_t orv_context_convert_ucs2_to_turbotext(uint64_t context, const ORV_UCS2* units, uint8_t upper_limit,

@@ -15,11 +15,12 @@ namespace ovcoredb {
 // that is greater.
 enum class text_end : std::uint8_t { text, upper_limit };
 
-// The number of bytes that encode_text writes.
+// The number of bytes that encode_text writes; and no less, found without looking at the units.
 std::size_t encoded_size(std::u16string_view units, text_end end);
+std::size_t encoding_room(std::u16string_view units, text_end end);
 
-// Writes encoded_size bytes. Equal texts give equal bytes.
-void encode_text(std::u16string_view units, text_end end, std::uint8_t* out);
+// Returns how many bytes it wrote. Equal texts give equal bytes.
+std::size_t encode_text(std::u16string_view units, text_end end, std::uint8_t* out);
 
 // Where the bits of an encoded text lie. Bytes without a complete header hold no bits.
 struct text_payload {

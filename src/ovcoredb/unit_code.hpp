@@ -40,6 +40,7 @@ constexpr unit_code code_of(char16_t unit) {
 constexpr unit_code upper_limit_code{0xFFFFFF, 24};
 
 inline constexpr std::uint64_t least_code_length = 7;
+inline constexpr std::uint64_t longest_code = 20;
 
 // The unit whose code the uppermost of 24 bits are.
 struct decoded_unit {

@@ -1,7 +1,6 @@
 #include "ov_sql_executor/database/core_text.hpp"
 
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 #include <vector>
 
@@ -24,22 +23,28 @@ std::u16string to_units(to_units_call* convert, std::uint64_t context, text_view
 }
 
 // The first call measures, the second converts; the core writes a zero unit behind the text.
-std::u16string to_units(to_units_free_call* convert, text_view text) {
+void append_units(to_units_free_call* convert, text_view text, unit_buffer& units) {
   const auto length = static_cast<std::uint32_t>(text.bytes.size());
   const auto count_of = [](std::int32_t result) {
     if (result == std::numeric_limits<std::int32_t>::min()) check(ORV_OUT_OF_MEMORY);
     return static_cast<std::uint32_t>(std::abs(result));
   };
   const std::uint32_t count = count_of(convert(text.bytes.data(), length, nullptr, 0));
-  std::u16string units(count, u'\0');
-  count_of(convert(text.bytes.data(), length, units.data(), count + 1));
-  return units;
+  const std::size_t before = units.size();
+  units.resize(before + count + 1);
+  count_of(convert(text.bytes.data(), length, units.data() + before, count + 1));
+  units.pop_back();
 }
 
-db_string::tt_string to_text(to_text_call* convert, std::uint64_t context, const std::u16string& units,
-                             upper_limit limit) {
+std::u16string to_units(to_units_free_call* convert, text_view text) {
+  unit_buffer units;
+  append_units(convert, text, units);
+  return {units.begin(), units.end()};
+}
+
+db_string::tt_string to_text(to_text_call* convert, std::uint64_t context, const char16_t* units, upper_limit limit) {
   const std::uint8_t* block = nullptr;
-  check(convert(context, units.c_str(), static_cast<std::uint8_t>(limit), &block));
+  check(convert(context, units, static_cast<std::uint8_t>(limit), &block));
   return text_of_block(block);
 }
 
@@ -50,6 +55,8 @@ std::u16string turbotext_to_ucs2(std::uint64_t context, text_view text) {
 }
 
 std::u16string turbotext_to_ucs2(text_view text) { return to_units(orv_convert_turbotext_to_ucs2, text); }
+
+void append_ucs2(text_view text, unit_buffer& units) { append_units(orv_convert_turbotext_to_ucs2, text, units); }
 
 std::u16string turbotext_to_base_ucs2(std::uint64_t context, text_view text) {
   return to_units(orv_context_convert_turbotext_to_base_ucs2, context, text);
@@ -65,7 +72,12 @@ std::u16string_view lend_base_ucs2(std::uint64_t context, text_view text) {
 }
 
 db_string::tt_string ucs2_to_turbotext(std::uint64_t context, const std::u16string& units, upper_limit limit) {
-  return to_text(orv_context_convert_ucs2_to_turbotext, context, units, limit);
+  return to_text(orv_context_convert_ucs2_to_turbotext, context, units.c_str(), limit);
+}
+
+db_string::tt_string ucs2_to_turbotext(std::uint64_t context, unit_buffer& units, upper_limit limit) {
+  units.push_back(u'\0');
+  return to_text(orv_context_convert_ucs2_to_turbotext, context, units.data(), limit);
 }
 
 db_string::tt_string ucs2_to_turbotext(const std::u16string& units, upper_limit limit) {
@@ -76,7 +88,7 @@ db_string::tt_string ucs2_to_turbotext(const std::u16string& units, upper_limit 
 }
 
 db_string::tt_string ucs2_to_setspec_turbotext(std::uint64_t context, const std::u16string& units, upper_limit limit) {
-  return to_text(orv_context_convert_ucs2_to_setspectt, context, units, limit);
+  return to_text(orv_context_convert_ucs2_to_setspectt, context, units.c_str(), limit);
 }
 
 }  // namespace db_util

@@ -3,6 +3,7 @@
 #ifndef OV_SQL_EXECUTOR_DATABASE_CORE_TEXT_HPP_
 #define OV_SQL_EXECUTOR_DATABASE_CORE_TEXT_HPP_
 
+#include <boost/container/small_vector.hpp>
 #include <cstdint>
 #include <string>
 
@@ -15,6 +16,10 @@ using ov::sql_executor::text_view;
 
 std::u16string turbotext_to_ucs2(std::uint64_t context, text_view text);
 std::u16string turbotext_to_ucs2(text_view text);
+
+// Appends them to others. Texts as they are in columns need no heap.
+using unit_buffer = boost::container::small_vector<char16_t, 256>;
+void append_ucs2(text_view text, unit_buffer& units);
 
 // The base form, in which texts that differ only in case are equal.
 std::u16string turbotext_to_base_ucs2(std::uint64_t context, text_view text);
@@ -30,6 +35,9 @@ enum class upper_limit : std::uint8_t { no = 0, yes = 1 };
 db_string::tt_string ucs2_to_turbotext(std::uint64_t context, const std::u16string& units, upper_limit limit);
 db_string::tt_string ucs2_to_turbotext(const std::u16string& units, upper_limit limit);
 db_string::tt_string ucs2_to_setspec_turbotext(std::uint64_t context, const std::u16string& units, upper_limit limit);
+
+// A zero unit is put behind the others for it.
+db_string::tt_string ucs2_to_turbotext(std::uint64_t context, unit_buffer& units, upper_limit limit);
 
 }  // namespace db_util
 

@@ -25,7 +25,8 @@ truth comparison<Relation>::test(execution_context& context) const {
     }
   }
   value right_room;
-  const value_view right = right_.hold(context, right_room);
+  byte_buffer right_bytes;
+  const value_view right = right_.hold(context, right_room, right_bytes);
   value left_room;
   const value_view left = left_.lend(context, left_room);
   const auto order = compare_values(left, right);

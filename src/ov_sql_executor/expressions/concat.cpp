@@ -1,20 +1,18 @@
 #include "ov_sql_executor/expressions/concat.hpp"
 
-#include <string>
-
 #include "ov_sql_executor/database/core_text.hpp"
 #include "ov_sql_executor/values/typed_view.hpp"
 
 namespace ov::sql_executor::operators {
 
 value concat::evaluate(execution_context& context) const {
-  std::u16string joined;
+  db_util::unit_buffer joined;
   for (const operand& each : operands_) {
     value room;
     const value_view any = each.lend(context, room);
     const auto* text = expect_or_null<text_view>(any);
     if (text == nullptr) return operator_library::NullValue{};
-    joined += db_util::turbotext_to_ucs2(*text);
+    db_util::append_ucs2(*text, joined);
   }
   return db_util::ucs2_to_turbotext(context.context_handle, joined, db_util::upper_limit::no);
 }

@@ -10,7 +10,8 @@ namespace ov::sql_executor::operators {
 
 truth like::test(execution_context& context) const {
   value pattern_room;
-  const value_view right = right_.hold(context, pattern_room);
+  byte_buffer pattern_bytes;
+  const value_view right = right_.hold(context, pattern_room, pattern_bytes);
   const auto* pattern = expect_or_null<text_view>(right);
   if (pattern == nullptr) return truth::unknown;
   value room;

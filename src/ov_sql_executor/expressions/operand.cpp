@@ -32,16 +32,16 @@ value_view operand::keep(const value_view& view, value& room) {
   return view_of(room);
 }
 
-value_view operand::hold(execution_context& context, value& room, std::vector<std::uint8_t>& bytes) const {
+value_view operand::hold(execution_context& context, value& room, byte_buffer& bytes) const {
   value_view view = lend(context, room);
   if (context_read_ != nullptr || lender_ == nullptr || !is_lendable(view) || lies_in(view, room)) return view;
   if (const auto* text = std::get_if<text_view>(&view)) {
     bytes.assign(text->bytes.begin(), text->bytes.end());
-    view = text_view{bytes};
+    view = text_view{{bytes.data(), bytes.size()}};
   } else {
     const auto& lent = std::get<binary_view>(view).bytes;
     bytes.assign(lent.begin(), lent.end());
-    view = binary_view{bytes};
+    view = binary_view{{bytes.data(), bytes.size()}};
   }
   return view;
 }

@@ -1,6 +1,7 @@
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_HPP_
 
+#include <boost/container/small_vector.hpp>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -15,6 +16,9 @@
 #include "ov_sql_executor/expressions/value_from_context.hpp"
 
 namespace ov::sql_executor::operators {
+
+// Room for what the core lends; texts as they are in columns need no heap.
+using byte_buffer = boost::container::small_vector<std::uint8_t, 64>;
 
 // An owned expression, and the cheapest way to its value: read where it lies in the context, lent by an operator of
 // this library, or evaluated by one that is not. Which one it is, is found out once, when the tree is built.
@@ -56,7 +60,7 @@ class operand {
   }
 
   // The same, with the bytes that the core lends copied into memory that can serve again.
-  value_view hold(execution_context& context, value& room, std::vector<std::uint8_t>& bytes) const;
+  value_view hold(execution_context& context, value& room, byte_buffer& bytes) const;
 
   // Whether the operand is a property of int64; and the reading of its value, false for NULL.
   bool is_int64_property() const { return property_ != nullptr && property_->is_int64(); }

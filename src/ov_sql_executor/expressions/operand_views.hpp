@@ -1,7 +1,6 @@
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_VIEWS_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_VIEWS_HPP_
 
-#include <cstdint>
 #include <span>
 #include <vector>
 
@@ -23,7 +22,7 @@ class operand_views {
  private:
   struct slot {
     value room;
-    std::vector<std::uint8_t> bytes;
+    byte_buffer bytes;
   };
 
   std::vector<slot> slots_;

@@ -19,7 +19,8 @@ struct prefix_family {
 
 value_view starts_with::lend(execution_context& context, value& room) const {
   value prefix_room;
-  const value_view prefix = right_.hold(context, prefix_room);
+  byte_buffer prefix_bytes;
+  const value_view prefix = right_.hold(context, prefix_room, prefix_bytes);
   const value_view text = left_.lend(context, room);
   return pair_table<prefix_family>::dispatch(text, prefix);
 }
