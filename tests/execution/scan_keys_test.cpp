@@ -19,19 +19,16 @@ using db_util::growing_key;
 using db_util::upper_limit;
 using meta_data::key_column;
 
-type_code type_named(const std::string& name) {
-  using enum type_code;
-  const std::pair<const char*, type_code> names[] = {
-      {"uint64", uint64},     {"int64", int64},   {"decimal", decimal}, {"bool", boolean},  {"text", tt_string},
-      {"set", set_specifier}, {"binary", binary}, {"ref", obj_ref},     {"float", float32}, {"double", float64}};
-  return std::find_if(std::begin(names), std::end(names), [&](const auto& each) { return each.first == name; })->second;
-}
-
 // "uint64 -text": the second one is descending.
 std::vector<key_column> columns_named(std::string_view words) {
+  const std::vector<std::string> names = split("uint64 int64 decimal bool text set binary ref float double");
+  using enum type_code;
+  const type_code types[] = {uint64,        int64,  decimal, boolean, tt_string,
+                             set_specifier, binary, obj_ref, float32, float64};
   std::vector<key_column> columns;
   for (const std::string& word : split(words)) {
-    columns.push_back({type_named(word.substr(word[0] == '-' ? 1 : 0)), word[0] != '-'});
+    const auto named = std::find(names.begin(), names.end(), word.substr(word[0] == '-' ? 1 : 0));
+    columns.push_back({types[named - names.begin()], word[0] != '-'});
   }
   return columns;
 }
@@ -121,66 +118,46 @@ class ScanKeys : public testing::Test {
 constexpr const char* whole = "[lowest .. max]";
 constexpr const char* none = "(lowest .. lowest)";
 
-// What > < = >= <= yield for a bound that a column can hold ("at 5"), that lies between two of its numbers ("in 2 3"),
-// below or above all of them, or nowhere.
+// What > < = >= <= yield for a bound that a column can hold ("5 at 5"), that lies between two of its numbers
+// ("2.5 in 2 3"), below or above all of them, or nowhere.
 std::vector<std::string> intervals(const std::vector<std::string>& place) {
-  if (place[2] == "below") return {whole, none, none, whole, none};
-  if (place[2] == "above") return {none, whole, none, none, whole};
-  if (place[2] == "nowhere") return {none, none, none, none, none};
-  const std::string above = "(" + place[3] + " .. max]";
+  if (place[1] == "below") return {whole, none, none, whole, none};
+  if (place[1] == "above") return {none, whole, none, none, whole};
+  if (place[1] == "nowhere") return {none, none, none, none, none};
+  const std::string above = "(" + place[2] + " .. max]";
   const std::string below = "[lowest .. " + place.back() + ")";
-  if (place[2] == "in") return {above, below, none, above, below};
-  return {above, below, "[" + place[3] + " .. " + place[3] + "]", "[" + place[3] + " .. max]",
-          "[lowest .. " + place[3] + "]"};
+  if (place[1] == "in") return {above, below, none, above, below};
+  return {above, below, "[" + place[2] + " .. " + place[2] + "]", "[" + place[2] + " .. max]",
+          "[lowest .. " + place[2] + "]"};
 }
 
 TEST_F(ScanKeys, every_bound_on_every_column_type) {
-  const char* const cases[] = {"uint64 u5 at 5",
-                               "uint64 dec5000000 at 5",
-                               "uint64 true at 1",
-                               "uint64 d2.5 in 2 3",
-                               "uint64 dec2000001 in 2 3",
-                               "uint64 i-1 below",
-                               "uint64 d-0.5 below",
-                               "uint64 d-0 at 0",
-                               "uint64 f18446744073709551616 above",
-                               "uint64 u18446744073709551615 at max",
-                               "uint64 dnan nowhere",
-                               "int64 i-3 at -3",
-                               "int64 d-2.5 in -3 -2",
-                               "int64 dec-2500000 in -3 -2",
-                               "int64 dec-1 in -1 0",
-                               "int64 u9223372036854775808 above",
-                               "int64 d9223372036854775808 above",
-                               "int64 i-9223372036854775808 at -9223372036854775808",
-                               "int64 d-inf below",
-                               "int64 fnan nowhere",
-                               "decimal dec-1500000 at -1500000",
-                               "decimal i7 at 7000000",
-                               "decimal f0.5 at 500000",
-                               "decimal d-0.0000015 in -2 -1",
-                               "decimal d0.1 in 100000 100001",
-                               "decimal u4398046511104 above",
-                               "decimal dec9223372036854775807 above",
-                               "decimal d-4398046511104 below",
-                               "decimal dnan nowhere",
-                               "bool false at 0",
-                               "bool f0.5 in 0 max",
-                               "bool dec500000 in 0 max",
-                               "bool i2 above",
-                               "bool dec-1 below",
-                               "text 'a' at a",
-                               "text bytes'' at empty",
-                               "set set'b' at b",
-                               "binary x'61' at a",
-                               "ref ref9 at 9"};
-  for (const char* each : cases) {
-    const std::vector<std::string> words = split(each);
-    for (int op = 0; op < 5; ++op) {
-      const std::string interval = intervals(words)[static_cast<std::size_t>(op)];
-      EXPECT_EQ(ends(words[0], {{{key_operation{op}, val(words[1])}}}), interval) << each << ", op " << op;
-      const std::string without_null = interval.starts_with("[l") ? "(" + interval.substr(1) : interval;
-      EXPECT_EQ(ends(words[0], {{{key_operation{op}, val(words[1]), true}}}), without_null) << each << ", op " << op;
+  const std::pair<const char*, const char*> cases[] = {
+      {"uint64",
+       "u5 at 5, dec5000000 at 5, true at 1, d2.5 in 2 3, dec2000001 in 2 3, i-1 below, d-0.5 below, d-0 at 0, "
+       "f18446744073709551616 above, u18446744073709551615 at max, dnan nowhere"},
+      {"int64",
+       "i-3 at -3, d-2.5 in -3 -2, dec-2500000 in -3 -2, dec-1 in -1 0, u9223372036854775808 above, "
+       "d9223372036854775808 above, i-9223372036854775808 at -9223372036854775808, d-inf below, fnan nowhere"},
+      {"decimal",
+       "dec-1500000 at -1500000, i7 at 7000000, f0.5 at 500000, d-0.0000015 in -2 -1, "
+       "d0.1 in 100000 100001, u4398046511104 above, dec9223372036854775807 above, "
+       "d-4398046511104 below, dnan nowhere"},
+      {"bool", "false at 0, f0.5 in 0 max, dec500000 in 0 max, i2 above, dec-1 below"},
+      {"text", "'a' at a, bytes'' at empty"},
+      {"set", "set'b' at b"},
+      {"binary", "x'61' at a"},
+      {"ref", "ref9 at 9"}};
+  for (const auto& [column, places] : cases) {
+    for (const std::string& each : split(places, ',')) {
+      const std::vector<std::string> place = split(each);
+      for (int op = 0; op < 5; ++op) {
+        const std::string interval = intervals(place)[static_cast<std::size_t>(op)];
+        const std::string without_null = interval.starts_with("[l") ? "(" + interval.substr(1) : interval;
+        const condition stated{key_operation{op}, val(place[0]), false};
+        EXPECT_EQ(ends(column, {{stated}}), interval) << column << each << ", op " << op;
+        EXPECT_EQ(ends(column, {{{stated.op, stated.bound, true}}}), without_null) << column << each << ", op " << op;
+      }
     }
   }
 }
@@ -195,17 +172,13 @@ TEST_F(ScanKeys, bounds_of_null) {
 }
 
 TEST_F(ScanKeys, starts_with_is_for_texts_and_set_specifiers) {
-  EXPECT_EQ(ends("text", "^ 'a'"), "[a .. a...)");
-  EXPECT_EQ(ends("text", "^ ''"), "[empty .. max)");
-  EXPECT_EQ(ends("text", "^ bytes''"), "[empty .. max)");
-  EXPECT_EQ(ends("set", "^ set'a'"), "[a .. a...)");
-  EXPECT_EQ(ends("binary", "^ x'61'"), "7020");
-  EXPECT_EQ(ends("ref", "^ ref1"), "7020");
-  for (const char* column : {"uint64", "int64", "decimal", "bool"}) {
-    EXPECT_EQ(ends(column, "^ i1"), "Supposedly unreachable");
-    EXPECT_EQ(ends(column, "^ dnan"), "Supposedly unreachable");
-    EXPECT_EQ(ends(column, "^ 'a'"), "7020") << "the alternative is looked at first";
-  }
+  const char* const unreachable = "Supposedly unreachable";
+  const char* const cases[][3] = {
+      {"text", "^ 'a'", "[a .. a...)"},   {"text", "^ ''", "[empty .. max)"}, {"text", "^ bytes''", "[empty .. max)"},
+      {"set", "^ set'a'", "[a .. a...)"}, {"binary", "^ x'61'", "7020"},      {"ref", "^ ref1", "7020"},
+      {"uint64", "^ i1", unreachable},    {"int64", "^ dnan", unreachable},   {"decimal", "^ i1", unreachable},
+      {"bool", "^ i1", unreachable},      {"bool", "^ 'a'", "7020"}};
+  for (const auto& [column, range, result] : cases) EXPECT_EQ(ends(column, range), result) << column << " " << range;
 }
 
 TEST_F(ScanKeys, bounds_of_other_alternatives_are_refused) {
