@@ -84,8 +84,12 @@ class Scan : public testing::Test {
 
   void add_object() {
     const std::u16string units = letters();
-    row keys = {u(below(9)),  i(small()),      Decimal{small() * 250'000},
-                text(units),  Binary{bytes()}, OV_OBJ_REF{below(9), 16},
+    row keys = {or_one_of("u18446744073709551615", u(below(9))),
+                or_one_of("i-9223372036854775808 i9223372036854775807", i(small())),
+                or_one_of("dec-4398046511103999999 dec4398046511103999999", Decimal{small() * 250'000}),
+                text(units),
+                Binary{bytes()},
+                OV_OBJ_REF{below(9), 16},
                 below(2) == 0};
     std::vector<ovcoredb::cell> cells;
     for (value& key : keys) {
@@ -104,12 +108,20 @@ class Scan : public testing::Test {
     objects.push_back(std::move(keys));
   }
 
-  // A number that may lie between two values of the column or beyond them all.
+  value or_one_of(const char* rare, value usual) {
+    const row all = vals(rare);
+    return below(6) == 0 ? all[below(all.size())] : usual;
+  }
+
+  // A number that may lie between two values of the column, at its limits or beyond them.
   value number() {
-    const float beyond[] = {1e30F, -1e30F, std::numeric_limits<float>::quiet_NaN()};
     const value kinds[] = {u(below(9)), i(small()), Decimal{small() * 125'000}, static_cast<double>(small()) / 2,
-                           below(5) != 0 ? static_cast<float>(small()) / 4 : beyond[below(3)]};
-    return kinds[below(std::size(kinds))];
+                           static_cast<float>(small()) / 4};
+    return or_one_of(
+        "u18446744073709551615 i-9223372036854775808 u9223372036854775808 d9223372036854775808 d-inf f1e30 "
+        "d18446744073709551616 fnan dnan d-0 dec-1 dec500001 d0.1 d-0.0000015 u4398046511104 true "
+        "d-4398046511104 dec-4398046511103999999 dec4398046511103999999 dec9223372036854775807",
+        kinds[below(std::size(kinds))]);
   }
 
   value bound_for(std::size_t key) {
