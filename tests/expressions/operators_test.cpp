@@ -75,15 +75,15 @@ TEST_F(Operators, a_type_name_becomes_its_specifier) {
   using enum ovcoredb::column_type;
   core.create_table({u"/meta/", {none, ovcoredb::column_type::text, uint64}, 0, layout::table_tag::set_specifier});
   core.create_index({layout::table_tag::set_specifier, {{4}}, false, layout::index_handle::set_specifier_type});
-  const std::pair<metalayer::DottedName, ovcoredb::cell> types[] = {{{u"shop", u"order"}, u"ab"},
-                                                                    {{u"a", u"", u"b"}, u"c"},
-                                                                    {{u""}, u"d"},
-                                                                    {{u"cut"}, std::u16string_view(u"e\0f", 3)},
-                                                                    {{u"empty"}, {}}};
-  for (const auto& [name, specifier] : types) {
+  const auto add = [&](const metalayer::DottedName& name, const ovcoredb::cell& specifier) {
     const ovcoredb::cell cells[] = {{}, specifier, metalayer::DottedName2RawView(name).words[0]};
     core.insert(layout::table_tag::set_specifier, cells);
-  }
+  };
+  add({u"shop", u"order"}, u"ab");
+  add({u"a", u"", u"b"}, u"c");
+  add({u""}, u"d");
+  add({u"cut"}, std::u16string_view(u"e\0f", 3));
+  add({u"empty"}, {});
   metalayer::TlsMetalayerContext::Current() = core_context.handle();
   check<cast<8>>({"'Shop.ORDER' = set'ab' [0]", "'shop.order.' = set'ab' [0]", "'a..b' = set'c' [0]",
                   "'.' = set'd' [0]", "'cut' = set'e' [0]",  // up to the first zero unit

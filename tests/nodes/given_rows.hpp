@@ -118,6 +118,14 @@ inline std::string run(const node& root, const row& enclosing = {}, const std::v
   return outcome([&] { return rows_of(root, enclosing, constants); });
 }
 
+// Cases "words = result".
+inline void check(std::initializer_list<std::string> cases, const std::function<std::string(const std::string&)>& run) {
+  for (const std::string& each : cases) {
+    const std::string words = each.substr(0, each.find("= "));
+    EXPECT_EQ(words + "= " + run(words), each);
+  }
+}
+
 }  // namespace tests
 
 #endif  // TESTS_NODES_GIVEN_ROWS_HPP_
