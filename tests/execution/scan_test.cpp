@@ -84,37 +84,44 @@ class Scan : public testing::Test {
 
   void add_object() {
     const std::u16string units = letters();
-    const byte_list data = bytes();
-    const std::int64_t integer = small();
-    std::vector<ovcoredb::cell> cells = {below(9),
-                                         integer,
-                                         ovcoredb::decimal{small() * 250'000},
-                                         std::u16string_view(units),
-                                         std::span<const std::uint8_t>(data),
-                                         OV_OBJ_REF{below(9), 16},
-                                         below(2) == 0};
-    row keys = {std::get<std::uint64_t>(cells[0]),
-                integer,
-                Decimal{std::get<ovcoredb::decimal>(cells[2]).millionths},
+    row keys = {or_one_of("u18446744073709551615", u(below(9))),
+                or_one_of("i-9223372036854775808 i9223372036854775807", i(small())),
+                or_one_of("dec-4398046511103999999 dec4398046511103999999", Decimal{small() * 250'000}),
                 text(units),
-                Binary{data},
-                std::get<OV_OBJ_REF>(cells[5]),
-                std::get<bool>(cells[6])};
-    for (std::size_t key = 0; key < key_count; ++key) {
-      if (below(5) != 0) continue;
-      cells[key] = {};
-      keys[key] = null();
+                Binary{bytes()},
+                OV_OBJ_REF{below(9), 16},
+                below(2) == 0};
+    std::vector<ovcoredb::cell> cells;
+    for (value& key : keys) {
+      if (below(5) == 0) key = null();
+      cells.push_back(std::visit(
+          [&]<class T>(const T& held) -> ovcoredb::cell {
+            if constexpr (std::same_as<T, db_string::tt_string>) return std::u16string_view(units);
+            if constexpr (std::same_as<T, Decimal>) return ovcoredb::decimal{held.raw};
+            if constexpr (std::same_as<T, Binary>) return std::span(held.bytes);
+            if constexpr (std::constructible_from<ovcoredb::cell, T>) return held;
+            return {};
+          },
+          key));
     }
     ASSERT_EQ(database.insert(table, cells).object_number, objects.size() + 1);
     objects.push_back(std::move(keys));
   }
 
-  // A number that may lie between two values of the column or beyond them all.
+  value or_one_of(const char* rare, value usual) {
+    const row all = vals(rare);
+    return below(6) == 0 ? all[below(all.size())] : usual;
+  }
+
+  // A number that may lie between two values of the column, at its limits or beyond them.
   value number() {
-    const float beyond[] = {1e30F, -1e30F, std::numeric_limits<float>::quiet_NaN()};
     const value kinds[] = {u(below(9)), i(small()), Decimal{small() * 125'000}, static_cast<double>(small()) / 2,
-                           below(5) != 0 ? static_cast<float>(small()) / 4 : beyond[below(3)]};
-    return kinds[below(std::size(kinds))];
+                           static_cast<float>(small()) / 4};
+    return or_one_of(
+        "u18446744073709551615 i-9223372036854775808 u9223372036854775808 d9223372036854775808 d-inf f1e30 "
+        "d18446744073709551616 fnan dnan d-0 dec-1 dec500001 d0.1 d-0.0000015 u4398046511104 true "
+        "d-4398046511104 dec-4398046511103999999 dec4398046511103999999 dec9223372036854775807",
+        kinds[below(std::size(kinds))]);
   }
 
   value bound_for(std::size_t key) {
@@ -203,7 +210,7 @@ TEST_F(Scan, yields_what_a_filter_yields_in_the_order_of_the_index) {
         const std::vector<conditions> ranges = {conditions_for(column)};
         const bool ascending = below(2) == 0;
         ASSERT_EQ(scanned(index, keys, ranges, ascending), filtered(keys, ranges, ascending))
-            << "column " << column << ": " << spell(ranges) << (ascending ? " up" : " down");
+            << "column " << column << ": " << spell(ranges);
       }
       ASSERT_EQ(scanned(index, keys, {}, true).size(), objects.size());
     }
@@ -248,34 +255,13 @@ TEST_F(Scan, never_loses_an_object_and_is_empty_where_a_column_is) {
   }
 }
 
-TEST_F(Scan, hands_its_keys_and_flags_to_the_core) {
-  const std::uint64_t index = index_over({{0, true}});
-  core_shim::watch_keys("n");
-  for (const bool ascending : {true, false}) scanned(index, {{0, true}}, {}, ascending);
-  const byte_list lowest = {0x60, 0xC0, 0, 0, 0, 0, 0, 0};
-  const byte_list highest = {0x28, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xC0, 0, 0, 0, 0, 0, 0};
-  const auto& opened = core_shim::opened_ranges();
-  ASSERT_EQ(opened.size(), 2U);
-  EXPECT_EQ(std::tie(opened[0].flags, opened[0].first, opened[0].last), std::tuple(0x30U, lowest, highest));
-  EXPECT_EQ(std::tie(opened[1].flags, opened[1].first, opened[1].last), std::tuple(0x80030U, highest, lowest));
-}
-
 TEST_F(Scan, opens_nothing_when_a_bound_fails_and_ignores_a_free_that_fails) {
   const std::uint64_t index = index_over({{0, true}});
-  const auto count = [&](const char* range) {
-    return outcome([&] { return u(scanned(index, {{0, true}}, conditions_in(range), true).size()); });
-  };
   core_shim::reset();
-  EXPECT_EQ(count("= x'' !"), "7020");
+  EXPECT_EQ(outcome([&] { scanned(index, {{0, true}}, conditions_in("= x'' !"), true); }), "7020");
   EXPECT_EQ(core_shim::calls(), 0U);
-  core_shim::fail_call("orv_context_create_iterator", 1, 4711);
-  EXPECT_EQ(count(""), "4711");
-  EXPECT_EQ(core_shim::calls("orv_iterator_free"), 0U);
-  core_shim::fail_call("orv_iterator_next", 3, 4712);
-  EXPECT_EQ(count(""), "4712");
-  EXPECT_EQ(core_shim::calls("orv_iterator_free"), 1U);
   core_shim::fail_call("orv_iterator_free", 1, 4713);
-  EXPECT_EQ(count(""), "u300");
+  EXPECT_EQ(scanned(index, {{0, true}}, {}, true).size(), objects.size());
 }
 
 }  // namespace

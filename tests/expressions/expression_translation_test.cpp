@@ -1,7 +1,6 @@
 #include "ov_sql_executor/expressions/expression_translation.hpp"
 
 #include <boost/numeric/conversion/cast.hpp>
-#include <tuple>
 #include <typeinfo>
 
 #include "expressions/operator_test.hpp"
@@ -27,6 +26,7 @@ using plan::expression;
 
 expression parameter(std::uint64_t number) { return plan::literal(plan::parameter<std::int64_t>{number}); }
 expression number(std::int64_t any) { return plan::literal(any); }
+expression either(expression left, expression right) { return plan::Or{{{}, {left, right}}}; }
 
 const char* const no_scope = "7007 Internal error: column is not in scope";
 
@@ -34,7 +34,12 @@ class ExpressionTranslation : public OperatorTest {
  protected:
   operator_ptr translate(const expression& any) { return translate_expression(any, constants, columns); }
 
-  static const std::type_info& class_of(const operators::operator_base& any) { return typeid(any); }
+  template <class Operator>
+  void expect_class(const expression& any) {
+    const operator_ptr made = translate(any);
+    const operators::operator_base& found = *made;
+    EXPECT_EQ(typeid(found), typeid(Operator));
+  }
 
   template <class Operation>
   Operation over_parameters(std::size_t count) {
@@ -46,20 +51,17 @@ class ExpressionTranslation : public OperatorTest {
   // An operation with so many operands becomes its operator; both stand in the type operator(operation).
   template <class Operator, class Operation>
   void becomes(Operator (*)(Operation), std::size_t operand_count) {
-    const operator_ptr made = translate(over_parameters<Operation>(operand_count));
-    EXPECT_EQ(class_of(*made), typeid(Operator));
+    expect_class<Operator>(over_parameters<Operation>(operand_count));
   }
   template <std::size_t operand_count, class... Pairs>
   void become() {
     (becomes(static_cast<Pairs*>(nullptr), operand_count), ...);
   }
 
-  template <class Result>
-  void becomes_if(Result) {
+  template <class... Results>
+  void select_conditional() {
     auto any = over_parameters<plan::Conditional>(3);
-    any.result_type = meta_support::TypeIdentity<Result>();
-    const operator_ptr made = translate(std::move(any));
-    EXPECT_EQ(class_of(*made), typeid(operators::if_op<Result>));
+    ((any.result_type = meta_support::TypeIdentity<Results>(), expect_class<operators::if_op<Results>>(any)), ...);
   }
 
   // The value of an operation whose operands are the parameters, which hold these values.
@@ -88,12 +90,8 @@ TEST_F(ExpressionTranslation, every_operation_becomes_its_operator) {
          cast<9>(ToBool), cast<0>(ToUint64), cast<1>(ToInt64), cast<2>(ToDecimal), cast<3>(ToFloat), cast<4>(ToDouble),
          cast<5>(ToText), cast<8>(ToSetSpecifier), like_starts_with(PrefixPattern)>();
   become<0, concat(Concatenation)>();
-}
-
-TEST_F(ExpressionTranslation, the_result_type_selects_the_conditional) {
-  std::apply([this](auto... result) { (becomes_if(result), ...); },
-             std::tuple<bool, db_string::tt_string, std::uint64_t, std::int64_t, Decimal, double, float, Binary,
-                        OV_OBJ_REF, SetSpecifier, NullValue>());
+  select_conditional<bool, db_string::tt_string, std::uint64_t, std::int64_t, Decimal, double, float, Binary,
+                     OV_OBJ_REF, SetSpecifier, NullValue>();
 }
 
 TEST_F(ExpressionTranslation, operands_keep_their_places) {
@@ -106,30 +104,18 @@ TEST_F(ExpressionTranslation, operands_keep_their_places) {
 }
 
 TEST_F(ExpressionTranslation, brackets_in_a_chain_make_no_difference) {
-  const auto either = [](expression left, expression right) { return plan::Or{{{}, {left, right}}}; };
-  const operator_ptr chain = translate(either(either(number(1), either(number(2), number(3))), number(4)));
-  EXPECT_EQ(class_of(*chain), typeid(operators::any_of));
+  expect_class<operators::any_of>(either(either(number(1), either(number(2), number(3))), number(4)));
   EXPECT_EQ(spell(constants), "i1 i2 i3 i4");
-  constants.clear();
-  EXPECT_EQ(class_of(*translate(either(number(1), plan::And{either(number(2), number(3))}))),
-            typeid(operators::logical_or));
-  constants.clear();
-  EXPECT_EQ(error_of(either(either(number(1), plan::Or{{{}, {number(2)}}}), number(3))), bad_subscript);
-  EXPECT_EQ(spell(constants), "i1 i2") << "what was met before the missing one";
+  expect_class<operators::logical_or>(either(number(1), plan::And{{{}, {either(number(2), number(3)), number(4)}}}));
 }
 
 TEST_F(ExpressionTranslation, literals_and_parameters) {
   EXPECT_EQ(evaluate(*translate(plan::Sum{{{}, {parameter(0), parameter(1)}}})), bad_subscript);
-  EXPECT_TRUE(constants.empty());
-
   const operator_ptr sum = translate(plan::Sum{{{}, {number(4), number(4)}}});
-  EXPECT_EQ(constants.size(), 2U) << "every occurrence has its own place";
+  expect_class<operators::object_cast>(plan::literal(city));
+  EXPECT_EQ(spell(constants), "i4 i4") << "every occurrence of a literal has its own place, references have none";
   context.constants = constants;
   EXPECT_EQ(evaluate(*sum), "i8");
-
-  const operator_ptr reference = translate(plan::literal(city));
-  EXPECT_EQ(class_of(*reference), typeid(operators::object_cast));
-  EXPECT_EQ(constants.size(), 2U);
 
   EXPECT_NO_THROW(translate(parameter(32'767)));
   EXPECT_THROW(translate(parameter(32'768)), boost::numeric::positive_overflow);
@@ -146,7 +132,6 @@ TEST_F(ExpressionTranslation, columns_are_read_where_the_scope_has_them) {
   EXPECT_EQ(evaluate(*translate(place)), spell(value(city)));
   EXPECT_EQ(evaluate(*translate(property)), "i11") << "the first of two, and no metadata are read";
   EXPECT_EQ(evaluate(*translate(average)), "d0.5");
-
   EXPECT_EQ(error_of(plan::computed<float>{{5, 6, 7, 8}}), no_scope) << "the alternative counts";
   columns.clear();
   EXPECT_EQ(error_of(place), no_scope);
@@ -154,10 +139,12 @@ TEST_F(ExpressionTranslation, columns_are_read_where_the_scope_has_them) {
 }
 
 TEST_F(ExpressionTranslation, misuse) {
-  EXPECT_EQ(error_of(plan::Equality{{{}, {number(1)}}}), bad_subscript);
-  EXPECT_EQ(constants.size(), 1U) << "what the operand before it appended";
-  EXPECT_EQ(error_of(plan::Not{}), bad_subscript);
-  EXPECT_EQ(error_of(plan::Conditional{{{}, {number(1), number(2)}}}), bad_subscript);
+  for (const expression& each : {expression(plan::Equality{{{}, {number(1)}}}), expression(plan::Not{}),
+                                 expression(plan::Conditional{{{}, {number(1), number(2)}}}),
+                                 either(either(number(1), plan::Or{{{}, {number(2)}}}), number(3))}) {
+    EXPECT_EQ(error_of(each), bad_subscript) << "of alternative " << each.index();
+  }
+  EXPECT_EQ(spell(constants), "i1 i1 i2 i1 i2") << "what was met before the missing one";
   expression broken = number(1);
   make_valueless<plan::Equality>(broken);
   EXPECT_EQ(error_of(broken), bad_variant);

@@ -14,6 +14,11 @@ namespace tests::fuzz {
 
 using expressions = std::vector<ovhost::expression>;
 
+expressions joined(expressions first, const expressions& second);
+
+// Those of the kinds that a result may have.
+expressions shown(const expressions& columns);
+
 // A plan and the columns of its rows.
 struct relation {
   ovhost::plan made;
@@ -42,7 +47,7 @@ class plan_maker {
  private:
   relation scanned(const expressions& outer);
   relation grouped(relation of);
-  relation joined(std::size_t steps, const expressions& outer);
+  relation join_of(std::size_t steps, const expressions& outer);
   relation united(relation left, const expressions& outer);
   relation extended(relation of, const expressions& outer);
   ovhost::plan generated(const expressions& scope, expressions& columns);

@@ -9,21 +9,20 @@ namespace tests::fuzz {
 
 namespace {
 
+using namespace operator_library;  // NOLINT: the alternatives of value
 using ovhost::value_kind;
 
 // Encoded texts keep their units for the core's cells, which take a view.
 ovcoredb::cell cell_of(const ov::sql_executor::value& from, std::u16string& units) {
-  if (const auto* text = std::get_if<db_string::tt_string>(&from))
-    return std::u16string_view(units = ovhost::decode(*text));
-  if (const auto* bytes = std::get_if<operator_library::Binary>(&from))
-    return std::span<const std::uint8_t>(bytes->bytes);
-  if (const auto* number = std::get_if<operator_library::Decimal>(&from)) return ovcoredb::decimal{number->raw};
-  if (const auto* number = std::get_if<std::uint64_t>(&from)) return *number;
-  if (const auto* number = std::get_if<std::int64_t>(&from)) return *number;
-  if (const auto* number = std::get_if<double>(&from)) return *number;
-  if (const auto* number = std::get_if<float>(&from)) return *number;
-  if (const auto* truth = std::get_if<bool>(&from)) return *truth;
-  return {};
+  return std::visit(
+      [&]<class T>(const T& held) -> ovcoredb::cell {
+        if constexpr (std::same_as<T, db_string::tt_string>) return std::u16string_view(units = ovhost::decode(held));
+        if constexpr (std::same_as<T, Binary>) return std::span(held.bytes);
+        if constexpr (std::same_as<T, Decimal>) return ovcoredb::decimal{held.raw};
+        if constexpr (std::constructible_from<ovcoredb::cell, T>) return held;
+        return {};
+      },
+      from);
 }
 
 template <class Number>
@@ -36,12 +35,9 @@ Number extreme(choices& from) {
 
 template <class Number>
 Number floating(choices& from) {
-  const Number numbers[] = {Number{0.5},
-                            Number{-1.25},
-                            std::numeric_limits<Number>::quiet_NaN(),
-                            std::numeric_limits<Number>::infinity(),
-                            std::numeric_limits<Number>::denorm_min(),
-                            extreme<Number>(from)};
+  using limits = std::numeric_limits<Number>;
+  const Number numbers[] = {Number{0.5},        Number{-1.25},        limits::quiet_NaN(),
+                            limits::infinity(), limits::denorm_min(), extreme<Number>(from)};
   return from.of(numbers);
 }
 
@@ -52,33 +48,22 @@ ov::sql_executor::value any_value(value_kind kind, choices& from) {
       u"", u"x", u"xy", u"y%", u"_", u"\\", u"Xé\xD83D\xDE00", u"p", u"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"};
   const auto small = static_cast<std::int64_t>(from.below(7)) - 2;
   const bool is_extreme = from.one_in(12);
-  switch (kind) {
-    case value_kind::boolean:
-      return small > 0;
-    case value_kind::text:
-      return ovhost::encode(from.of(texts));
-    case value_kind::uint64:
-      return is_extreme ? extreme<std::uint64_t>(from) : static_cast<std::uint64_t>(small + 2);
-    case value_kind::int64:
-      return is_extreme ? extreme<std::int64_t>(from) : small;
-    case value_kind::decimal: {
-      constexpr std::int64_t largest = 4'398'046'511'103'999'999;
-      return operator_library::Decimal{is_extreme ? largest * (small < 0 ? -1 : 1) : small * 500'000};
-    }
-    case value_kind::float64:
-      return is_extreme ? floating<double>(from) : static_cast<double>(small);
-    case value_kind::float32:
-      return is_extreme ? floating<float>(from) : static_cast<float>(small);
-    case value_kind::binary:
-      return operator_library::Binary{std::vector<std::uint8_t>(from.below(35), static_cast<std::uint8_t>(small))};
-    case value_kind::reference:
-      return OV_OBJ_REF{from.below(300), 0};
-    case value_kind::set_specifier:
-      return operator_library::SetSpecifier{std::u16string(from.of(texts))};
-    case value_kind::null:
-      break;
+  constexpr std::int64_t largest = 4'398'046'511'103'999'999;
+  if (kind == value_kind::boolean) return small > 0;
+  if (kind == value_kind::text) return ovhost::encode(from.of(texts));
+  if (kind == value_kind::uint64) {
+    return is_extreme ? extreme<std::uint64_t>(from) : static_cast<std::uint64_t>(small + 2);
   }
-  return operator_library::NullValue{};
+  if (kind == value_kind::int64) return is_extreme ? extreme<std::int64_t>(from) : small;
+  if (kind == value_kind::decimal) return Decimal{is_extreme ? largest * (small < 0 ? -1 : 1) : small * 500'000};
+  if (kind == value_kind::float64) return is_extreme ? floating<double>(from) : static_cast<double>(small);
+  if (kind == value_kind::float32) return is_extreme ? floating<float>(from) : static_cast<float>(small);
+  if (kind == value_kind::binary) {
+    return Binary{std::vector<std::uint8_t>(from.below(35), static_cast<std::uint8_t>(small))};
+  }
+  if (kind == value_kind::reference) return OV_OBJ_REF{from.below(300), 0};
+  if (kind == value_kind::set_specifier) return SetSpecifier{std::u16string(from.of(texts))};
+  return NullValue{};
 }
 
 const std::vector<index>& indexes() {
@@ -101,11 +86,8 @@ world& world::only() {
 world::world() {
   std::vector<ovhost::member_definition> members;
   for (const property& each : properties) {
-    if (each.kind == value_kind::reference) {
-      members.push_back({each.name, ovhost::refers_to{"p"}});
-    } else {
-      members.push_back({each.name, each.kind});
-    }
+    members.push_back({each.name, each.kind});
+    if (each.kind == value_kind::reference) members.back().type = ovhost::refers_to{"p"};
   }
   definitions_.define_tables({{"p", members}, {"q", {{"more", value_kind::int64}}, "p"}});
   for (const char* table : {"p", "q"}) {
@@ -132,8 +114,7 @@ void world::insert(const char* table, std::int64_t id, choices& from) {
     if (each.kind == value_kind::reference) {
       cells.push_back(last_.object_number == 0 || from.below(3) == 0 ? ovcoredb::cell() : ovcoredb::cell(last_));
     } else {
-      values.push_back(from.below(4) == 0 ? ov::sql_executor::value(operator_library::NullValue{})
-                                          : any_value(each.kind, from));
+      values.push_back(from.below(4) == 0 ? ov::sql_executor::value(NullValue{}) : any_value(each.kind, from));
       cells.push_back(cell_of(values.back(), units));
     }
   }

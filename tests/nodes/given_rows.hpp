@@ -17,20 +17,19 @@
 
 namespace tests {
 
-// What happened to the enumerators of a node, in order.
+// What happened to the enumerators of a node, in order: "+a-a" for a node named a.
 struct journal {
-  std::vector<std::string> events;
+  std::string events;
   int alive = 0;
 };
+using shared_journal = std::shared_ptr<journal>;
 
 // Yields rows that may depend on the rows in scope. It is not one of the library's own nodes.
 class given_rows final : public node {
  public:
   using source = std::function<rows(const execution_context&)>;
 
-  explicit given_rows(rows all, std::shared_ptr<journal> log = std::make_shared<journal>(), std::string name = "")
-      : given_rows([all](const execution_context&) { return all; }, std::move(log), std::move(name)) {}
-  explicit given_rows(source make, std::shared_ptr<journal> log = std::make_shared<journal>(), std::string name = "")
+  given_rows(source make, shared_journal log, std::string name)
       : make_(std::move(make)), log_(std::move(log)), name_(std::move(name)) {}
 
   enumerator* create_enumerator(execution_context& context) const override {
@@ -40,55 +39,62 @@ class given_rows final : public node {
  private:
   class given_enumerator final : public enumerator {
    public:
-    given_enumerator(rows all, std::shared_ptr<journal> log, std::string name)
+    given_enumerator(rows all, shared_journal log, std::string name)
         : rows_(std::move(all)), log_(std::move(log)), name_(std::move(name)) {
       ++log_->alive;
-      log_->events.push_back("+" + name_);
+      log_->events += "+" + name_;
     }
     ~given_enumerator() override {
       --log_->alive;
-      log_->events.push_back("-" + name_);
+      log_->events += "-" + name_;
     }
     std::optional<row> next(execution_context& /*context*/) override {
-      if (cursor_ == rows_.size()) return std::nullopt;
-      return rows_[cursor_++];
+      return cursor_ == rows_.size() ? std::nullopt : std::optional(rows_[cursor_++]);
     }
 
    private:
     rows rows_;
     std::size_t cursor_ = 0;
-    std::shared_ptr<journal> log_;
+    shared_journal log_;
     std::string name_;
   };
 
   source make_;
-  std::shared_ptr<journal> log_;
+  shared_journal log_;
   std::string name_;
 };
 
-inline std::unique_ptr<node> given(rows all, std::shared_ptr<journal> log = std::make_shared<journal>(),
+inline std::unique_ptr<node> given(given_rows::source make, shared_journal log = std::make_shared<journal>(),
                                    std::string name = "") {
-  return std::make_unique<given_rows>(std::move(all), std::move(log), std::move(name));
+  return std::make_unique<given_rows>(std::move(make), std::move(log), std::move(name));
 }
 template <class... Log>
-std::unique_ptr<node> given(given_rows::source make, Log... log) {
-  return std::make_unique<given_rows>(std::move(make), std::move(log)...);
+std::unique_ptr<node> given(rows all, Log... log) {
+  return given([all](const execution_context&) { return all; }, std::move(log)...);
 }
-inline std::unique_ptr<node> given(const char* words) { return given(table(words)); }
+template <class... Log>
+std::unique_ptr<node> given(const char* words, Log... log) {
+  return given(table(words), std::move(log)...);
+}
 
 using operator_ptr = std::unique_ptr<operators::operator_base>;
 
-inline operator_ptr from_context(operators::context_list list, std::int16_t position) {
-  return std::make_unique<operators::value_from_context>(list, position);
+inline operator_ptr column(std::int16_t position) {
+  return std::make_unique<operators::value_from_context>(operators::context_list::row_stack, position);
 }
-inline operator_ptr column(std::int16_t position) { return from_context(operators::context_list::row_stack, position); }
 inline operator_ptr constant(std::int16_t position) {
-  return from_context(operators::context_list::constants, position);
+  return std::make_unique<operators::value_from_context>(operators::context_list::constants, position);
 }
 inline std::vector<operator_ptr> columns(const std::vector<std::int16_t>& positions) {
   std::vector<operator_ptr> list;
   for (const std::int16_t position : positions) list.push_back(column(position));
   return list;
+}
+template <class... Operators>
+std::vector<operator_ptr> list_of(Operators... operators) {
+  std::vector<operator_ptr> made;
+  (made.push_back(std::move(operators)), ...);
+  return made;
 }
 
 // Runs a node to its end with these values on the row stack: its rows, or the error. The stack is as long after every
@@ -110,6 +116,14 @@ inline rows rows_of(const node& root, row enclosing = {}, std::vector<value> con
 
 inline std::string run(const node& root, const row& enclosing = {}, const std::vector<value>& constants = {}) {
   return outcome([&] { return rows_of(root, enclosing, constants); });
+}
+
+// Cases "words = result".
+inline void check(std::initializer_list<std::string> cases, const std::function<std::string(const std::string&)>& run) {
+  for (const std::string& each : cases) {
+    const std::string words = each.substr(0, each.find("= "));
+    EXPECT_EQ(words + "= " + run(words), each);
+  }
 }
 
 }  // namespace tests

@@ -42,13 +42,13 @@ class plan_catalogue {
   void add_scans();
   void add_operations();
   void add_joins();
-  void add_inner_sides();
   void add_aggregates();
   void add_orders();
   void add_errors();
 
-  // A plan of these columns over a child, or of computations over it.
-  void add(const char* name, const columns& items, const child& below, const char* error = "");
+  // A plan of these columns over a child, which may end with an error, or of computations.
+  void add(const char* name, const columns& items, const child& below);
+  void fail(const char* error, const char* name, const columns& items, const child& below);
   void add_computed(const char* name, const columns& computed, const char* error = "");
 
   ovhost::schema definitions_{database};

@@ -1,0 +1,126 @@
+// The nodes that neither join nor group, over nodes and expressions that are not the library's own.
+#include <algorithm>
+#include <random>
+#include <stdexcept>
+
+#include "nodes/given_rows.hpp"
+#include "ov_sql_executor/execution/filter.hpp"
+#include "ov_sql_executor/execution/generative_assignment.hpp"
+#include "ov_sql_executor/execution/limit_offset.hpp"
+#include "ov_sql_executor/execution/order_by.hpp"
+#include "ov_sql_executor/execution/projection.hpp"
+#include "ov_sql_executor/execution/uniond.hpp"
+#include "valueless.hpp"
+
+namespace tests {
+namespace {
+
+class told final : public operators::operator_base {
+ public:
+  explicit told(std::function<value(const row&)> say) : say_(std::move(say)) {}
+  value evaluate(execution_context& context) const override { return say_(context.row_stack); }
+
+ private:
+  std::function<value(const row&)> say_;
+};
+operator_ptr tell(std::function<value(const row&)> say) { return std::make_unique<told>(std::move(say)); }
+
+TEST(Filter, passes_rows_whose_predicate_is_true) {
+  const char* const verdicts = "(true i1)(false i2)(NULL i3)(true 'a-text-that-owns-its-bytes')(false i5)";
+  const char* const passed = "(true i1)(true 'a-text-that-owns-its-bytes')";
+  EXPECT_EQ(run(filter(given(verdicts), column(2)), vals("u8 u9")), passed) << "behind enclosing rows";
+  const auto foreign = [] { return tell([](const row& stack) { return stack[0]; }); };
+  const filter twice(std::make_unique<filter>(given(verdicts), foreign()), column(0));
+  for (int time = 0; time < 2; ++time) EXPECT_EQ(run(twice), passed) << time;
+  for (const char* verdict : {"i1", "d1", "'true'", "x'01'"}) {
+    EXPECT_EQ(run(filter(given({{true}, {val(verdict)}}), column(0))), "7020") << verdict;
+  }
+  EXPECT_EQ(run(filter(given({{valueless()}}), column(0))), bad_variant);
+}
+
+TEST(Projection, makes_a_row_of_its_expressions) {
+  const char* const all = "(i1 'first' NULL)(i2 set'/Short/' true)";
+  auto sum =
+      tell([](const row& stack) { return i(std::get<std::int64_t>(stack[1]) + std::get<std::int64_t>(stack[0])); });
+  EXPECT_EQ(run(projection(given(all), columns({3, 1, 1, 0})), {i(7)}), "(NULL i1 i1 i7)(true i2 i2 i7)");
+  EXPECT_EQ(run(projection(given(all), {})), "()()") << "rows of no values";
+  // Over a projection, whose rows are made on the row stack.
+  auto inner = std::make_unique<projection>(given(all), list_of(column(2), std::move(sum), column(2), column(3)));
+  EXPECT_EQ(run(projection(std::move(inner), columns({2, 1, 3, 4, 0})), {i(10)}),
+            "(i11 'first' 'first' NULL i10)(i12 set'/Short/' set'/Short/' true i10)");
+}
+
+TEST(GenerativeAssignment, makes_one_row_even_of_null) {
+  EXPECT_EQ(run(generative_assignment(column(0)), {i(4)}), "(i4)");
+  EXPECT_EQ(run(generative_assignment(constant(0)), {}, {null()}), "(NULL)");
+  const generative_assignment failing(tell([](const row&) -> value { throw db_util::db_exception{4711}; }));
+  execution_context context;
+  const std::unique_ptr<enumerator> source(failing.create_enumerator(context));
+  EXPECT_EQ(outcome([&] { source->next(context); }), "4711");
+  EXPECT_FALSE(source->next(context));
+}
+
+TEST(OrderBy, sorts_by_keys_with_a_direction_each_and_null_lowest) {
+  const unsigned seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  rows input;
+  for (int n = 0; n < 3000; ++n) input.push_back({random() % 9 == 0 ? null() : i(random() % 200), i(random() % 20)});
+  const auto number = [](const value& any) { return any.index() == null().index() ? -1 : std::get<std::int64_t>(any); };
+  for (const bool first : {true, false}) {
+    for (const bool second : {true, false}) {
+      const auto key = [&](const row& of) {
+        return std::pair(number(of[0]) * (first ? 1 : -1), number(of[1]) * (second ? 1 : -1));
+      };
+      rows sorted = input;
+      std::ranges::sort(sorted, {}, key);
+      EXPECT_EQ(run(order_by(given(input), columns({0, 1}), {first, second})), spell(sorted));
+      EXPECT_EQ(run(order_by(given(input), columns({2, 3}), {first, second}), vals("i9 i9")), spell(sorted));
+    }
+  }
+  EXPECT_EQ(run(order_by(given(""), columns({0}), {true})), "");
+  EXPECT_EQ(run(order_by(given("(i2)(i2)"), {}, {})), "(i2)(i2)") << "no keys";
+}
+
+TEST(OrderBy, refuses_what_cannot_be_ordered_when_it_is_opened) {
+  const auto log = std::make_shared<journal>();
+  check({"(i2)(NULL)(u1) = incompatible types", "(d1)(dnan) = 7041", "(f1)(fnan) = 7041", "(dnan) = ok"},
+        [&](const std::string& input) {
+          const order_by sorter(given(table(input), log), columns({0}), {true});
+          execution_context context;
+          return outcome([&] { delete sorter.create_enumerator(context); });
+        });
+  EXPECT_EQ(log->alive, 0);
+}
+
+TEST(LimitOffset, cuts_the_rows) {
+  const limit_offset node(given("(i1)(i2)(i3)(i4)(i5)"), constant(0), constant(1));
+  check({"u2 u3 = (i4)(i5)", "u2 u0 = (i1)(i2)", "u0 u1 = ", "u18446744073709551615 u4 = (i5)",
+         "u18446744073709551615 u18446744073709551615 = ", "i1 dec2700000 = (i3)", "d2.9 true = (i2)(i3)"},
+        [&](const std::string& limit_and_offset) { return run(node, {}, vals(limit_and_offset)); });
+}
+
+TEST(LimitOffset, looks_at_its_counts_and_skips_when_it_is_opened) {
+  const auto log = std::make_shared<journal>();
+  const limit_offset node(given("(i1)(i2)(i3)", log), constant(0), constant(1));
+  check({"NULL u1 = 7020", "u1 NULL = 7020", "i-1 NULL = 7041", "'' u1 = 1027", "ref0 u1 = 7020"},
+        [&](const std::string& limit_and_offset) { return run(node, {}, vals(limit_and_offset)); });
+  EXPECT_EQ(log->events, "") << "refused before the child is opened";
+  execution_context context{vals("u1 u1"), {}, {}, 0};
+  std::unique_ptr<enumerator> rows_left(node.create_enumerator(context));
+  EXPECT_EQ(log->alive, 1);
+  EXPECT_EQ(spell(*rows_left->next(context)), "i2");
+  EXPECT_FALSE(rows_left->next(context));
+  EXPECT_EQ(log->alive, 1) << "the child goes with the enumerator";
+  rows_left.reset();
+  EXPECT_EQ(log->alive, 0);
+}
+
+TEST(Union, yields_all_rows_of_the_left_then_of_the_right) {
+  const auto log = std::make_shared<journal>();
+  EXPECT_EQ(run(uniond(given("(i1)(i2)", log, "l"), given("(i1)", log, "r"))), "(i1)(i2)(i1)");
+  EXPECT_EQ(log->events, "+l+r-l-r");
+}
+
+}  // namespace
+}  // namespace tests
