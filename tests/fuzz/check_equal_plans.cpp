@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <exception>
 #include <optional>
-#include <ranges>
 #include <string>
+#include <vector>
 
 #include "fuzz/any_plan.hpp"
 #include "fuzz/checks.hpp"
@@ -161,8 +161,9 @@ rows sliced(side& one, bool by_limit) {
   if (by_limit) of.made = ovhost::limit(ovhost::lit(limit), ovhost::lit(offset), std::move(of.made));
   const rows found = one.rows_of(std::move(of.made), shown(of.columns));
   if (by_limit || !found) return found;
-  const auto rest = *found | std::views::drop(offset) | std::views::take(limit);
-  return std::vector<std::string>(rest.begin(), rest.end());
+  const auto first = found->begin() + static_cast<std::ptrdiff_t>(std::min(offset, found->size()));
+  const auto left = static_cast<std::size_t>(found->end() - first);
+  return std::vector<std::string>(first, first + static_cast<std::ptrdiff_t>(std::min(limit, left)));
 }
 
 constexpr struct {
