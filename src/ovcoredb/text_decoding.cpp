@@ -75,13 +75,14 @@ sixteen_bytes slots_of(two_words bits) {
   return reinterpret_cast<sixteen_bytes>(bits);
 }
 
-// The units of slots that are whole codes; with Fold, A to Z turned into a to z. Those of others mean nothing.
-template <bool Fold>
-sixteen_bytes units_of(sixteen_bytes slots) {
-  const sixteen_bytes units = slots + std::uint8_t{printable_offset};
-  if constexpr (!Fold) return units;
-  const auto numbers = reinterpret_cast<sixteen_numbers>(units);
-  const auto is_capital = (numbers > std::int8_t{'A' - 1}) & (numbers < std::int8_t{'Z' + 1});
+// The units of slots that are whole codes, each 0x20 to 0x7F; those of others mean nothing and are 0x1F or above 0x7F.
+sixteen_bytes units_of(sixteen_bytes slots) { return slots + std::uint8_t{printable_offset}; }
+
+// A to Z turned into a to z. Above 0x7F lie the negative numbers, so that one comparison finds both ends of a range.
+sixteen_bytes folded(sixteen_bytes units) {
+  constexpr std::uint8_t greatest = 0x7F;
+  const auto from_z = reinterpret_cast<sixteen_numbers>(units + std::uint8_t{greatest - 'Z'});
+  const auto is_capital = from_z >= std::int8_t{greatest - ('Z' - 'A')};
   return units + (reinterpret_cast<sixteen_bytes>(is_capital) & std::uint8_t{'a' - 'A'});
 }
 
@@ -94,10 +95,9 @@ void write(sixteen_bytes units, char16_t* out) {
   std::memcpy(out + 8, &second, sizeof second);
 }
 
-// How many slots come before the first that is not a whole code.
-std::uint64_t printable_count(sixteen_bytes slots) {
-  const auto numbers = reinterpret_cast<sixteen_numbers>(slots);
-  const auto others = reinterpret_cast<two_words>((numbers == 0) | (numbers > std::int8_t{last_printable_slot}));
+// How many units come before the first whose slot is not a whole code.
+std::uint64_t printable_count(sixteen_bytes units) {
+  const auto others = reinterpret_cast<two_words>(reinterpret_cast<sixteen_numbers>(units) < std::int8_t{' '});
   const auto before = [](std::uint64_t word) { return static_cast<std::uint64_t>(std::countr_zero(word)) / 8; };
   return others[0] != 0 ? before(others[0]) : 8 + before(others[1]);
 }
@@ -108,9 +108,9 @@ template <bool Fold>
 const char16_t* decode(std::span<const std::uint8_t> encoded, char16_t* out) {
   bit_window window(payload_of(encoded));
   while (window.left() != 0) {
-    const sixteen_bytes slots = slots_of(window.load_two());
-    write(units_of<Fold>(slots), out);
-    const std::uint64_t printable = printable_count(slots);
+    const sixteen_bytes units = units_of(slots_of(window.load_two()));
+    write(Fold ? folded(units) : units, out);
+    const std::uint64_t printable = printable_count(units);
     if (printable == 16 && window.left() >= 16 * least_code_length) {  // told apart so that the next load need not wait
       out += 16;
       window.take(16 * least_code_length);

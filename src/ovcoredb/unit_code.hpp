@@ -25,7 +25,6 @@ struct unit_code {
 };
 
 inline constexpr std::uint32_t printable_offset = 0x1F;  // from a slot of 7 bits alone to its unit
-inline constexpr std::uint32_t last_printable_slot = 96;
 inline constexpr std::uint32_t first_of_14_bits = 97U << 7;
 inline constexpr std::uint32_t first_of_20_bits = 113U << 13;
 inline constexpr std::uint32_t units_of_20_bits = 0x10000 - 0x880;
