@@ -74,6 +74,16 @@ shape ordered(std::string name, const std::vector<std::string>& columns, Keys ke
   return {std::move(name), make, sql, std::move(floor)};
 }
 
+// The first ten rows of an order.
+template <class Keys>
+shape first_of(std::string name, const std::string& column, Keys keys, const std::string& sql, floor_loop floor) {
+  const auto make = [column, keys](query& q, std::size_t) {
+    const table_variable t = q.over("item", "t");
+    return project({t[column]}, limit(lit(10), lit(0), order(keys(t), scan(t, "by_id"))));
+  };
+  return {std::move(name), make, sql, std::move(floor)};
+}
+
 shape limited() {
   const auto make = [](query& q, std::size_t rows) {
     const table_variable t = q.over("item", "t");
@@ -131,6 +141,18 @@ std::vector<shape> collecting_shapes() {
             return std::vector<order_key>{ascending(t["b"]), descending(t["v"])};
           },
           "SELECT id, b, v FROM item ORDER BY b, v DESC", reads({"b", "v", "id", "b", "v"})),
+      first_of(
+          "order_int_first", "v", [](const auto& t) { return std::vector<order_key>{ascending(t["v"])}; },
+          "SELECT v FROM item ORDER BY v LIMIT 10", reads({"v"})),
+      first_of(
+          "order_text_first", "name", [](const auto& t) { return std::vector<order_key>{ascending(t["name"])}; },
+          "SELECT name FROM item ORDER BY name LIMIT 10", reads({}, {"name"})),
+      first_of(
+          "order_two_first", "v",
+          [](const auto& t) {
+            return std::vector<order_key>{ascending(t["b"]), descending(t["v"])};
+          },
+          "SELECT v FROM item ORDER BY b, v DESC LIMIT 10", reads({"b", "v"})),
       limited(),
       united(),
   };

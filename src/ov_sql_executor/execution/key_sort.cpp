@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <boost/sort/pdqsort/pdqsort.hpp>
+#include <utility>
 #include <variant>
 
-#include "ov_sql_executor/values/sort_order.hpp"
 #include "ov_sql_executor/values/sort_prefix.hpp"
 
 namespace ov::sql_executor {
@@ -16,85 +16,122 @@ using operator_library::NullValue;
 // Below this, comparing whole keys costs less than preparing prefixes.
 constexpr std::ptrdiff_t short_run = 12;
 
+// So many rows of a longer input are sorted first, since often nobody asks for more. Finding them costs little more
+// than one pass over the prefixes.
+constexpr std::ptrdiff_t first_rows = 1000;
+constexpr std::ptrdiff_t many_rows = 4 * first_rows;
+
+// So many rows at least are handed out at a time.
+constexpr std::ptrdiff_t rows_at_once = 250;
+
+bool has_less_prefix(const key_sort::entry& left, const key_sort::entry& right) { return left.prefix < right.prefix; }
+bool has_same_prefix(const key_sort::entry& left, const key_sort::entry& right) { return left.prefix == right.prefix; }
+
+bool is_its_prefix(const value_view& key) {
+  return std::visit([]<class Key>(const Key& /*held*/) { return fits_sort_prefix<Key>; }, key);
+}
+
 }  // namespace
 
-std::vector<std::size_t> key_sort::sorted_rows(std::size_t count) {
-  std::vector<entry> rows(count);
-  for (std::size_t i = 0; i < count; ++i) rows[i].row = i;
-  put_off({rows.begin(), rows.end(), 0});
-  while (!unsorted_.empty()) {
-    const run next = unsorted_.back();
-    unsorted_.pop_back();
-    sort(next);
+void key_sort::start(std::size_t count) {
+  rows_.resize(count);
+  for (std::size_t i = 0; i < count; ++i) rows_[i].row = i;
+  given_ = sorted_ = rows_.begin();
+  const run all{rows_.begin(), rows_.end(), 0};
+  if (are_comparable()) {
+    unsorted_.reserve(std::min(count, 3 * ascending_.size() + 1));  // three runs for each key, none of them empty
+    put_off(all);
+  } else {
+    sort_by_comparison(all);
   }
-  std::vector<std::size_t> numbers(count);
-  std::transform(rows.begin(), rows.end(), numbers.begin(), [](const entry& each) { return each.row; });
-  return numbers;
 }
+
+std::span<const key_sort::entry> key_sort::next_rows() {
+  while (sorted_ - given_ < rows_at_once && !unsorted_.empty()) sort_further();
+  if (unsorted_.empty()) {  // the keys have done their work
+    keys_ = {};
+    keeper_.release();
+  }
+  return {std::exchange(given_, sorted_), sorted_};
+}
+
+bool key_sort::are_comparable() const { return std::all_of(kinds_.begin(), kinds_.end(), is_sortable); }
 
 void key_sort::put_off(const run& rows) {
-  if (rows.end - rows.begin > 1 && rows.key < ascending_.size()) unsorted_.push_back(rows);
+  if (rows.begin != rows.end) unsorted_.push_back(rows);
 }
 
-void key_sort::sort(const run& rows) {
-  if (rows.end - rows.begin < short_run) return sort_by_comparison(rows);
-  const iterator middle = divide_nulls(rows);
-  const bool nulls_first = ascending_[rows.key];
-  put_off(nulls_first ? run{rows.begin, middle, rows.key + 1} : run{middle, rows.end, rows.key + 1});
-  sort_values(nulls_first ? run{middle, rows.end, rows.key} : run{rows.begin, middle, rows.key});
-}
-
-// NULL is the lowest key, which a prefix cannot say. Returns where the ones end and the others begin.
-key_sort::iterator key_sort::divide_nulls(const run& rows) const {
-  return std::partition(rows.begin, rows.end, [&](const entry& each) {
-    return std::holds_alternative<NullValue>(key_of(each, rows.key)) == ascending_[rows.key];
-  });
-}
-
-void key_sort::sort_values(const run& rows) {
-  if (rows.begin == rows.end) return;
-  const prefixes found = read_prefixes(rows);
-  if (found == prefixes::none) return sort_by_comparison(rows);
-  boost::sort::pdqsort_branchless(rows.begin, rows.end,
-                                  [](const entry& left, const entry& right) { return left.prefix < right.prefix; });
-  for (iterator begin = rows.begin; begin != rows.end;) {
-    const iterator end =
-        std::find_if(begin + 1, rows.end, [&](const entry& each) { return each.prefix != begin->prefix; });
-    if (end - begin > 1) sort_equals({begin, end, rows.key}, found);
-    begin = end;
+// Sorts the beginning of what is left, or divides it into runs that come nearer to being sorted.
+void key_sort::sort_further() {
+  const run next = unsorted_.back();
+  unsorted_.pop_back();
+  if (next.key == ascending_.size()) {
+    sorted_ = next.end;
+  } else if (next.end - next.begin < short_run) {
+    sort_by_comparison(next);
+  } else if (next.done == step::unread) {
+    read(next);
+  } else if (next.done == step::unsorted) {
+    sort_prefixes(next);
+  } else {
+    sort_equals(next);
   }
 }
 
-// None where two of the keys cannot be compared: then nothing but the comparison itself can say why.
-key_sort::prefixes key_sort::read_prefixes(const run& rows) const {
+// NULL is the lowest key, which a prefix cannot say.
+void key_sort::read(const run& rows) {
+  const bool nulls_first = ascending_[rows.key];
+  const iterator middle = std::partition(rows.begin, rows.end, [&](const entry& each) {
+    return std::holds_alternative<NullValue>(key_of(each, rows.key)) == nulls_first;
+  });
+  const run nulls{nulls_first ? rows.begin : middle, nulls_first ? middle : rows.end, rows.key + 1};
+  const run values{nulls_first ? middle : rows.begin, nulls_first ? rows.end : middle, rows.key, step::unsorted};
+  if (values.begin != values.end) read_prefixes(values);
+  put_off(nulls_first ? values : nulls);
+  put_off(nulls_first ? nulls : values);
+}
+
+// Of keys of one alternative.
+void key_sort::read_prefixes(const run& rows) const {
   const std::uint64_t turned = ascending_[rows.key] ? 0 : ~std::uint64_t{0};
-  return std::visit(
+  std::visit(
       [&]<class Key>(const Key& /*first*/) {
-        if constexpr (std::same_as<Key, std::monostate> || std::same_as<Key, NullValue>) {
-          return prefixes::none;
-        } else {
-          const bool are_all_read = std::all_of(rows.begin, rows.end, [&](entry& each) {
-            const Key* const key = std::get_if<Key>(&key_of(each, rows.key));
-            if (key == nullptr) return false;
-            if constexpr (floating_alternative<Key>) {
-              if (std::isnan(*key)) return false;
-            }
-            each.prefix = sort_prefix(*key) ^ turned;
-            return true;
-          });
-          if (!are_all_read) return prefixes::none;
-          return fits_sort_prefix<Key> ? prefixes::whole_keys : prefixes::beginnings;
+        if constexpr (!std::same_as<Key, std::monostate> && !std::same_as<Key, NullValue>) {
+          for (entry& each : std::span(rows.begin, rows.end)) {
+            each.prefix = sort_prefix(*std::get_if<Key>(&key_of(each, rows.key))) ^ turned;
+          }
         }
       },
       key_of(*rows.begin, rows.key));
 }
 
-// Rows with the same prefix.
-void key_sort::sort_equals(const run& rows, prefixes found) {
-  if (found == prefixes::whole_keys || are_all_equal(rows)) {
-    put_off({rows.begin, rows.end, rows.key + 1});
+void key_sort::sort_prefixes(const run& rows) {
+  const std::ptrdiff_t before = rows.begin - rows_.begin();
+  iterator middle = rows.end;
+  if (before < first_rows && rows.end - rows.begin > many_rows) {
+    middle = rows_.begin() + first_rows;
+    std::partial_sort(rows.begin, middle, rows.end, has_less_prefix);
+    const entry& last = *(middle - 1);
+    middle = std::partition(middle, rows.end, [last](const entry& each) { return has_same_prefix(each, last); });
   } else {
-    sort_by_comparison(rows);
+    boost::sort::pdqsort_branchless(rows.begin, rows.end, has_less_prefix);
+  }
+  put_off({middle, rows.end, rows.key, step::unsorted});
+  put_off({rows.begin, middle, rows.key, step::sorted});
+}
+
+// Passes the rows whose prefixes differ, up to the first that have the same one.
+void key_sort::sort_equals(const run& rows) {
+  sorted_ = std::adjacent_find(rows.begin, rows.end, has_same_prefix);
+  if (sorted_ == rows.end) return;
+  const run equals{
+      sorted_, std::find_if(sorted_, rows.end, [this](const entry& each) { return !has_same_prefix(each, *sorted_); }),
+      rows.key};
+  put_off({equals.end, rows.end, rows.key, step::sorted});
+  if (is_its_prefix(key_of(*sorted_, rows.key)) || are_all_equal(equals)) {
+    put_off({equals.begin, equals.end, rows.key + 1});
+  } else {
+    sort_by_comparison(equals);
   }
 }
 
@@ -104,13 +141,15 @@ bool key_sort::are_all_equal(const run& rows) const {
                      [&](const entry& each) { return sort_order(first, key_of(each, rows.key)) == 0; });
 }
 
-void key_sort::sort_by_comparison(const run& rows) const {
+void key_sort::sort_by_comparison(const run& rows) {
   boost::sort::pdqsort(rows.begin, rows.end, [this, &rows](const entry& left, const entry& right) {
     return goes_before(left, right, rows.key);
   });
+  sorted_ = rows.end;
 }
 
 bool key_sort::goes_before(const entry& left, const entry& right, std::size_t key) const {
+  if (left.row == right.row) return false;  // sorting asks so, too, and a NaN cannot answer
   for (; key < ascending_.size(); ++key) {
     const std::strong_ordering order = sort_order(key_of(left, key), key_of(right, key));
     if (order != 0) return ascending_[key] ? order < 0 : order > 0;

@@ -1,5 +1,6 @@
 #include "ov_sql_executor/execution/order_by.hpp"
 
+#include <span>
 #include <utility>
 
 #include "ov_sql_executor/execution/kept_rows.hpp"
@@ -13,28 +14,35 @@ namespace {
 class order_by_enumerator final : public row_source {
  public:
   order_by_enumerator(row_source& child, const std::vector<operators::operand>& keys,
-                      const std::vector<bool>& ascending, execution_context& context) {
-    key_sort sort(ascending);
+                      const std::vector<bool>& ascending, execution_context& context)
+      : sort_(ascending) {
     const std::size_t size = context.row_stack.size();
     value room;
     while (child.push_next(context)) {
-      for (const operators::operand& key : keys) sort.add_key(key.lend(context, room));
+      for (const operators::operand& key : keys) sort_.add_key(key.lend(context, room));
       rows_.take(context, size);
     }
-    order_ = sort.sorted_rows(rows_.size());
+    sort_.start(rows_.size());
   }
 
   bool push_next(execution_context& context) override {
     constexpr std::size_t ahead = 16;
-    if (cursor_ == order_.size()) return false;
-    if (order_.size() - cursor_ > ahead) rows_.expect(order_[cursor_ + ahead]);
-    rows_.give(order_[cursor_++], context);
+    if (cursor_ == sorted_.size() && !sort_more()) return false;
+    if (sorted_.size() - cursor_ > ahead) rows_.expect(sorted_[cursor_ + ahead].row);
+    rows_.give(sorted_[cursor_++].row, context);
     return true;
   }
 
  private:
+  bool sort_more() {
+    sorted_ = sort_.next_rows();
+    cursor_ = 0;
+    return !sorted_.empty();
+  }
+
   kept_rows rows_;
-  std::vector<std::size_t> order_;  // of the rows, by number
+  key_sort sort_;
+  std::span<const key_sort::entry> sorted_;  // rows in order, some of which have gone
   std::size_t cursor_ = 0;
 };
 

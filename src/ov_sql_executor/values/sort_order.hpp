@@ -1,7 +1,12 @@
 #ifndef OV_SQL_EXECUTOR_VALUES_SORT_ORDER_HPP_
 #define OV_SQL_EXECUTOR_VALUES_SORT_ORDER_HPP_
 
+#include <bit>
+#include <cmath>
 #include <compare>
+#include <cstdint>
+#include <type_traits>
+#include <variant>
 
 #include "ov_sql_executor/values/value_view.hpp"
 
@@ -11,6 +16,25 @@ namespace ov::sql_executor {
 // std::logic_error "incompatible types" for two values of different alternatives, db_exception out_of_range for a NaN
 // on either side and std::bad_variant_access for the view of a valueless value.
 std::strong_ordering sort_order(const value_view& left, const value_view& right);
+
+// What there is among some values: a bit for each alternative, and one for NaNs.
+using sort_kinds = std::uint32_t;
+
+inline sort_kinds sort_kind(const value_view& each) {
+  const sort_kinds kind = sort_kinds{1} << each.index();
+  const auto* const number = std::get_if<double>(&each);
+  const auto* const small_number = std::get_if<float>(&each);
+  const bool is_nan =
+      (number != nullptr && std::isnan(*number)) || (small_number != nullptr && std::isnan(*small_number));
+  return is_nan ? kind | sort_kinds{1} << view_count : kind;
+}
+
+// Whether sort_order has an answer for any two of them.
+inline bool is_sortable(sort_kinds kinds) {
+  constexpr sort_kinds null = sort_kinds{1} << (view_count - 1);
+  static_assert(std::is_same_v<std::variant_alternative_t<view_count - 1, value_view>, operator_library::NullValue>);
+  return std::popcount(kinds & ~null) <= 1;
+}
 
 }  // namespace ov::sql_executor
 

@@ -15,6 +15,9 @@ class view_keeper {
   // Appends a view of what this one shows. Throws std::bad_variant_access for the view of a valueless value.
   void append_to(std::vector<value_view>& list, const value_view& view);
 
+  // Frees what the views show; none of them may be looked at any more.
+  void release() { memory_.release(); }
+
  private:
   template <class Unit>
   const Unit* copy(const Unit* units, std::size_t count);

@@ -1,0 +1,109 @@
+#include "ov_sql_executor/execution/key_sort.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <numeric>
+#include <random>
+#include <stdexcept>
+
+#include "ov_sql_executor/errors/db_exception.hpp"
+
+namespace {
+
+using namespace ov::sql_executor;
+using operator_library::NullValue;
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+// One of so many keys of an alternative, or NULL for the first of them.
+value_view key_of(int alternative, int number) {
+  static constexpr std::array<std::uint8_t, 12> texts[] = {{0x80, 'b', 'e', 'g', 'i', 'n', 'n', 'i', 'n', 'g', 's', 1},
+                                                           {0x80, 'b', 'e', 'g', 'i', 'n', 'n', 'i', 'n', 'g', 's', 2},
+                                                           {0x80, 'o', 'f', ' ', 't', 'e', 'x', 't', 's', ',', ' ', 3}};
+  if (number == 0) return NullValue();
+  if (alternative == 0) return std::int64_t{number} * (number % 2 == 0 ? 1 : -1);
+  if (alternative == 1) return static_cast<double>(number) / -4;
+  return text_view{texts[number % 3]};
+}
+
+std::vector<std::size_t> sorted(key_sort& sort, std::size_t count) {
+  std::vector<std::size_t> rows;
+  sort.start(count);
+  for (auto next = sort.next_rows(); !next.empty(); next = sort.next_rows()) {
+    for (const key_sort::entry& each : next) rows.push_back(each.row);
+  }
+  return rows;
+}
+
+// Long inputs are sorted in parts: few values and many, kinds of keys, directions and patterns of the input.
+TEST(KeySort, EveryRowComesOnceAndInOrder) {
+  std::mt19937 random(20);
+  const std::size_t counts[] = {0, 1, 11, 200, 3999, 5000, 9000};
+  const int numbers_of_keys[] = {1, 2, 40, 1 << 20};
+  for (int round = 0; round < 150; ++round) {
+    const std::size_t count = counts[random() % std::size(counts)];
+    const std::size_t width = 1 + random() % 3;
+    const bool is_rising = random() % 3 == 0;
+    std::vector<bool> ascending;
+    std::vector<int> kinds;
+    std::vector<int> different;
+    for (std::size_t i = 0; i < width; ++i) {
+      ascending.push_back(random() % 2 == 0);
+      kinds.push_back(static_cast<int>(random() % 3));
+      different.push_back(numbers_of_keys[random() % std::size(numbers_of_keys)]);
+    }
+    std::vector<value_view> keys;
+    key_sort sort(ascending);
+    for (std::size_t row = 0; row < count; ++row) {
+      for (std::size_t i = 0; i < width; ++i) {
+        const auto number = static_cast<int>(is_rising ? row : random() >> 1);
+        keys.push_back(key_of(kinds[i], number % different[i]));
+        sort.add_key(keys.back());
+      }
+    }
+    const std::vector<std::size_t> rows = sorted(sort, count);
+    std::vector<std::size_t> numbers(rows);
+    std::sort(numbers.begin(), numbers.end());
+    std::vector<std::size_t> all(count);
+    std::iota(all.begin(), all.end(), 0);
+    ASSERT_EQ(numbers, all) << "round " << round;
+    const auto goes_before = [&](std::size_t left, std::size_t right) {
+      for (std::size_t i = 0; i < width; ++i) {
+        const auto order = sort_order(keys[left * width + i], keys[right * width + i]);
+        if (order != 0) return ascending[i] ? order < 0 : order > 0;
+      }
+      return false;
+    };
+    ASSERT_TRUE(std::is_sorted(rows.begin(), rows.end(), goes_before)) << "round " << round;
+  }
+}
+
+// The second key decides between rows whose first keys are equal, and only there may it not be comparable.
+TEST(KeySort, KeysThatCannotBeComparedFailBeforeTheFirstRow) {
+  const std::vector<bool> ascending = {true, false};
+  const struct {
+    std::size_t equal_first_keys;
+    value_view second_key;
+  } cases[] = {{1, nan}, {2, nan}, {1, true}, {2, true}};
+  for (const auto& each : cases) {
+    for (const std::size_t count : {3U, 6000U}) {
+      key_sort sort(ascending);
+      for (std::size_t row = 0; row < count; ++row) {
+        sort.add_key(std::uint64_t{row / each.equal_first_keys});
+        sort.add_key(row == 1 ? each.second_key : value_view(1.5));
+      }
+      if (each.equal_first_keys == 1) {
+        EXPECT_EQ(sorted(sort, count).size(), count);
+      } else if (std::holds_alternative<bool>(each.second_key)) {
+        EXPECT_THROW(sort.start(count), std::logic_error);
+      } else {
+        EXPECT_THROW(sort.start(count), db_util::db_exception);
+      }
+    }
+  }
+}
+
+}  // namespace
