@@ -103,6 +103,7 @@ TEST_F(ScanKeys, columns_without_conditions_follow_the_ends) {
       {"uint64 uint64", "> i5 | >= i3", "[5,3 .. max,max]", "[max,max .. 5,3] down"},
       // Behind a column that lets nothing pass the ends stay apart.
       {"uint64 -uint64", ">= i5, < i5 | = i3", "(5,lowest .. 5,max)", "(5,max .. 5,lowest) down"},
+      {"uint64", "> i5, = NULL !", "(lowest .. lowest)", "(lowest .. lowest) down"},
       {"uint64 uint64 uint64", "= dnan | | ", "(lowest,max,max .. lowest,lowest,lowest)",
        "(lowest,lowest,lowest .. lowest,max,max) down"},
   };

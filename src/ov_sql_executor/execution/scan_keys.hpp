@@ -17,10 +17,9 @@ struct scan_keys {
   std::uint32_t flags = 0;
 };
 
-// Evaluates the conditions, column by column in key order, and writes the keys into an empty
-// scan_keys. Throws std::logic_error for a float or
-// double key column, before any bound of that column is evaluated, and std::out_of_range when there are more lists of
-// conditions than key columns.
+// Evaluates the conditions, column by column in key order, and writes the keys into an empty scan_keys. Throws
+// std::logic_error for a float or double key column, before any bound of that column is evaluated, and
+// std::out_of_range when there are more lists of conditions than key columns.
 void write_scan_keys(const std::vector<std::vector<key_condition>>& ranges,
                      const std::vector<meta_data::key_column>& key_columns, bool ascending, execution_context& context,
                      scan_keys& keys);
