@@ -26,6 +26,7 @@ value_view key_of(int alternative, int number) {
   if (number == 0) return NullValue();
   if (alternative == 0) return std::int64_t{number} * (number % 2 == 0 ? 1 : -1);
   if (alternative == 1) return static_cast<double>(number) / -4;
+  if (alternative == 2) return static_cast<float>(number) / 4;
   return text_view{texts[number % 3]};
 }
 
@@ -52,7 +53,7 @@ TEST(KeySort, EveryRowComesOnceAndInOrder) {
     std::vector<int> different;
     for (std::size_t i = 0; i < width; ++i) {
       ascending.push_back(random() % 2 == 0);
-      kinds.push_back(static_cast<int>(random() % 3));
+      kinds.push_back(static_cast<int>(random() % 4));
       different.push_back(numbers_of_keys[random() % std::size(numbers_of_keys)]);
     }
     std::vector<value_view> keys;

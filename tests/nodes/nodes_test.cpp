@@ -80,6 +80,8 @@ TEST(OrderBy, sorts_by_keys_with_a_direction_each_and_null_lowest) {
   }
   EXPECT_EQ(run(order_by(given(""), columns({0}), {true})), "");
   EXPECT_EQ(run(order_by(given("(i2)(i2)"), {}, {})), "(i2)(i2)") << "no keys";
+  EXPECT_EQ(run(order_by(given("(i3)(i1 i5)(i2)"), columns({0}), {true})), "(i1 i5)(i2)(i3)")
+      << "a foreign node's rows";
 }
 
 TEST(OrderBy, refuses_what_cannot_be_ordered_when_it_is_opened) {

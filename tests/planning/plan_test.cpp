@@ -90,6 +90,10 @@ TEST_F(Planning, columns_that_are_there_are_not_read_again_and_the_first_of_equa
   EXPECT_EQ(core_shim::calls("orv_context_get_ulong"), 2U) << "once for each of two objects";
   EXPECT_EQ(rows_of_plan(project({c}, ovhost::extend({c, c.with(lit(2))}, only(t["size"])))), "(i1)(i1)");
   EXPECT_EQ(rows_of_plan(project({c}, ovhost::extend({c.with(lit(2))}, ovhost::extend({c}, all(t))))), "(i1)(i1)");
+  const ovhost::computation n = names.define("n", t["name"]);
+  EXPECT_EQ(rows_of_plan(project({t["name"], n}, ovhost::join(all(t), ovhost::extend({n}, all(t))))),
+            "('Aden' 'Aden')('Aden' 'Aden')('Bern' 'Bern')('Bern' 'Bern')")
+      << "an enclosing row's column hides the own one";
 }
 
 TEST_F(Planning, valueless_variants_are_refused_wherever_they_stand) {
