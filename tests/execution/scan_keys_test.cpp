@@ -100,6 +100,7 @@ TEST_F(ScanKeys, columns_without_conditions_follow_the_ends) {
       // A list without conditions stands for every value; the ends are those of the last list.
       {"uint64 uint64", " | = i5", "[lowest,5 .. max,5]", "[max,5 .. lowest,5] down"},
       {"uint64 uint64", "= i5 | > i3", "(5,3 .. 5,max]", "[5,max .. 5,3) down"},
+      {"uint64 uint64", "> i5 | = u3", "[5,3 .. max,3]", "[max,3 .. 5,3] down"},
       {"uint64 uint64", "> i5 | >= i3", "[5,3 .. max,max]", "[max,max .. 5,3] down"},
       // Behind a column that lets nothing pass the ends stay apart.
       {"uint64 -uint64", ">= i5, < i5 | = i3", "(5,lowest .. 5,max)", "(5,max .. 5,lowest) down"},
