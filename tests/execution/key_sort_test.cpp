@@ -27,6 +27,8 @@ value_view key_of(int alternative, int number) {
   if (alternative == 0) return std::int64_t{number} * (number % 2 == 0 ? 1 : -1);
   if (alternative == 1) return static_cast<double>(number) / -4;
   if (alternative == 2) return static_cast<float>(number) / 4;
+  if (alternative == 3) return operator_library::Decimal{number % 7 - 3};
+  if (alternative == 4) return number % 2 == 0;
   return text_view{texts[number % 3]};
 }
 
@@ -53,7 +55,7 @@ TEST(KeySort, EveryRowComesOnceAndInOrder) {
     std::vector<int> different;
     for (std::size_t i = 0; i < width; ++i) {
       ascending.push_back(random() % 2 == 0);
-      kinds.push_back(static_cast<int>(random() % 4));
+      kinds.push_back(static_cast<int>(random() % 6));
       different.push_back(numbers_of_keys[random() % std::size(numbers_of_keys)]);
     }
     std::vector<value_view> keys;

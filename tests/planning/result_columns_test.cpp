@@ -79,6 +79,7 @@ TEST_F(ResultColumns, trace_a_computed_reference_to_its_definition) {
             "9:Country")
       << "left before right";
   EXPECT_EQ(types({operation}, extend({country, operation}, all())), "9:") << "an operation's reference has no name";
+  EXPECT_EQ(types({country}, extend({country.with(ovhost::eq(lit(1), lit(1)))}, all())), "0") << "a bool after all";
   EXPECT_EQ(types({other}, extend({other.with(other)}, all())), refused) << "defined by itself";
   EXPECT_EQ(types({other}, extend({other, country.with(other)}, all())), refused) << "in a circle";
   EXPECT_EQ(types({other}, extend({whole}, all())), refused);
