@@ -7,7 +7,7 @@ them the tests find.
 Works in build/mutants, on a copy of the tree, with a quick build of its own. A fault is a change of one line: another
 relation, sign, constant or condition, or a statement left out. A mutant that does not compile does not count; one that
 a test fails on, or that runs into its time limit, is killed. Prints every survivor and, at the end,
-"mutants killed: K of N (P %)"; the exit status is 1 below 85 %. All of it takes about an hour on one core.
+"mutants killed: K of N (P %)"; the exit status is 1 below 85 %. All of it takes about three hours on one core.
 """
 
 import argparse
