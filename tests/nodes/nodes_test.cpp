@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "nodes/given_rows.hpp"
+#include "ov_sql_executor/execution/extension.hpp"
 #include "ov_sql_executor/execution/filter.hpp"
 #include "ov_sql_executor/execution/generative_assignment.hpp"
 #include "ov_sql_executor/execution/limit_offset.hpp"
@@ -82,6 +83,35 @@ TEST(OrderBy, sorts_by_keys_with_a_direction_each_and_null_lowest) {
   EXPECT_EQ(run(order_by(given("(i2)(i2)"), {}, {})), "(i2)(i2)") << "no keys";
   EXPECT_EQ(run(order_by(given("(i3)(i1 i5)(i2)"), columns({0}), {true})), "(i1 i5)(i2)(i3)")
       << "a foreign node's rows";
+}
+
+// Of a long input it drops most rows on the way, whatever lies between it and the limit.
+TEST(OrderBy, finds_the_first_rows_for_a_limit) {
+  std::mt19937 random(8);
+  for (const bool first : {true, false}) {
+    for (const bool is_shuffled : {true, false}) {
+      rows input;
+      for (int n = 20000; n > 0; --n) {
+        input.push_back({n % 50 == 0 ? null() : val("'key" + std::to_string(n / 2000) + "'"), i(n), i(-n)});
+      }
+      if (is_shuffled) std::ranges::shuffle(input, random);
+      rows sorted = input;
+      std::ranges::sort(sorted, {}, [&](const row& each) {
+        const std::int64_t number = std::get<std::int64_t>(each[1]);
+        const std::int64_t key = number % 50 == 0 ? -1 : number / 2000;
+        return std::pair(first ? key : -key, -number);
+      });
+      for (const std::uint64_t limit : {1U, 700U, 2000U, 40000U}) {
+        auto sorter = std::make_unique<order_by>(given(input), columns({0, 1}), std::vector<bool>{first, false});
+        auto wider = std::make_unique<extension>(std::move(sorter), columns({2}));
+        auto narrower = std::make_unique<projection>(std::move(wider), columns({0, 1, 3}));
+        const limit_offset node(std::move(narrower), constant(0), constant(1));
+        const auto begin = sorted.begin() + 3;
+        const auto end = begin + static_cast<std::ptrdiff_t>(std::min<std::uint64_t>(limit, sorted.size() - 3));
+        EXPECT_EQ(run(node, {}, {limit, std::uint64_t{3}}), spell(rows(begin, end))) << limit;
+      }
+    }
+  }
 }
 
 TEST(OrderBy, refuses_what_cannot_be_ordered_when_it_is_opened) {

@@ -31,4 +31,8 @@ std::unique_ptr<row_source> extension::open(execution_context& context) const {
   return std::make_unique<extension_enumerator>(expressions_, child_.open(context));
 }
 
+std::unique_ptr<row_source> extension::open_first(std::uint64_t count, execution_context& context) const {
+  return std::make_unique<extension_enumerator>(expressions_, child_.open_first(count, context));
+}
+
 }  // namespace ov::sql_executor

@@ -16,6 +16,7 @@ class extension final : public source_node {
   extension(std::unique_ptr<node> child, std::vector<std::unique_ptr<operators::operator_base>> expressions);
 
   std::unique_ptr<row_source> open(execution_context& context) const override;
+  std::unique_ptr<row_source> open_first(std::uint64_t count, execution_context& context) const override;
 
  private:
   input child_;

@@ -16,10 +16,10 @@ using operator_library::NullValue;
 // Below this, comparing whole keys costs less than preparing prefixes.
 constexpr std::ptrdiff_t short_run = 12;
 
-// So many rows of a longer input are sorted first, since often nobody asks for more. Finding them costs little more
-// than one pass over the prefixes.
-constexpr std::ptrdiff_t first_rows = 1000;
-constexpr std::ptrdiff_t many_rows = 4 * first_rows;
+// So many rows at most of a longer input are sorted first, since often nobody asks for more. Finding them costs little
+// more than one pass over the prefixes.
+constexpr std::ptrdiff_t most_first_rows = 1000;
+constexpr std::ptrdiff_t many_rows = 4 * most_first_rows;
 
 // So many rows at least are handed out at a time.
 constexpr std::ptrdiff_t rows_at_once = 250;
@@ -33,10 +33,16 @@ bool is_its_prefix(const value_view& key) {
 
 }  // namespace
 
+key_sort::key_sort(const std::vector<bool>& ascending, std::uint64_t wanted)
+    : ascending_(ascending),
+      first_rows_(static_cast<std::ptrdiff_t>(std::min<std::uint64_t>(wanted, most_first_rows))),
+      kinds_(ascending.size()) {}
+
 void key_sort::start(std::size_t count) {
   rows_.resize(count);
   for (std::size_t i = 0; i < count; ++i) rows_[i].row = i;
   given_ = sorted_ = rows_.begin();
+  unsorted_.clear();
   const run all{rows_.begin(), rows_.end(), 0};
   if (are_comparable()) {
     unsorted_.reserve(std::min(count, 3 * ascending_.size() + 1));  // three runs for each key, none of them empty
@@ -44,6 +50,22 @@ void key_sort::start(std::size_t count) {
   } else {
     sort_by_comparison(all);
   }
+}
+
+std::vector<std::size_t> key_sort::keep_first(std::size_t wanted, std::size_t count) {
+  start(count);
+  std::vector<std::size_t> kept;
+  std::vector<value_view> keys;
+  view_keeper keeper;
+  for (iterator each = rows_.begin(); kept.size() < wanted && each != rows_.end(); ++each) {
+    while (each == sorted_) sort_further();
+    kept.push_back(each->row);
+    for (std::size_t key = 0; key < ascending_.size(); ++key) keeper.append_to(keys, key_of(*each, key));
+  }
+  keys_.clear();
+  keeper_.release();
+  for (const value_view& key : keys) keeper_.append_to(keys_, key);
+  return kept;
 }
 
 std::span<const key_sort::entry> key_sort::next_rows() {
@@ -108,8 +130,8 @@ void key_sort::read_prefixes(const run& rows) const {
 void key_sort::sort_prefixes(const run& rows) {
   const std::ptrdiff_t before = rows.begin - rows_.begin();
   iterator middle = rows.end;
-  if (before < first_rows && rows.end - rows.begin > many_rows) {
-    middle = rows_.begin() + first_rows;
+  if (before < first_rows_ && rows.end - rows.begin > many_rows) {
+    middle = rows_.begin() + first_rows_;
     std::partial_sort(rows.begin, middle, rows.end, has_less_prefix);
     const entry& last = *(middle - 1);
     middle = std::partition(middle, rows.end, [last](const entry& each) { return has_same_prefix(each, last); });

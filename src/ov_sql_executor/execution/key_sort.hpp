@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -25,8 +26,9 @@ class key_sort {
     std::size_t row;
   };
 
-  // Whether each key is ascending. The list must stay.
-  explicit key_sort(const std::vector<bool>& ascending) : ascending_(ascending), kinds_(ascending.size()) {}
+  // Whether each key is ascending, a list that must stay, and how many rows will be asked for at most.
+  explicit key_sort(const std::vector<bool>& ascending,
+                    std::uint64_t wanted = std::numeric_limits<std::uint64_t>::max());
 
   // The next key of the row that is being added: every row has as many as there are directions.
   void add_key(const value_view& key) {
@@ -38,6 +40,10 @@ class key_sort {
   // To be called once, behind the last key, with the number of rows, which were added in the order 0, 1, 2...
   // Throws what sort_order throws for two keys that decide the order of their rows.
   void start(std::size_t count);
+
+  // Drops all rows but the first so many of those added so far, and returns the numbers that these had. They have new
+  // ones now, in this order. Throws what start throws.
+  std::vector<std::size_t> keep_first(std::size_t wanted, std::size_t count);
 
   // The next rows in the order of their keys, at least one unless there are no more; rows with equal keys come in no
   // particular order. The span is good until this is called again. Asks for no memory and throws nothing.
@@ -71,6 +77,7 @@ class key_sort {
   bool are_all_equal(const run& rows) const;
 
   const std::vector<bool>& ascending_;
+  const std::ptrdiff_t first_rows_;  // so many rows of a longer input are sorted first
   view_keeper keeper_;
   std::vector<value_view> keys_;   // row after row
   std::vector<sort_kinds> kinds_;  // of each key, in all the rows

@@ -1,6 +1,7 @@
 #include "ov_sql_executor/execution/limit_offset.hpp"
 
 #include <cstdint>
+#include <limits>
 
 #include "ov_sql_executor/errors/db_exception.hpp"
 #include "ov_sql_executor/execution/stack_row.hpp"
@@ -33,6 +34,11 @@ std::uint64_t row_count(const value& any) {
   throw db_util::db_exception{db_util::type_error};
 }
 
+std::uint64_t sum_or_most(std::uint64_t left, std::uint64_t right) {
+  return left > std::numeric_limits<std::uint64_t>::max() - right ? std::numeric_limits<std::uint64_t>::max()
+                                                                  : left + right;
+}
+
 // Whether there were as many rows.
 bool skip(row_source& rows, std::uint64_t count, execution_context& context) {
   const std::size_t size = context.row_stack.size();
@@ -50,7 +56,7 @@ std::unique_ptr<row_source> limit_offset::open(execution_context& context) const
   const value offset_value = offset_.evaluate(context);
   const std::uint64_t limit = row_count(limit_value);
   const std::uint64_t offset = row_count(offset_value);
-  std::unique_ptr<row_source> child = child_.open(context);
+  std::unique_ptr<row_source> child = child_.open_first(sum_or_most(limit, offset), context);
   const bool has_rows = skip(*child, offset, context);
   return std::make_unique<limit_offset_enumerator>(has_rows ? limit : 0, std::move(child));
 }

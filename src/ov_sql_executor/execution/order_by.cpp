@@ -1,5 +1,7 @@
 #include "ov_sql_executor/execution/order_by.hpp"
 
+#include <algorithm>
+#include <limits>
 #include <span>
 #include <utility>
 
@@ -11,16 +13,27 @@ namespace ov::sql_executor {
 
 namespace {
 
+// So many rows are kept until all but the wanted ones are dropped: the more at a time, the less often the wanted ones
+// are sorted again, but all of them should stay near the processor.
+std::uint64_t room_for(std::uint64_t wanted) {
+  constexpr std::uint64_t least = 1 << 13;
+  constexpr std::uint64_t times = 8;
+  if (wanted == 0 || wanted > std::numeric_limits<std::uint64_t>::max() / times) return 0;
+  return std::max(least, times * wanted);
+}
+
 class order_by_enumerator final : public row_source {
  public:
   order_by_enumerator(row_source& child, const std::vector<operators::operand>& keys,
-                      const std::vector<bool>& ascending, execution_context& context)
-      : sort_(ascending) {
+                      const std::vector<bool>& ascending, std::uint64_t wanted, execution_context& context)
+      : sort_(ascending, wanted) {
+    const std::uint64_t most_kept = room_for(wanted);
     const std::size_t size = context.row_stack.size();
     value room;
     while (child.push_next(context)) {
       for (const operators::operand& key : keys) sort_.add_key(key.lend(context, room));
       rows_.take(context, size);
+      if (rows_.size() == most_kept) drop_all_but(wanted, context);
     }
     sort_.start(rows_.size());
   }
@@ -34,6 +47,17 @@ class order_by_enumerator final : public row_source {
   }
 
  private:
+  // Of the rows so far.
+  void drop_all_but(std::uint64_t count, execution_context& context) {
+    const std::size_t size = context.row_stack.size();
+    kept_rows first;
+    for (const std::size_t row : sort_.keep_first(count, rows_.size())) {
+      rows_.give(row, context);
+      first.take(context, size);
+    }
+    rows_ = std::move(first);
+  }
+
   bool sort_more() {
     sorted_ = sort_.next_rows();
     cursor_ = 0;
@@ -53,8 +77,12 @@ order_by::order_by(std::unique_ptr<node> child, std::vector<std::unique_ptr<oper
     : child_(std::move(child)), keys_(operators::to_operands(std::move(keys))), directions_(std::move(directions)) {}
 
 std::unique_ptr<row_source> order_by::open(execution_context& context) const {
+  return open_first(std::numeric_limits<std::uint64_t>::max(), context);
+}
+
+std::unique_ptr<row_source> order_by::open_first(std::uint64_t count, execution_context& context) const {
   const std::unique_ptr<row_source> child = child_.open(context);
-  return std::make_unique<order_by_enumerator>(*child, keys_, directions_, context);
+  return std::make_unique<order_by_enumerator>(*child, keys_, directions_, count, context);
 }
 
 }  // namespace ov::sql_executor

@@ -10,14 +10,16 @@
 namespace ov::sql_executor {
 
 // The child's rows, sorted by the keys, the first one most significant; true in directions is ascending. NULL is
-// lowest. Everything is read and sorted when the enumerator is created, which throws what comparing and evaluating keys
-// throw. Rows with equal keys come in no particular order.
+// lowest. Everything is read when the enumerator is created, which throws what comparing and evaluating keys throw.
+// Rows with equal keys come in no particular order. Where only the first rows are wanted, the others are dropped on the
+// way; rows that come later are not compared with them.
 class order_by final : public source_node {
  public:
   order_by(std::unique_ptr<node> child, std::vector<std::unique_ptr<operators::operator_base>> keys,
            std::vector<bool> directions);
 
   std::unique_ptr<row_source> open(execution_context& context) const override;
+  std::unique_ptr<row_source> open_first(std::uint64_t count, execution_context& context) const override;
 
  private:
   input child_;

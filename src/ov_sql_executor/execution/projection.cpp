@@ -47,4 +47,8 @@ std::unique_ptr<row_source> projection::open(execution_context& context) const {
   return std::make_unique<projection_enumerator>(items_, child_.open(context));
 }
 
+std::unique_ptr<row_source> projection::open_first(std::uint64_t count, execution_context& context) const {
+  return std::make_unique<projection_enumerator>(items_, child_.open_first(count, context));
+}
+
 }  // namespace ov::sql_executor

@@ -38,6 +38,11 @@ std::unique_ptr<row_source> input::open(execution_context& context) const {
   return std::make_unique<adapted_source>(std::unique_ptr<enumerator>(child_->create_enumerator(context)));
 }
 
+std::unique_ptr<row_source> input::open_first(std::uint64_t count, execution_context& context) const {
+  if (const source_node* own = child_.own()) return own->open_first(count, context);
+  return open(context);
+}
+
 void input::reopen(std::unique_ptr<row_source>& used, execution_context& context) const {
   if (const source_node* own = child_.own()) return own->reopen(used, context);
   used = open(context);

@@ -2,6 +2,7 @@
 #ifndef OV_SQL_EXECUTOR_EXECUTION_ROW_SOURCE_HPP_
 #define OV_SQL_EXECUTOR_EXECUTION_ROW_SOURCE_HPP_
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -28,6 +29,11 @@ class source_node : public error_handling::destroyed_in_turn<node> {
  public:
   virtual std::unique_ptr<row_source> open(execution_context& context) const = 0;
 
+  // The same for somebody who asks for no more than so many rows, which may save keeping the others.
+  virtual std::unique_ptr<row_source> open_first(std::uint64_t /*count*/, execution_context& context) const {
+    return open(context);
+  }
+
   // Opens in place of a source that this node opened before and that nobody needs any more. The new one is there before
   // anything of the old one goes, which stays if opening throws; its memory may serve again.
   virtual void reopen(std::unique_ptr<row_source>& used, execution_context& context) const { used = open(context); }
@@ -42,7 +48,8 @@ class input {
 
   std::unique_ptr<row_source> open(execution_context& context) const;
 
-  // See source_node::reopen.
+  // See source_node.
+  std::unique_ptr<row_source> open_first(std::uint64_t count, execution_context& context) const;
   void reopen(std::unique_ptr<row_source>& used, execution_context& context) const;
 
  private:
