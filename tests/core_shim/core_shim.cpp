@@ -11,9 +11,9 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <string>
 #include <utility>
 
-#include "core_shim/key_bytes.hpp"
 #include "ovcoredb/ovcoredb.h"
 
 namespace core_shim {
@@ -35,8 +35,7 @@ struct records {
   std::map<std::string, std::uint64_t, std::less<>> calls;
   std::optional<planned_failure> failure;
   std::uint64_t failures = 0;
-  std::string key_shape;
-  std::vector<opened_range> ranges;
+  std::vector<std::uint32_t> opening_flags;
 };
 
 records now;
@@ -89,16 +88,10 @@ Function* next_definition(const char* name) {
   return reinterpret_cast<Function*>(found);
 }
 
-void record_opening(std::uint64_t index, std::uint32_t flags, const std::uint8_t* first, const std::uint8_t* last,
-                    std::uint64_t iterator) {
+void record_opening(std::uint32_t flags, std::uint64_t iterator) {
   const stay in(place::shim);
   open.insert(iterator);
-  opened_range range{index, flags, {}, {}};
-  if (!now.key_shape.empty()) {
-    range.first = key_bytes(first, now.key_shape);
-    range.last = key_bytes(last, now.key_shape);
-  }
-  now.ranges.push_back(std::move(range));
+  now.opening_flags.push_back(flags);
 }
 
 void forget(std::uint64_t iterator) {
@@ -136,8 +129,7 @@ void fail_call(std::string_view name, std::uint64_t k, std::uint32_t status, rep
   now.failure = {std::string(name), k, status, how};
 }
 
-void watch_keys(std::string shape) { now.key_shape = std::move(shape); }
-const std::vector<opened_range>& opened_ranges() { return now.ranges; }
+const std::vector<std::uint32_t>& opening_flags() { return now.opening_flags; }
 
 }  // namespace core_shim
 
@@ -200,7 +192,7 @@ uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, uint32_t 
   };
   const std::uint32_t status = create();
   if (status != ORV_OK) return status;
-  record_opening(index, flags, first_key, last_key, *iterator);
+  record_opening(flags, *iterator);
   return status;
 }
 

@@ -6,13 +6,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <vector>
 
 namespace core_shim {
 
-// Forgets counts, records, failures to come and the keys to watch. Iterators that are open stay open.
+// Forgets counts, records and failures to come. Iterators that are open stay open.
 void reset();
 
 std::uint64_t calls();                       // of all names
@@ -37,20 +36,8 @@ void fail_call(std::string_view name, std::uint64_t k, std::uint32_t status, rep
 // Calls that were made to fail since the last reset.
 std::uint64_t failures();
 
-// An iterator that was opened. The keys are empty unless they are watched.
-struct opened_range {
-  std::uint64_t index = 0;
-  std::uint32_t flags = 0;
-  std::vector<std::uint8_t> first;
-  std::vector<std::uint8_t> last;
-};
-
-// Where a key ends depends on the types of its columns: one letter for each, n for numbers and b for texts, set
-// specifiers and binaries. Throws std::logic_error through the caller when a key of that shape is not well formed.
-void watch_keys(std::string shape);
-
-// In the order of opening, since the last reset.
-const std::vector<opened_range>& opened_ranges();
+// The flags of the iterators opened since the last reset, in order.
+const std::vector<std::uint32_t>& opening_flags();
 
 }  // namespace core_shim
 

@@ -59,8 +59,8 @@ TEST_F(DbIterator, walks_from_key_to_key_both_included) {
   EXPECT_EQ(walk(10, 30), "231");
   EXPECT_EQ(walk(11, 20), "3");
   EXPECT_EQ(walk(21, 29), "") << "an empty range";
-  ASSERT_EQ(core_shim::opened_ranges().size(), 3U);
-  EXPECT_EQ(core_shim::opened_ranges()[0].flags, 0x70U);
+  ASSERT_EQ(core_shim::opening_flags().size(), 3U);
+  EXPECT_EQ(core_shim::opening_flags()[0], 0x70U);
   EXPECT_EQ(core_shim::calls("orv_iterator_free"), 3U);
 }
 

@@ -2,6 +2,6 @@
 #include "fuzz/checks.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  tests::fuzz::OV_FUZZ_CHECK({data, size});
+  fuzz::OV_FUZZ_CHECK({data, size});
   return 0;
 }

@@ -1,11 +1,11 @@
 // What each fuzzing target does with its input. A broken promise ends the process with a message.
-#ifndef TESTS_FUZZ_CHECKS_HPP_
-#define TESTS_FUZZ_CHECKS_HPP_
+#ifndef FUZZ_CHECKS_HPP_
+#define FUZZ_CHECKS_HPP_
 
 #include <cstdint>
 #include <span>
 
-namespace tests::fuzz {
+namespace fuzz {
 
 // Any plan over any rows and a core that may fail: it is refused or runs, again too; rows have the width and the types
 // that planning told; the row stack is left as it was found; every iterator is freed, once.
@@ -14,6 +14,6 @@ void check_any_plan(std::span<const std::uint8_t> input);
 // Two plans that mean the same have the same rows.
 void check_equal_plans(std::span<const std::uint8_t> input);
 
-}  // namespace tests::fuzz
+}  // namespace fuzz
 
-#endif  // TESTS_FUZZ_CHECKS_HPP_
+#endif  // FUZZ_CHECKS_HPP_

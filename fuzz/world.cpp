@@ -5,7 +5,7 @@
 
 #include "ovhost/text.hpp"
 
-namespace tests::fuzz {
+namespace fuzz {
 
 namespace {
 
@@ -124,4 +124,4 @@ void world::insert(const char* table, std::int64_t id, choices& from) {
   if (from.below(2) == 0) last_ = added;
 }
 
-}  // namespace tests::fuzz
+}  // namespace fuzz

@@ -12,7 +12,7 @@
 #include "fuzz/checks.hpp"
 #include "ov_sql_executor/errors/stack_weights.hpp"
 
-namespace tests::fuzz {
+namespace fuzz {
 namespace {
 
 using check = void (*)(std::span<const std::uint8_t>);
@@ -60,4 +60,4 @@ TEST(Fuzz, equal_plans_have_equal_rows) {
 }
 
 }  // namespace
-}  // namespace tests::fuzz
+}  // namespace fuzz

@@ -11,7 +11,7 @@
 #include "ov_sql_executor/errors/ov_exception.hpp"
 #include "ov_sql_executor/planning/plan.hpp"
 
-namespace tests::fuzz {
+namespace fuzz {
 
 namespace {
 
@@ -109,4 +109,4 @@ void check_any_plan(std::span<const std::uint8_t> input) {
   require(core_shim::wrong_frees() == 0, "no iterator is freed twice");
 }
 
-}  // namespace tests::fuzz
+}  // namespace fuzz

@@ -1,11 +1,11 @@
-#ifndef TESTS_FUZZ_CHOICES_HPP_
-#define TESTS_FUZZ_CHOICES_HPP_
+#ifndef FUZZ_CHOICES_HPP_
+#define FUZZ_CHOICES_HPP_
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
-namespace tests::fuzz {
+namespace fuzz {
 
 // Decisions read from bytes, one byte each. When they run out every decision is the first possible one.
 class choices {
@@ -25,6 +25,6 @@ class choices {
   std::size_t at_ = 0;
 };
 
-}  // namespace tests::fuzz
+}  // namespace fuzz
 
-#endif  // TESTS_FUZZ_CHOICES_HPP_
+#endif  // FUZZ_CHOICES_HPP_

@@ -1,7 +1,7 @@
 // The database that random plans run over: table "p" with a column of every kind, "q", which derives from it, and rows
 // from the input's bytes.
-#ifndef TESTS_FUZZ_WORLD_HPP_
-#define TESTS_FUZZ_WORLD_HPP_
+#ifndef FUZZ_WORLD_HPP_
+#define FUZZ_WORLD_HPP_
 
 #include <vector>
 
@@ -10,7 +10,7 @@
 #include "ovhost/schema.hpp"
 #include "ovhost/session.hpp"
 
-namespace tests::fuzz {
+namespace fuzz {
 
 struct property {
   const char* name;
@@ -52,6 +52,6 @@ class world {
 // A value of this kind from a small list with the extremes in it, so that many are alike.
 ov::sql_executor::value any_value(ovhost::value_kind kind, choices& from);
 
-}  // namespace tests::fuzz
+}  // namespace fuzz
 
-#endif  // TESTS_FUZZ_WORLD_HPP_
+#endif  // FUZZ_WORLD_HPP_

@@ -7,7 +7,7 @@
 
 #include "ovhost/plan_words.hpp"
 
-namespace tests::fuzz {
+namespace fuzz {
 
 namespace {
 
@@ -236,4 +236,4 @@ expression plan_maker::leaf(value_kind kind, const expressions& scope) {
   return parameter(parameters_.size() - 1, kind);
 }
 
-}  // namespace tests::fuzz
+}  // namespace fuzz

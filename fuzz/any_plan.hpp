@@ -1,6 +1,6 @@
 // Plans from decisions: mostly sound ones, and here and there an operand of any other type.
-#ifndef TESTS_FUZZ_ANY_PLAN_HPP_
-#define TESTS_FUZZ_ANY_PLAN_HPP_
+#ifndef FUZZ_ANY_PLAN_HPP_
+#define FUZZ_ANY_PLAN_HPP_
 
 #include <optional>
 #include <string>
@@ -10,7 +10,7 @@
 #include "fuzz/world.hpp"
 #include "ovhost/plans.hpp"
 
-namespace tests::fuzz {
+namespace fuzz {
 
 using expressions = std::vector<ovhost::expression>;
 
@@ -68,6 +68,6 @@ class plan_maker {
   std::size_t scans_ = 0;
 };
 
-}  // namespace tests::fuzz
+}  // namespace fuzz
 
-#endif  // TESTS_FUZZ_ANY_PLAN_HPP_
+#endif  // FUZZ_ANY_PLAN_HPP_

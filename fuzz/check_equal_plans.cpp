@@ -12,7 +12,7 @@
 #include "ovhost/statement.hpp"
 #include "spelling.hpp"
 
-namespace tests::fuzz {
+namespace fuzz {
 
 namespace {
 
@@ -37,7 +37,7 @@ struct side {
       maker.print(projected);
       const ovhost::statement planned(std::move(projected));
       std::vector<std::string> spelled;
-      for (const auto& each : planned.rows(world::only().context(), maker.parameters())) spelled.push_back(spell(each));
+      for (const auto& each : planned.rows(world::only().context(), maker.parameters())) spelled.push_back(tests::spell(each));
       return spelled;
     } catch (const db_util::db_exception&) {
     } catch (const std::exception&) {
@@ -191,4 +191,4 @@ void check_equal_plans(std::span<const std::uint8_t> input) {
   require_same(says, found(left, true), found(right, false), in_order);
 }
 
-}  // namespace tests::fuzz
+}  // namespace fuzz
