@@ -109,4 +109,28 @@ TEST(KeySort, KeysThatCannotBeComparedFailBeforeTheFirstRow) {
   }
 }
 
+// Keys that were kept as numbers are whole again when one comes that cannot be compared with them, if it need not be.
+TEST(KeySort, KeysOfAllKindsSortBesideOneOfAnother) {
+  const std::vector<bool> ascending = {true, false};
+  const std::pair<value_view, value_view> low_and_high[] = {
+      {false, true},
+      {std::uint64_t{3}, ~std::uint64_t{0}},
+      {std::int64_t{-3}, std::int64_t{5}},
+      {operator_library::Decimal{-3}, operator_library::Decimal{5}},
+      {-3.5, 5.0},
+      {-3.5F, 5.0F},
+      {OV_OBJ_REF{3, 9}, OV_OBJ_REF{5, 1}},
+      {NullValue(), std::int64_t{-5}},
+  };
+  for (const auto& [low, high] : low_and_high) {
+    key_sort sort(ascending);
+    for (std::uint64_t row = 0; row < 101; ++row) {
+      sort.add_key(row / 2);
+      sort.add_key(row == 100 ? value_view(u"another") : row % 2 == 0 ? low : high);
+    }
+    const std::vector<std::size_t> rows = sorted(sort, 101);
+    for (std::size_t at = 0; at < 100; ++at) ASSERT_EQ(rows[at], at ^ 1) << low.index();
+  }
+}
+
 }  // namespace

@@ -114,6 +114,25 @@ TEST(OrderBy, finds_the_first_rows_for_a_limit) {
   }
 }
 
+// Rows of references are kept in less room while all are of one table and have small numbers.
+TEST(OrderBy, gives_references_back_whole) {
+  constexpr std::uint64_t large = std::uint64_t{1} << 40;
+  const rows lists[] = {{{OV_OBJ_REF{3, 7}}, {OV_OBJ_REF{1, 7}}, {OV_OBJ_REF{2, 7}}},
+                        {{OV_OBJ_REF{3, 7}}, {OV_OBJ_REF{large, 7}}, {OV_OBJ_REF{2, large}}},
+                        {{OV_OBJ_REF{3, 7}}, {OV_OBJ_REF{1, 8}}, {OV_OBJ_REF{2, 7}}},
+                        {{OV_OBJ_REF{3, 7}, OV_OBJ_REF{1, 8}}, {OV_OBJ_REF{2, 7}, i(1)}, {OV_OBJ_REF{1, 7}, null()}}};
+  for (const rows& list : lists) {
+    rows sorted = list;
+    const auto number = [](const row& each) { return std::get<OV_OBJ_REF>(each[0]).object_number; };
+    std::ranges::sort(sorted, {}, number);
+    const rows found = rows_of(order_by(given(list), columns({0}), {true}));
+    EXPECT_EQ(spell(found), spell(sorted));
+    for (std::size_t at = 0; at < sorted.size(); ++at) {
+      EXPECT_EQ(std::get<OV_OBJ_REF>(found.at(at)[0]).second_word, std::get<OV_OBJ_REF>(sorted[at][0]).second_word);
+    }
+  }
+}
+
 TEST(OrderBy, refuses_what_cannot_be_ordered_when_it_is_opened) {
   const auto log = std::make_shared<journal>();
   check({"(i2)(NULL)(u1) = incompatible types", "(d1)(dnan) = 7041", "(f1)(fnan) = 7041", "(dnan) = ok"},

@@ -44,7 +44,11 @@ void kept_rows::copy_back(std::size_t row_number, const execution_context& conte
 void kept_rows::expect(std::size_t row_number) const {
   const std::size_t first = first_of(row_number);
   if (first == first_of(row_number + 1)) return;
-  __builtin_prefetch(are_references_ ? static_cast<const void*>(&references_[first]) : &values_[first]);
+  if (are_references_) {
+    references_.expect(first);
+  } else {
+    __builtin_prefetch(&values_[first]);
+  }
 }
 
 // Nodes yield rows of one width; only a foreign one could do otherwise.
@@ -63,7 +67,7 @@ void kept_rows::keep(value& each) {
       references_.push_back(*reference);
       return;
     }
-    for (const OV_OBJ_REF& before : references_) values_.emplace_back(before);
+    for (std::size_t i = 0; i < references_.size(); ++i) values_.emplace_back(references_[i]);
     references_ = {};
     are_references_ = false;
   }

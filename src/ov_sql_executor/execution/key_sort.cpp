@@ -3,15 +3,10 @@
 #include <algorithm>
 #include <boost/sort/pdqsort/pdqsort.hpp>
 #include <utility>
-#include <variant>
-
-#include "ov_sql_executor/values/sort_prefix.hpp"
 
 namespace ov::sql_executor {
 
 namespace {
-
-using operator_library::NullValue;
 
 // Below this, comparing whole keys costs less than preparing prefixes.
 constexpr std::ptrdiff_t short_run = 12;
@@ -27,16 +22,12 @@ constexpr std::ptrdiff_t rows_at_once = 250;
 bool has_less_prefix(const key_sort::entry& left, const key_sort::entry& right) { return left.prefix < right.prefix; }
 bool has_same_prefix(const key_sort::entry& left, const key_sort::entry& right) { return left.prefix == right.prefix; }
 
-bool is_its_prefix(const value_view& key) {
-  return std::visit([]<class Key>(const Key& /*held*/) { return fits_sort_prefix<Key>; }, key);
-}
-
 }  // namespace
 
 key_sort::key_sort(const std::vector<bool>& ascending, std::uint64_t wanted)
     : ascending_(ascending),
       first_rows_(static_cast<std::ptrdiff_t>(std::min<std::uint64_t>(wanted, most_first_rows))),
-      kinds_(ascending.size()) {}
+      columns_(ascending.size()) {}
 
 void key_sort::start(std::size_t count) {
   rows_.resize(count);
@@ -55,29 +46,23 @@ void key_sort::start(std::size_t count) {
 std::vector<std::size_t> key_sort::keep_first(std::size_t wanted, std::size_t count) {
   start(count);
   std::vector<std::size_t> kept;
-  std::vector<value_view> keys;
-  view_keeper keeper;
   for (iterator each = rows_.begin(); kept.size() < wanted && each != rows_.end(); ++each) {
     while (each == sorted_) sort_further();
     kept.push_back(each->row);
-    for (std::size_t key = 0; key < ascending_.size(); ++key) keeper.append_to(keys, key_of(*each, key));
   }
-  keys_.clear();
-  keeper_.release();
-  for (const value_view& key : keys) keeper_.append_to(keys_, key);
+  for (sort_column& column : columns_) column.keep(kept);
   return kept;
 }
 
 std::span<const key_sort::entry> key_sort::next_rows() {
   while (sorted_ - given_ < rows_at_once && !unsorted_.empty()) sort_further();
-  if (unsorted_.empty()) {  // the keys have done their work
-    keys_ = {};
-    keeper_.release();
-  }
+  if (unsorted_.empty()) columns_.clear();  // the keys have done their work
   return {std::exchange(given_, sorted_), sorted_};
 }
 
-bool key_sort::are_comparable() const { return std::all_of(kinds_.begin(), kinds_.end(), is_sortable); }
+bool key_sort::are_comparable() const {
+  return std::all_of(columns_.begin(), columns_.end(), [](const sort_column& each) { return each.is_sortable(); });
+}
 
 void key_sort::put_off(const run& rows) {
   if (rows.begin != rows.end) unsorted_.push_back(rows);
@@ -102,29 +87,19 @@ void key_sort::sort_further() {
 
 // NULL is the lowest key, which a prefix cannot say.
 void key_sort::read(const run& rows) {
+  const sort_column& column = columns_[rows.key];
   const bool nulls_first = ascending_[rows.key];
-  const iterator middle = std::partition(rows.begin, rows.end, [&](const entry& each) {
-    return std::holds_alternative<NullValue>(key_of(each, rows.key)) == nulls_first;
-  });
+  iterator middle = nulls_first ? rows.begin : rows.end;
+  if (column.has_nulls()) {
+    middle = std::partition(rows.begin, rows.end,
+                            [&](const entry& each) { return column.is_null(each.row) == nulls_first; });
+  }
   const run nulls{nulls_first ? rows.begin : middle, nulls_first ? middle : rows.end, rows.key + 1};
   const run values{nulls_first ? middle : rows.begin, nulls_first ? rows.end : middle, rows.key, step::unsorted};
-  if (values.begin != values.end) read_prefixes(values);
+  const std::uint64_t turned = nulls_first ? 0 : ~std::uint64_t{0};
+  column.read_prefixes({values.begin, values.end}, turned);
   put_off(nulls_first ? values : nulls);
   put_off(nulls_first ? nulls : values);
-}
-
-// Of keys of one alternative.
-void key_sort::read_prefixes(const run& rows) const {
-  const std::uint64_t turned = ascending_[rows.key] ? 0 : ~std::uint64_t{0};
-  std::visit(
-      [&]<class Key>(const Key& /*first*/) {
-        if constexpr (!std::same_as<Key, std::monostate> && !std::same_as<Key, NullValue>) {
-          for (entry& each : std::span(rows.begin, rows.end)) {
-            each.prefix = sort_prefix(*std::get_if<Key>(&key_of(each, rows.key))) ^ turned;
-          }
-        }
-      },
-      key_of(*rows.begin, rows.key));
 }
 
 void key_sort::sort_prefixes(const run& rows) {
@@ -150,7 +125,7 @@ void key_sort::sort_equals(const run& rows) {
       sorted_, std::find_if(sorted_, rows.end, [this](const entry& each) { return !has_same_prefix(each, *sorted_); }),
       rows.key};
   put_off({equals.end, rows.end, rows.key, step::sorted});
-  if (is_its_prefix(key_of(*sorted_, rows.key)) || are_all_equal(equals)) {
+  if (columns_[rows.key].is_told_by_prefixes() || are_all_equal(equals)) {
     put_off({equals.begin, equals.end, rows.key + 1});
   } else {
     sort_by_comparison(equals);
@@ -158,9 +133,9 @@ void key_sort::sort_equals(const run& rows) {
 }
 
 bool key_sort::are_all_equal(const run& rows) const {
-  const value_view& first = key_of(*rows.begin, rows.key);
-  return std::all_of(rows.begin + 1, rows.end,
-                     [&](const entry& each) { return sort_order(first, key_of(each, rows.key)) == 0; });
+  return std::all_of(rows.begin + 1, rows.end, [this, &rows](const entry& each) {
+    return columns_[rows.key].order(rows.begin->row, each.row) == 0;
+  });
 }
 
 void key_sort::sort_by_comparison(const run& rows) {
@@ -173,7 +148,7 @@ void key_sort::sort_by_comparison(const run& rows) {
 bool key_sort::goes_before(const entry& left, const entry& right, std::size_t key) const {
   if (left.row == right.row) return false;  // sorting asks so, too, and a NaN cannot answer
   for (; key < ascending_.size(); ++key) {
-    const std::strong_ordering order = sort_order(key_of(left, key), key_of(right, key));
+    const std::strong_ordering order = columns_[key].order(left.row, right.row);
     if (order != 0) return ascending_[key] ? order < 0 : order > 0;
   }
   return false;

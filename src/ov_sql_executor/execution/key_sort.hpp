@@ -7,9 +7,8 @@
 #include <span>
 #include <vector>
 
-#include "ov_sql_executor/values/sort_order.hpp"
+#include "ov_sql_executor/execution/sort_column.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
-#include "ov_sql_executor/values/view_keeper.hpp"
 
 namespace ov::sql_executor {
 
@@ -21,10 +20,7 @@ namespace ov::sql_executor {
 // long texts that begin alike, is sorted by comparing whole keys.
 class key_sort {
  public:
-  struct entry {
-    std::uint64_t prefix;  // of one of the row's keys
-    std::size_t row;
-  };
+  using entry = sort_entry;
 
   // Whether each key is ascending, a list that must stay, and how many rows will be asked for at most.
   explicit key_sort(const std::vector<bool>& ascending,
@@ -32,9 +28,8 @@ class key_sort {
 
   // The next key of the row that is being added: every row has as many as there are directions.
   void add_key(const value_view& key) {
-    keeper_.append_to(keys_, key);
-    kinds_[next_key_] |= sort_kind(key);
-    if (++next_key_ == kinds_.size()) next_key_ = 0;
+    columns_[next_column_].add(key);
+    if (++next_column_ == columns_.size()) next_column_ = 0;
   }
 
   // To be called once, behind the last key, with the number of rows, which were added in the order 0, 1, 2...
@@ -62,9 +57,6 @@ class key_sort {
     step done = step::unread;
   };
 
-  const value_view& key_of(const entry& each, std::size_t key) const {
-    return keys_[each.row * ascending_.size() + key];
-  }
   bool are_comparable() const;
   void put_off(const run& rows);
   void sort_further();
@@ -77,11 +69,9 @@ class key_sort {
   bool are_all_equal(const run& rows) const;
 
   const std::vector<bool>& ascending_;
-  const std::ptrdiff_t first_rows_;  // so many rows of a longer input are sorted first
-  view_keeper keeper_;
-  std::vector<value_view> keys_;   // row after row
-  std::vector<sort_kinds> kinds_;  // of each key, in all the rows
-  std::size_t next_key_ = 0;
+  const std::ptrdiff_t first_rows_;   // so many rows of a longer input are sorted first
+  std::vector<sort_column> columns_;  // as many as there are keys, until the sort is done
+  std::size_t next_column_ = 0;
   std::vector<entry> rows_;
   iterator given_;             // the rows before this have been handed out
   iterator sorted_;            // the rows before this have found their places

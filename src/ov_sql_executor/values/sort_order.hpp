@@ -2,10 +2,10 @@
 #define OV_SQL_EXECUTOR_VALUES_SORT_ORDER_HPP_
 
 #include <bit>
+#include <boost/mp11/algorithm.hpp>
 #include <cmath>
 #include <compare>
 #include <cstdint>
-#include <type_traits>
 #include <variant>
 
 #include "ov_sql_executor/values/value_view.hpp"
@@ -20,6 +20,9 @@ std::strong_ordering sort_order(const value_view& left, const value_view& right)
 // What there is among some values: a bit for each alternative, and one for NaNs.
 using sort_kinds = std::uint32_t;
 
+template <class T>
+inline constexpr sort_kinds kind_of_alternative = sort_kinds{1} << boost::mp11::mp_find<value_view, T>::value;
+
 inline sort_kinds sort_kind(const value_view& each) {
   const sort_kinds kind = sort_kinds{1} << each.index();
   const auto* const number = std::get_if<double>(&each);
@@ -31,9 +34,7 @@ inline sort_kinds sort_kind(const value_view& each) {
 
 // Whether sort_order has an answer for any two of them.
 inline bool is_sortable(sort_kinds kinds) {
-  constexpr sort_kinds null = sort_kinds{1} << (view_count - 1);
-  static_assert(std::is_same_v<std::variant_alternative_t<view_count - 1, value_view>, operator_library::NullValue>);
-  return std::popcount(kinds & ~null) <= 1;
+  return std::popcount(kinds & ~kind_of_alternative<operator_library::NullValue>) <= 1;
 }
 
 }  // namespace ov::sql_executor

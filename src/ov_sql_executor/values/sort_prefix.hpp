@@ -35,6 +35,22 @@ inline std::uint64_t sort_prefix(double key) {
 }
 inline std::uint64_t sort_prefix(float key) { return sort_prefix(static_cast<double>(key)); }
 
+// A key that has this prefix: the one that it was made from, but for the sign of a zero and a reference's second word.
+template <fits_sort_prefix Key>
+Key from_sort_prefix(std::uint64_t prefix) {
+  if constexpr (std::same_as<Key, OV_OBJ_REF>) {
+    return {prefix, 0};
+  } else if constexpr (std::same_as<Key, operator_library::Decimal>) {
+    return {from_sort_prefix<std::int64_t>(prefix)};
+  } else if constexpr (std::same_as<Key, std::int64_t>) {
+    return static_cast<std::int64_t>(prefix ^ sign_bit);
+  } else if constexpr (floating_alternative<Key>) {
+    return static_cast<Key>(std::bit_cast<double>((prefix & sign_bit) != 0 ? prefix ^ sign_bit : ~prefix));
+  } else {
+    return static_cast<Key>(prefix);
+  }
+}
+
 // Where a sequence is shorter, zeros take the place of its units: it is not above what it begins.
 template <class Unit>
 std::uint64_t prefix_of_units(const Unit* units, std::size_t count) {

@@ -1,0 +1,71 @@
+#ifndef OV_SQL_EXECUTOR_EXECUTION_SORT_COLUMN_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_SORT_COLUMN_HPP_
+
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <variant>
+#include <vector>
+
+#include "ov_sql_executor/values/sort_order.hpp"
+#include "ov_sql_executor/values/sort_prefix.hpp"
+#include "ov_sql_executor/values/value_view.hpp"
+#include "ov_sql_executor/values/view_keeper.hpp"
+
+namespace ov::sql_executor {
+
+// A row that is being sorted.
+struct sort_entry {
+  std::uint64_t prefix;  // of one of its keys
+  std::size_t row;
+};
+
+// One of the keys by which rows are sorted, for all rows. While the keys are numbers of one alternative only their
+// prefixes are kept, a third of the memory; other keys are kept as views.
+class sort_column {
+ public:
+  // Adds the key of the next row. Throws std::bad_variant_access for the view of a valueless value.
+  void add(const value_view& key) {
+    const auto* const number = std::get_if<std::int64_t>(&key);
+    if (number != nullptr && kinds_ == kind_of_alternative<std::int64_t>) {  // the commonest keys take the short way
+      prefixes_.push_back(sort_prefix(*number));
+    } else {
+      add_any(key);
+    }
+  }
+
+  // Whether sort_order has an answer for any two of the keys.
+  bool is_sortable() const { return ov::sql_executor::is_sortable(kinds_); }
+
+  bool has_nulls() const { return (kinds_ & kind_of_alternative<operator_library::NullValue>) != 0; }
+  bool is_null(std::size_t row_number) const;
+
+  // Writes the prefixes of the rows' keys, which must be sortable and not NULL, turned by exclusive or.
+  void read_prefixes(std::span<sort_entry> rows, std::uint64_t turned) const;
+
+  // Whether equal prefixes mean equal keys.
+  bool is_told_by_prefixes() const { return !has_views_; }
+
+  // The sort order of two rows' keys; throws what it throws.
+  std::strong_ordering order(std::size_t left, std::size_t right) const;
+
+  // Forgets all keys but those of these rows, which become the rows 0, 1, 2...
+  void keep(const std::vector<std::size_t>& row_numbers);
+
+ private:
+  void add_any(const value_view& key);
+  void add_prefix(const value_view& key);
+  void make_views();
+
+  sort_kinds kinds_ = 0;
+  bool has_views_ = false;
+  std::vector<value_view> views_;  // of all keys, or of none
+  view_keeper keeper_;
+  std::vector<std::uint64_t> prefixes_;  // of all keys while there are no views
+  std::vector<bool> nulls_;              // among these; empty while there are none
+};
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_EXECUTION_SORT_COLUMN_HPP_
