@@ -37,61 +37,35 @@ TEST(Conversion, every_pair_of_alternatives) {
 }
 
 TEST(Conversion, edges) {
-  const char* const cases[] = {
-      "d-0 bool false",
-      "dnan bool true",
-      "f0 bool false",
-      "dec1 bool true",
-      "u0 bool false",
-
-      "u9223372036854775807 i i9223372036854775807",
-      "u9223372036854775808 i 7041",
-      "d9223372036854774784 i i9223372036854774784",
-      "d9223372036854775808 i 7041",
-      "d-9223372036854775808 i i-9223372036854775808",
-      "d-9223372036854777856 i 7041",
-      "d-2.9 i i-2",
-      "f3.9 i i3",
-      "dinf i 7041",
-      "f-inf i 7041",
-      "dnan i 7041",
-      "dec-2700000 i i-2",
-
-      "i-1 u 7041",
-      "d-0 u u0",
-      "d-0.5 u 7041",
-      "f-1e-40 u 7041",
-      "d18446744073709549568 u u18446744073709549568",
-      "d18446744073709551616 u 7041",
-      "dnan u 7041",
-      "dec-1 u 7041",
-      "dec900000 u u0",
-      "dec0 u u0",
-      "false u u0",
-      "false dec dec0",
-
-      "i4398046511103 dec dec4398046511103000000",
-      "i4398046511104 dec 7041",
-      "i-4398046511103 dec dec-4398046511103000000",
-      "i-4398046511104 dec 7041",
-      "u4398046511103 dec dec4398046511103000000",
-      "u4398046511104 dec 7041",
-      "u18446744073709551615 dec 7041",
-
-      "u18446744073709551615 d d18446744073709551616",
-      "i9007199254740993 d d9007199254740992",
-      "i16777217 f f16777216",
-      "i16777219 f f16777220",
-      "f0.1 d d0.10000000149011612",
-      "dec-500000 d d-0.5",
-      "u9223372586610589697 f f9.223373e+18",  // just above half way
-      "dec60329669 f f60.329666",              // the raw value and the quotient are both rounded to float
+  // Of each target: sources and what becomes of them.
+  const std::pair<const char*, const char*> cases[] = {
+      {"bool", "d-0=false dnan=true f0=false dec1=true u0=false"},
+      {"i",
+       "u9223372036854775807=i9223372036854775807 u9223372036854775808=7041 "
+       "d9223372036854774784=i9223372036854774784 d9223372036854775808=7041 "
+       "d-9223372036854775808=i-9223372036854775808 d-9223372036854777856=7041 d-2.9=i-2 f3.9=i3 dinf=7041 "
+       "f-inf=7041 dnan=7041 dec-2700000=i-2"},
+      {"u",
+       "i-1=7041 d-0=u0 d-0.5=7041 f-1e-40=7041 d18446744073709549568=u18446744073709549568 "
+       "d18446744073709551616=7041 dnan=7041 dec-1=7041 dec900000=u0 dec0=u0 false=u0"},
+      {"dec",
+       "false=dec0 i4398046511103=dec4398046511103000000 i4398046511104=7041 "
+       "i-4398046511103=dec-4398046511103000000 i-4398046511104=7041 u4398046511103=dec4398046511103000000 "
+       "u4398046511104=7041 u18446744073709551615=7041"},
+      {"d",
+       "u18446744073709551615=d18446744073709551616 i9007199254740993=d9007199254740992 "
+       "f0.1=d0.10000000149011612 dec-500000=d-0.5"},
+      // The third is just above half way; of the fourth the raw value and the quotient are both rounded.
+      {"f", "i16777217=f16777216 i16777219=f16777220 u9223372586610589697=f9.223373e+18 dec60329669=f60.329666"},
   };
-  for (const char* each : cases) {
-    const std::vector<std::string> words = split(each);
-    const auto* const found = std::find_if(std::begin(conversions), std::end(conversions),
-                                           [&](const auto& known) { return known.first == words[1]; });
-    EXPECT_EQ(outcome([&] { return found->second(val(words[0])); }), words[2]) << each;
+  for (const auto& [target, sources] : cases) {
+    const auto* const found =
+        std::find_if(std::begin(conversions), std::end(conversions),
+                     [&to = target](const auto& known) { return std::string(known.first) == to; });
+    for (const std::string& each : split(sources)) {
+      const std::vector<std::string> words = split(each, '=');
+      EXPECT_EQ(outcome([&] { return found->second(val(words[0])); }), words[1]) << each << " as " << target;
+    }
   }
 }
 
