@@ -37,7 +37,8 @@ struct side {
       maker.print(projected);
       const ovhost::statement planned(std::move(projected));
       std::vector<std::string> spelled;
-      for (const auto& each : planned.rows(world::only().context(), maker.parameters())) spelled.push_back(tests::spell(each));
+      for (const auto& each : planned.rows(world::only().context(), maker.parameters()))
+        spelled.push_back(tests::spell(each));
       return spelled;
     } catch (const db_util::db_exception&) {
     } catch (const std::exception&) {
