@@ -14,10 +14,10 @@ constexpr std::ptrdiff_t short_run = 12;
 // So many rows at most of a longer input are sorted first, since often nobody asks for more. Finding them costs little
 // more than one pass over the prefixes.
 constexpr std::ptrdiff_t most_first_rows = 1000;
-constexpr std::ptrdiff_t many_rows = 4 * most_first_rows;
+constexpr std::ptrdiff_t much_longer = 4;  // times as long as these
 
-// So many rows at least are handed out at a time.
-constexpr std::ptrdiff_t rows_at_once = 250;
+// So many rows are handed out at a time, if so many are wanted.
+constexpr std::ptrdiff_t most_at_once = 250;
 
 bool has_less_prefix(const key_sort::entry& left, const key_sort::entry& right) { return left.prefix < right.prefix; }
 bool has_same_prefix(const key_sort::entry& left, const key_sort::entry& right) { return left.prefix == right.prefix; }
@@ -55,7 +55,8 @@ std::vector<std::size_t> key_sort::keep_first(std::size_t wanted, std::size_t co
 }
 
 std::span<const key_sort::entry> key_sort::next_rows() {
-  while (sorted_ - given_ < rows_at_once && !unsorted_.empty()) sort_further();
+  const std::ptrdiff_t at_once = std::clamp(first_rows_, std::ptrdiff_t{1}, most_at_once);
+  while (sorted_ - given_ < at_once && !unsorted_.empty()) sort_further();
   if (unsorted_.empty()) columns_.clear();  // the keys have done their work
   return {std::exchange(given_, sorted_), sorted_};
 }
@@ -105,7 +106,7 @@ void key_sort::read(const run& rows) {
 void key_sort::sort_prefixes(const run& rows) {
   const std::ptrdiff_t before = rows.begin - rows_.begin();
   iterator middle = rows.end;
-  if (before < first_rows_ && rows.end - rows.begin > many_rows) {
+  if (before < first_rows_ && rows.end - rows.begin > much_longer * first_rows_) {
     middle = rows_.begin() + first_rows_;
     std::partial_sort(rows.begin, middle, rows.end, has_less_prefix);
     const entry& last = *(middle - 1);
