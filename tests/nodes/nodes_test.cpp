@@ -1,5 +1,6 @@
 // The nodes that neither join nor group, over nodes and expressions that are not the library's own.
 #include <algorithm>
+#include <limits>
 #include <random>
 #include <stdexcept>
 
@@ -111,6 +112,37 @@ TEST(OrderBy, finds_the_first_rows_for_a_limit) {
         EXPECT_EQ(run(node, {}, {limit, std::uint64_t{3}}), spell(rows(begin, end))) << limit;
       }
     }
+  }
+}
+
+TEST(OrderBy, drops_references_and_finds_what_cannot_be_compared_behind_them) {
+  const auto key = [](const row& stack) -> value {
+    const std::uint64_t number = std::get<OV_OBJ_REF>(stack[0]).object_number;
+    if (number > 20000) return std::numeric_limits<double>::quiet_NaN();
+    return number % 50 == 0 ? null() : value(static_cast<double>(number * 7919 % 10007));
+  };
+  const auto first_rows = [&](const rows& input, bool ascending, std::uint64_t limit) {
+    auto keys = list_of(tell(key), column(0));
+    auto sorter = std::make_unique<order_by>(given(input), std::move(keys), std::vector<bool>{ascending, true});
+    return run(limit_offset(std::move(sorter), constant(0), constant(1)), {}, {limit, std::uint64_t{0}});
+  };
+  for (const std::uint64_t count : {8191U, 8192U, 8193U, 20000U}) {
+    rows input;
+    for (std::uint64_t number = 1; number <= count; ++number) input.push_back({OV_OBJ_REF{number, 7}});
+    for (const bool ascending : {true, false}) {
+      rows sorted = input;
+      std::ranges::sort(sorted, {}, [&](const row& each) {
+        const value of = key(each);
+        const double number = of.index() == null().index() ? -1 : std::get<double>(of);
+        return std::pair(ascending ? number : -number, std::get<OV_OBJ_REF>(each[0]).object_number);
+      });
+      for (const std::uint64_t limit : {0U, 1U, 500U}) {
+        const rows wanted(sorted.begin(), sorted.begin() + static_cast<std::ptrdiff_t>(limit));
+        EXPECT_EQ(first_rows(input, ascending, limit), spell(wanted)) << count << " rows";
+      }
+    }
+    input.push_back({OV_OBJ_REF{20001, 7}});
+    EXPECT_EQ(first_rows(input, false, 1), "7041");
   }
 }
 

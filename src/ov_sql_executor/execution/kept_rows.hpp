@@ -12,7 +12,7 @@
 namespace ov::sql_executor {
 
 // Rows put aside by the million: one behind the other, without an allocation for each. Rows of references, which scans
-// and their joins yield, are kept as such, in two fifths of the memory at most; giving them away takes nothing off.
+// and their joins yield, are kept as such, which takes less memory; giving them away takes nothing off.
 class kept_rows {
  public:
   std::size_t size() const { return size_; }

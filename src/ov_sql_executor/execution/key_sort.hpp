@@ -32,7 +32,7 @@ class key_sort {
     if (++next_column_ == columns_.size()) next_column_ = 0;
   }
 
-  // To be called once, behind the last key, with the number of rows, which were added in the order 0, 1, 2...
+  // To be called behind the last key, with the number of rows, which were added in the order 0, 1, 2...
   // Throws what sort_order throws for two keys that decide the order of their rows.
   void start(std::size_t count);
 
@@ -61,7 +61,6 @@ class key_sort {
   void put_off(const run& rows);
   void sort_further();
   void read(const run& rows);
-  void read_prefixes(const run& rows) const;
   void sort_prefixes(const run& rows);
   void sort_equals(const run& rows);
   void sort_by_comparison(const run& rows);

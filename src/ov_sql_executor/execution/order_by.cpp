@@ -13,13 +13,14 @@ namespace ov::sql_executor {
 
 namespace {
 
+constexpr std::uint64_t without_end = std::numeric_limits<std::uint64_t>::max();
+
 // So many rows are kept until all but the wanted ones are dropped: the more at a time, the less often the wanted ones
 // are sorted again, but all of them should stay near the processor.
 std::uint64_t room_for(std::uint64_t wanted) {
   constexpr std::uint64_t least = 1 << 13;
   constexpr std::uint64_t times = 8;
-  if (wanted == 0 || wanted > std::numeric_limits<std::uint64_t>::max() / times) return 0;
-  return std::max(least, times * wanted);
+  return wanted > without_end / times ? without_end : std::max(least, times * wanted);
 }
 
 class order_by_enumerator final : public row_source {
@@ -77,12 +78,12 @@ order_by::order_by(std::unique_ptr<node> child, std::vector<std::unique_ptr<oper
     : child_(std::move(child)), keys_(operators::to_operands(std::move(keys))), directions_(std::move(directions)) {}
 
 std::unique_ptr<row_source> order_by::open(execution_context& context) const {
-  return open_first(std::numeric_limits<std::uint64_t>::max(), context);
+  return open_first(without_end, context);
 }
 
 std::unique_ptr<row_source> order_by::open_first(std::uint64_t count, execution_context& context) const {
   const std::unique_ptr<row_source> child = child_.open(context);
-  return std::make_unique<order_by_enumerator>(*child, keys_, directions_, count, context);
+  return std::make_unique<order_by_enumerator>(*child, keys_, directions_, std::max(count, std::uint64_t{1}), context);
 }
 
 }  // namespace ov::sql_executor

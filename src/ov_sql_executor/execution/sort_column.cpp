@@ -112,7 +112,7 @@ void sort_column::keep(const std::vector<std::size_t>& row_numbers) {
       if (has_nulls()) nulls.push_back(nulls_[kept]);
     }
   }
-  // Into the memory that is there.
+  // Back into the memory that is there; a keeper's cannot be handed over.
   views_.clear();
   keeper_.release();
   for (const value_view& each : views) keeper_.append_to(views_, each);
