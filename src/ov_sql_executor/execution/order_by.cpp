@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
 #include <span>
 #include <utility>
 
@@ -33,17 +34,17 @@ class order_by_enumerator final : public row_source {
     value room;
     while (child.push_next(context)) {
       for (const operators::operand& key : keys) sort_.add_key(key.lend(context, room));
-      rows_.take(context, size);
-      if (rows_.size() == most_kept) drop_all_but(wanted, context);
+      rows_->take(context, size);
+      if (rows_->size() == most_kept) drop_all_but(wanted, context);
     }
-    sort_.start(rows_.size());
+    sort_.start(rows_->size());
   }
 
   bool push_next(execution_context& context) override {
     constexpr std::size_t ahead = 16;
     if (cursor_ == sorted_.size() && !sort_more()) return false;
-    if (sorted_.size() - cursor_ > ahead) rows_.expect(sorted_[cursor_ + ahead].row);
-    rows_.give(sorted_[cursor_++].row, context);
+    if (sorted_.size() - cursor_ > ahead) rows_->expect(sorted_[cursor_ + ahead].row);
+    rows_->give(sorted_[cursor_++].row, context);
     return true;
   }
 
@@ -51,10 +52,10 @@ class order_by_enumerator final : public row_source {
   // Of the rows so far.
   void drop_all_but(std::uint64_t count, execution_context& context) {
     const std::size_t size = context.row_stack.size();
-    kept_rows first;
-    for (const std::size_t row : sort_.keep_first(count, rows_.size())) {
-      rows_.give(row, context);
-      first.take(context, size);
+    auto first = std::make_unique<kept_rows>();
+    for (const std::size_t row : sort_.keep_first(count, rows_->size())) {
+      rows_->give(row, context);
+      first->take(context, size);
     }
     rows_ = std::move(first);
   }
@@ -65,7 +66,7 @@ class order_by_enumerator final : public row_source {
     return !sorted_.empty();
   }
 
-  kept_rows rows_;
+  std::unique_ptr<kept_rows> rows_ = std::make_unique<kept_rows>();
   key_sort sort_;
   std::span<const key_sort::entry> sorted_;  // rows in order, some of which have gone
   std::size_t cursor_ = 0;
