@@ -44,12 +44,11 @@ std::uint32_t lend_units(context_state& lender, std::u16string_view units, const
 
 std::uint32_t lend_decoded(context_state& lender, std::span<const std::uint8_t> encoded, text_form form,
                            const std::uint8_t** out) noexcept try {
-  std::uint8_t* const room = room_for(lender, decoding_room(encoded) * sizeof(char16_t));
-  auto* const units = reinterpret_cast<char16_t*>(room);
-  const char16_t* const end =
-      form == text_form::base ? decode_folded_ascii(encoded, units) : decode_text(encoded, units);
-  if (end == nullptr) return form == text_form::base ? lend_folded(lender, encoded, out) : std::uint32_t{ORV_BAD_TEXT};
-  const auto count = static_cast<std::size_t>(end - units);
+  auto* const units = reinterpret_cast<char16_t*>(room_for(lender, decoding_room(encoded) * sizeof(char16_t)));
+  const std::size_t count = decode_text(encoded, form, units);
+  if (count == not_decoded) {
+    return form == text_form::base ? lend_folded(lender, encoded, out) : std::uint32_t{ORV_BAD_TEXT};
+  }
   if (!countable(count)) return ORV_BAD_ARGUMENT;
   lend(lender, count, out);
   return ORV_OK;

@@ -11,8 +11,6 @@
 
 namespace ovcoredb {
 
-enum class text_form : std::uint8_t { plain, base };
-
 // Each returns a status of the C interface, ORV_OUT_OF_MEMORY included, and throws nothing.
 std::uint32_t lend_units(context_state& lender, std::u16string_view units, const std::uint8_t** out) noexcept;
 std::uint32_t lend_decoded(context_state& lender, std::span<const std::uint8_t> encoded, text_form form,

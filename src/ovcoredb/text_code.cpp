@@ -45,6 +45,13 @@ class bit_writer {
     pending_ = bits;
   }
 
+  // The last so many, fewer than 56.
+  void write_last(std::uint64_t bits, std::uint64_t count) {
+    pending_ = pending_ << count | (bits & ~(~std::uint64_t{0} << count));
+    count_ += static_cast<unsigned>(count);
+    while (count_ >= 8) *out_++ = static_cast<std::uint8_t>(pending_ >> (count_ -= 8));
+  }
+
   // Returns the number of unused bits.
   unsigned finish() {
     const unsigned unused = (8 - count_) % 8;
@@ -84,12 +91,17 @@ std::size_t encoding_room(std::u16string_view units, text_end end) {
 std::size_t encode_text(std::u16string_view units, text_end end, std::uint8_t* out) {
   bit_writer writer(out + 1);
   for (std::size_t at = 0; at < units.size();) {
-    const std::uint64_t eight = units.size() - at >= 8 ? eight_printable(units.data() + at) : 0;
-    if (eight != 0) {
+    // Of fewer than eight that are left, those before them make up the number.
+    const std::size_t left = std::min<std::size_t>(units.size() - at, 8);
+    const std::uint64_t eight = units.size() >= 8 ? eight_printable(units.data() + at + left - 8) : 0;
+    if (eight == 0) {
+      writer.write(code_of(units[at++]));
+    } else if (left == 8) {
       writer.write_56(eight);
       at += 8;
     } else {
-      writer.write(code_of(units[at++]));
+      writer.write_last(eight, left * least_code_length);
+      at += left;
     }
   }
   if (end == text_end::upper_limit) writer.write(upper_limit_code);
@@ -97,17 +109,15 @@ std::size_t encode_text(std::u16string_view units, text_end end, std::uint8_t* o
   return static_cast<std::size_t>(writer.end() - out);
 }
 
-text_payload payload_of(std::span<const std::uint8_t> encoded) {
-  const auto behind = [encoded](std::size_t header, std::uint64_t unused) -> text_payload {
-    const std::uint64_t bits = (encoded.size() - header) * 8;
-    return {encoded.data() + header, bits < unused ? 0 : bits - unused};
-  };
-  if (!encoded.empty() && (encoded[0] & 0x80) != 0) return behind(1, encoded[0] & 0x7F);  // what this core writes
+// Each byte of the header has seven bits of the number of unused bits, and its last byte is marked.
+text_payload payload_behind_long_header(std::span<const std::uint8_t> encoded) {
   constexpr std::uint64_t huge = std::numeric_limits<std::uint64_t>::max() >> 8;
   std::uint64_t unused = 0;
   for (std::size_t i = 0; i < encoded.size(); ++i) {
     unused = std::min(unused << 7 | (encoded[i] & 0x7Fu), huge);
-    if ((encoded[i] & 0x80) != 0) return behind(i + 1, unused);
+    if ((encoded[i] & 0x80) == 0) continue;
+    const std::uint64_t bits = (encoded.size() - (i + 1)) * 8;
+    return {encoded.data() + i + 1, bits < unused ? 0 : bits - unused};
   }
   return {};
 }

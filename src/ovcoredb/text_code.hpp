@@ -27,16 +27,27 @@ struct text_payload {
   const std::uint8_t* bytes = nullptr;
   std::uint64_t bits = 0;
 };
-text_payload payload_of(std::span<const std::uint8_t> encoded);
+text_payload payload_behind_long_header(std::span<const std::uint8_t> encoded);
+inline text_payload payload_of(std::span<const std::uint8_t> encoded) {
+  if (encoded.empty() || encoded[0] < 0x80) return payload_behind_long_header(encoded);
+  const std::uint64_t bits = (encoded.size() - 1) * 8;
+  const std::uint64_t unused = encoded[0] & 0x7Fu;
+  return {encoded.data() + 1, bits < unused ? 0 : bits - unused};
+}
+
+// Base form: that in which texts that differ only in case are equal.
+enum class text_form : std::uint8_t { plain, base };
 
 // How many units decode_text may write into, which is more than the text has.
 std::size_t decoding_room(std::span<const std::uint8_t> encoded);
 
-// Writes the decoded text and returns its end; null when the bytes are not an encoded text.
-const char16_t* decode_text(std::span<const std::uint8_t> encoded, char16_t* out);
+// Writes the decoded text, with anything behind it, and returns its length. Not decoded are bytes that are no encoded
+// text and, in base form, texts that are not ASCII.
+inline constexpr auto not_decoded = static_cast<std::size_t>(-1);
+std::size_t decode_text(std::span<const std::uint8_t> encoded, text_form form, char16_t* out);
 
-// The same in base form for texts of ASCII only; null for others, too.
-const char16_t* decode_folded_ascii(std::span<const std::uint8_t> encoded, char16_t* out);
+// The same, but writes no more than there is room for, and nothing behind the text.
+std::size_t decode_text_within(std::span<const std::uint8_t> encoded, text_form form, std::span<char16_t> out);
 
 // Replaces `units` by the decoded text; false when the bytes are not an encoded text, `units` then holds anything.
 bool decode_text(std::span<const std::uint8_t> encoded, std::u16string& units);

@@ -2,6 +2,7 @@
 #include <bit>
 #include <cstring>
 
+#include "ovcoredb/decoded_units.hpp"
 #include "ovcoredb/text_code.hpp"
 #include "ovcoredb/unit_code.hpp"
 
@@ -10,8 +11,6 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little);
 
-using two_words [[gnu::vector_size(16)]] = std::uint64_t;
-using sixteen_bytes [[gnu::vector_size(16)]] = std::uint8_t;
 using sixteen_numbers [[gnu::vector_size(16)]] = std::int8_t;  // the bytes as compared, which is faster with a sign
 
 // The payload's bits from one position on, most significant first; zeros follow the end.
@@ -37,18 +36,19 @@ class bit_window {
   std::uint64_t load_from(std::uint64_t bit) const {
     const std::uint64_t byte = bit / 8;
     if (size_ - byte >= 8) return load_at(byte) << bit % 8;
-    // Near the end: the last eight bytes, and of those what has not been taken.
-    if (size_ >= 8) return load_at(size_ - 8) << (bit - (size_ - 8) * 8);
+    // Near the end: the last eight bytes, of which the first may be the header's, and of those what has not been taken.
+    if (size_ >= 7) return load_eight(bytes_ + size_ - 8) << (bit + 64 - size_ * 8);
     return load_few() << bit;
   }
 
-  std::uint64_t load_at(std::uint64_t byte) const {
+  std::uint64_t load_at(std::uint64_t byte) const { return load_eight(bytes_ + byte); }
+  static std::uint64_t load_eight(const std::uint8_t* bytes) {
     std::uint64_t loaded;
-    std::memcpy(&loaded, bytes_ + byte, sizeof loaded);
+    std::memcpy(&loaded, bytes, sizeof loaded);
     return __builtin_bswap64(loaded);
   }
 
-  // All of them, fewer than eight, in two or three steps that may meet. Out of line, which keeps the rest short.
+  // All of them, fewer than seven, in two or three steps that may meet. Out of line, which keeps the rest short.
   [[gnu::noinline]] std::uint64_t load_few() const {
     const std::uint64_t last = size_ - 1;
     if (size_ >= 4) return load_four(0) << 32 | load_four(size_ - 4) << (64 - size_ * 8);
@@ -86,15 +86,6 @@ sixteen_bytes folded(sixteen_bytes units) {
   return units + (reinterpret_cast<sixteen_bytes>(is_capital) & std::uint8_t{'a' - 'A'});
 }
 
-void write(sixteen_bytes units, char16_t* out) {
-  constexpr sixteen_bytes zero{};
-  const auto first = __builtin_shufflevector(units, zero, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
-  const auto second =
-      __builtin_shufflevector(units, zero, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
-  std::memcpy(out, &first, sizeof first);
-  std::memcpy(out + 8, &second, sizeof second);
-}
-
 // How many units come before the first whose slot is not a whole code.
 std::uint64_t printable_count(sixteen_bytes units) {
   const auto others = reinterpret_cast<two_words>(reinterpret_cast<sixteen_numbers>(units) < std::int8_t{' '});
@@ -102,31 +93,36 @@ std::uint64_t printable_count(sixteen_bytes units) {
   return others[0] != 0 ? before(others[0]) : 8 + before(others[1]);
 }
 
-// Sixteen units at a time while they are printable ASCII. Fold: every unit of ASCII is folded; null, too, for a text
-// with others.
-template <bool Fold>
-const char16_t* decode(std::span<const std::uint8_t> encoded, char16_t* out) {
+// Sixteen units at a time while they are printable ASCII. Fold: every unit of ASCII is folded; not_decoded, too, for a
+// text with others.
+template <bool Fold, class Output>
+std::size_t decode(std::span<const std::uint8_t> encoded, Output output) {
   bit_window window(payload_of(encoded));
   while (window.left() != 0) {
-    const sixteen_bytes units = units_of(slots_of(window.load_two()));
-    write(Fold ? folded(units) : units, out);
-    const std::uint64_t printable = printable_count(units);
+    const sixteen_bytes as_stored = units_of(slots_of(window.load_two()));
+    const sixteen_bytes units = Fold ? folded(as_stored) : as_stored;
+    const std::uint64_t printable = printable_count(as_stored);
     if (printable == 16 && window.left() >= 16 * least_code_length) {  // told apart so that the next load need not wait
-      out += 16;
+      output.put(units, 16);
       window.take(16 * least_code_length);
       continue;
     }
     const std::uint64_t taken = std::min(printable, window.left() / least_code_length);
-    out += taken;
+    output.put(units, taken);
     window.take(taken * least_code_length);
     if (window.left() == 0) break;
     const decoded_unit next = unit_of(static_cast<std::uint32_t>(window.load() >> 40));
-    if (next.length == 0 || next.length > window.left()) return nullptr;
-    if (Fold && next.unit >= 0x80) return nullptr;
-    *out++ = static_cast<char16_t>(next.unit);
+    if (next.length == 0 || next.length > window.left()) return not_decoded;
+    if (Fold && next.unit >= 0x80) return not_decoded;
+    output.put(static_cast<char16_t>(next.unit));
     window.take(next.length);
   }
-  return out;
+  return output.count();
+}
+
+template <class Output>
+std::size_t decode(std::span<const std::uint8_t> encoded, text_form form, Output output) {
+  return form == text_form::base ? decode<true>(encoded, output) : decode<false>(encoded, output);
 }
 
 }  // namespace
@@ -137,19 +133,19 @@ std::size_t decoding_room(std::span<const std::uint8_t> encoded) {
   return encoded.size() + encoded.size() / 4 + 16;
 }
 
-const char16_t* decode_text(std::span<const std::uint8_t> encoded, char16_t* out) {
-  return decode<false>(encoded, out);
+std::size_t decode_text(std::span<const std::uint8_t> encoded, text_form form, char16_t* out) {
+  return decode(encoded, form, roomy_output(out));
 }
 
-const char16_t* decode_folded_ascii(std::span<const std::uint8_t> encoded, char16_t* out) {
-  return decode<true>(encoded, out);
+std::size_t decode_text_within(std::span<const std::uint8_t> encoded, text_form form, std::span<char16_t> out) {
+  return decode(encoded, form, bounded_output(out));
 }
 
 bool decode_text(std::span<const std::uint8_t> encoded, std::u16string& units) {
   units.resize(decoding_room(encoded));
-  const char16_t* const end = decode_text(encoded, units.data());
-  if (end == nullptr) return false;
-  units.resize(static_cast<std::size_t>(end - units.data()));
+  const std::size_t count = decode_text(encoded, text_form::plain, units.data());
+  if (count == not_decoded) return false;
+  units.resize(count);
   return true;
 }
 

@@ -115,7 +115,9 @@ TEST(text, context_lends_the_same_as_the_calls_without_one) {
     const auto* first = reinterpret_cast<const std::uint8_t*>(units.data());
     return bytes(first, first + units.size() * 2);
   };
-  for (const std::u16string& text : {std::u16string(), std::u16string(u"Zürich"), std::u16string(300, u'\xD800')}) {
+  std::vector<std::u16string> texts = {u"Zürich", std::u16string(300, u'\xD800')};
+  for (std::size_t length = 0; length <= 40; ++length) texts.emplace_back(length, static_cast<char16_t>(u'A' + length));
+  for (const std::u16string& text : texts) {
     const bytes encoded = encode(text);
     const auto length = static_cast<std::uint32_t>(encoded.size());
     for (const bool limit : {false, true}) {
@@ -153,16 +155,25 @@ TEST(text, what_is_not_encoded_text_is_refused) {
 }
 
 TEST(text, capacity_is_respected) {
-  const bytes encoded = encode(u"abc");
-  char16_t units[5] = {u'#', u'#', u'#', u'#', u'#'};
-  const auto length = static_cast<std::uint32_t>(encoded.size());
-  EXPECT_EQ(orv_convert_turbotext_to_ucs2(encoded.data(), length, units, 3), -3);
-  EXPECT_EQ(units[0], u'#');
-  EXPECT_EQ(orv_convert_turbotext_to_ucs2(encoded.data(), length, units, 4), 3);
-  EXPECT_EQ(std::u16string(units), u"abc");
-  EXPECT_EQ(units[4], u'#');
+  for (const char16_t* const text : {u"", u"abc", u"abcdé", u"abcdefghijklmnopqrstuvwxyz 0123456789", u"€€€€€€€€€"}) {
+    const bytes encoded = encode(text);
+    const auto count = static_cast<std::int32_t>(std::u16string(text).size());
+    for (std::int32_t capacity = 0; capacity <= count + 2; ++capacity) {
+      std::u16string units(static_cast<std::size_t>(count) + 3, u'#');
+      const bool fits = capacity > count;
+      EXPECT_EQ(orv_convert_turbotext_to_ucs2(encoded.data(), static_cast<std::uint32_t>(encoded.size()), units.data(),
+                                              static_cast<std::uint32_t>(capacity)),
+                fits ? count : -count);
+      if (fits) {
+        EXPECT_EQ(std::u16string(units.c_str()), text) << capacity;
+      }
+      EXPECT_EQ(units.substr(static_cast<std::size_t>(fits ? count + 1 : capacity)).find_first_not_of(u'#'),
+                std::u16string::npos)
+          << capacity;
+    }
+  }
   std::uint8_t small[3] = {9, 9, 9};
-  EXPECT_EQ(orv_convert_ucs2_to_turbotext(u"abc", 0, small, 3), encoded.size());
+  EXPECT_EQ(orv_convert_ucs2_to_turbotext(u"abc", 0, small, 3), encode(u"abc").size());
   EXPECT_THAT(small, ElementsAre(9, 9, 9));
 }
 
