@@ -4,7 +4,6 @@
 #include <limits>
 
 #include "ov_sql_executor/errors/db_exception.hpp"
-#include "ov_sql_executor/execution/stack_row.hpp"
 #include "ov_sql_executor/values/conversion.hpp"
 
 namespace ov::sql_executor {
@@ -41,12 +40,8 @@ std::uint64_t sum_or_most(std::uint64_t left, std::uint64_t right) {
 
 // Whether there were as many rows.
 bool skip(row_source& rows, std::uint64_t count, execution_context& context) {
-  const std::size_t size = context.row_stack.size();
-  for (; count > 0; --count) {
-    if (!rows.push_next(context)) return false;
-    cut_row_stack(context, size);
-  }
-  return true;
+  while (count > 0 && rows.skip_next(context)) --count;
+  return count == 0;
 }
 
 }  // namespace

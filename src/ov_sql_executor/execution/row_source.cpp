@@ -26,6 +26,13 @@ class adapted_source final : public row_source {
 
 }  // namespace
 
+bool row_source::skip_next(execution_context& context) {
+  const std::size_t size = context.row_stack.size();
+  if (!push_next(context)) return false;
+  cut_row_stack(context, size);
+  return true;
+}
+
 std::optional<row> row_source::next(execution_context& context) {
   std::optional<row> result;  // made where it is returned
   const std::size_t size = context.row_stack.size();

@@ -20,6 +20,9 @@ class row_source : public enumerator {
   // call, with the stack as it was.
   virtual bool push_next(execution_context& context) = 0;
 
+  // Passes over the next row as push_next would, with the stack as it was, and returns whether there was one.
+  virtual bool skip_next(execution_context& context);
+
   // The same row, moved off the stack.
   std::optional<row> next(execution_context& context) override;
 };

@@ -5,6 +5,7 @@
 #include "ov_sql_executor/database/obj_ref.hpp"
 #include "ov_sql_executor/database/status.hpp"
 #include "ov_sql_executor/execution/scan_keys.hpp"
+#include "ov_sql_executor/execution/stack_row.hpp"
 
 namespace ov::sql_executor {
 
@@ -32,16 +33,25 @@ class scan_enumerator final : public row_source {
   }
 
   bool push_next(execution_context& context) override {
-    if (done_) return false;
     ORV_REFERENCE_VALUE reference{};
-    db_util::check(orv_iterator_next(iterator_, &reference));
-    done_ = reference.object_number == 0;
-    if (done_) return false;
-    context.row_stack.emplace_back(db_util::to_obj_ref(reference));
+    if (!step(reference)) return false;
+    push_value(context, db_util::to_obj_ref(reference));
     return true;
   }
 
+  bool skip_next(execution_context& /*context*/) override {
+    ORV_REFERENCE_VALUE reference{};
+    return step(reference);
+  }
+
  private:
+  bool step(ORV_REFERENCE_VALUE& reference) {
+    if (done_) return false;
+    db_util::check(orv_iterator_next(iterator_, &reference));
+    done_ = reference.object_number == 0;
+    return !done_;
+  }
+
   std::uint64_t iterator_;
   bool done_ = false;
 };

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "ov_sql_executor/expressions/execution_context.hpp"
 #include "ov_sql_executor/values/value.hpp"
@@ -13,6 +14,16 @@ namespace ov::sql_executor {
 // Cuts the row stack back to a size that it had before.
 inline void cut_row_stack(execution_context& context, std::size_t size) {
   while (context.row_stack.size() > size) context.row_stack.pop_back();
+}
+
+[[gnu::noinline]] void make_room_for_value(execution_context& context);
+
+// Appends a value. The stack hardly ever grows, so that growing is kept out of the way.
+template <class Alternative>
+void push_value(execution_context& context, Alternative&& alternative) {
+  if (context.row_stack.size() == context.row_stack.capacity()) make_room_for_value(context);
+  if (context.row_stack.size() == context.row_stack.capacity()) __builtin_unreachable();
+  context.row_stack.emplace_back(std::forward<Alternative>(alternative));
 }
 
 // Appends the values of a row, which keeps its width but not its values.
