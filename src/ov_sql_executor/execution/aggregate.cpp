@@ -2,6 +2,9 @@
 
 #include <compare>
 #include <concepts>
+#include <memory>
+#include <new>
+#include <type_traits>
 
 #include "ov_sql_executor/errors/db_exception.hpp"
 #include "ov_sql_executor/values/arithmetic.hpp"
@@ -145,19 +148,47 @@ value count_distinct_values::result(const state& kept) const { return size_of(ke
 
 }  // namespace aggregates
 
-accumulator new_accumulator(const aggregate_entry& aggregate) {
-  return std::visit([]<class Kind>(const Kind&) -> accumulator { return typename Kind::state{}; }, aggregate);
+namespace {
+
+template <class Kind, class Memory>
+auto& state_at(Memory* memory) {
+  using state = typename Kind::state;
+  using seen_state = std::conditional_t<std::is_const_v<Memory>, const state, state>;
+  return *std::launder(static_cast<seen_state*>(memory));
 }
 
-void add_row(const aggregate_entry& aggregate, accumulator& kept, execution_context& context) {
-  std::visit([&]<class Kind>(const Kind& kind) { kind.add_row(*std::get_if<typename Kind::state>(&kept), context); },
-             aggregate);
-}
+}  // namespace
 
-value finish(const aggregate_entry& aggregate, const accumulator& kept) {
+std::size_t state_size(const aggregate_entry& aggregate) {
   return std::visit(
-      [&]<class Kind>(const Kind& kind) -> value { return kind.result(*std::get_if<typename Kind::state>(&kept)); },
+      []<class Kind>(const Kind&) {
+        using state = typename Kind::state;
+        static_assert(alignof(state) == alignof(std::uint64_t));  // so that states fit side by side
+        return sizeof(state);
+      },
       aggregate);
+}
+
+bool is_state_trivial(const aggregate_entry& aggregate) {
+  return std::visit([]<class Kind>(const Kind&) { return std::is_trivially_destructible_v<typename Kind::state>; },
+                    aggregate);
+}
+
+void construct_state(const aggregate_entry& aggregate, void* state) noexcept {
+  std::visit([state]<class Kind>(const Kind&) { new (state) typename Kind::state{}; }, aggregate);
+}
+
+void destroy_state(const aggregate_entry& aggregate, void* state) noexcept {
+  std::visit([state]<class Kind>(const Kind&) { std::destroy_at(&state_at<Kind>(state)); }, aggregate);
+}
+
+void add_row(const aggregate_entry& aggregate, void* state, execution_context& context) {
+  std::visit([&]<class Kind>(const Kind& kind) { kind.add_row(state_at<Kind>(state), context); }, aggregate);
+}
+
+value finish(const aggregate_entry& aggregate, const void* state) {
+  return std::visit([state]<class Kind>(const Kind& kind) -> value { return kind.result(state_at<Kind>(state)); },
+                    aggregate);
 }
 
 }  // namespace ov::sql_executor

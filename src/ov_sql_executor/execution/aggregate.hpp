@@ -2,6 +2,7 @@
 #ifndef OV_SQL_EXECUTOR_EXECUTION_AGGREGATE_HPP_
 #define OV_SQL_EXECUTOR_EXECUTION_AGGREGATE_HPP_
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <variant>
@@ -124,18 +125,17 @@ using aggregate_entry =
                  aggregates::minimum, aggregates::average_as_double, aggregates::average_as_decimal,
                  aggregates::count_distinct_rows, aggregates::count_distinct_values>;
 
-// The running state of one aggregate over one group: the state of the same alternative.
-using accumulator = std::variant<aggregates::sum::state, aggregates::count_values::state, aggregates::count_rows::state,
-                                 aggregates::maximum::state, aggregates::minimum::state,
-                                 aggregates::average_as_double::state, aggregates::average_as_decimal::state,
-                                 aggregates::count_distinct_rows::state, aggregates::count_distinct_values::state>;
-
-accumulator new_accumulator(const aggregate_entry& aggregate);
+// What each aggregate keeps of one group lies in memory of the caller's: `state` is the address of a Kind::state, where
+// Kind is the entry's alternative.
+std::size_t state_size(const aggregate_entry& aggregate);
+bool is_state_trivial(const aggregate_entry& aggregate);  // which need not be destroyed
+void construct_state(const aggregate_entry& aggregate, void* state) noexcept;
+void destroy_state(const aggregate_entry& aggregate, void* state) noexcept;
 
 // Takes in the row on top of the row stack.
-void add_row(const aggregate_entry& aggregate, accumulator& kept, execution_context& context);
+void add_row(const aggregate_entry& aggregate, void* state, execution_context& context);
 
-value finish(const aggregate_entry& aggregate, const accumulator& kept);
+value finish(const aggregate_entry& aggregate, const void* state);
 
 }  // namespace ov::sql_executor
 

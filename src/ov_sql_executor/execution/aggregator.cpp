@@ -10,20 +10,11 @@ namespace ov::sql_executor {
 
 namespace {
 
-// Takes the row on top of the stack into a group, whose accumulators lie side by side from kept on.
-void add_to_group(const std::vector<aggregate_entry>& aggregates, accumulator* kept, execution_context& context) {
-  for (const aggregate_entry& aggregate : aggregates) add_row(aggregate, *kept++, context);
-}
-
-void push_results(const std::vector<aggregate_entry>& aggregates, const accumulator* kept, execution_context& context) {
-  for (const aggregate_entry& aggregate : aggregates) context.row_stack.push_back(finish(aggregate, *kept++));
-}
-
 class empty_group_by_aggregator_enumerator final : public row_source {
  public:
   empty_group_by_aggregator_enumerator(const std::vector<aggregate_entry>& aggregates,
                                        std::unique_ptr<row_source> child)
-      : aggregates_(aggregates), accumulators_(aggregates), child_(std::move(child)) {
+      : accumulators_(aggregates), child_(std::move(child)) {
     accumulators_.add_group();
   }
 
@@ -31,16 +22,15 @@ class empty_group_by_aggregator_enumerator final : public row_source {
     if (!child_) return false;
     const std::size_t size = context.row_stack.size();
     while (child_->push_next(context)) {
-      add_to_group(aggregates_, accumulators_.of(0), context);
+      accumulators_.add_row(0, context);
       cut_row_stack(context, size);
     }
     child_.reset();
-    push_results(aggregates_, accumulators_.of(0), context);
+    accumulators_.push_results(0, context);
     return true;
   }
 
  private:
-  const std::vector<aggregate_entry>& aggregates_;  // the node's
   group_accumulators accumulators_;
   std::unique_ptr<row_source> child_;  // until it is exhausted
 };
@@ -49,16 +39,12 @@ class aggregator_enumerator final : public row_source {
  public:
   aggregator_enumerator(const std::vector<operators::operand>& group_keys,
                         const std::vector<aggregate_entry>& aggregates, std::unique_ptr<row_source> child)
-      : group_keys_(group_keys),
-        aggregates_(aggregates),
-        groups_(group_keys.size()),
-        accumulators_(aggregates),
-        child_(std::move(child)) {}
+      : group_keys_(group_keys), groups_(group_keys.size()), accumulators_(aggregates), child_(std::move(child)) {}
 
   bool push_next(execution_context& context) override {
     if (!filled_) fill(context);
     if (cursor_ == groups_.size()) return false;
-    push_results(aggregates_, accumulators_.of(cursor_), context);
+    accumulators_.push_results(cursor_, context);
     for (const value_view& key : groups_.row_at(cursor_++)) append_value(context.row_stack, key);
     return true;
   }
@@ -71,13 +57,12 @@ class aggregator_enumerator final : public row_source {
     while (child_->push_next(context)) {
       const row_set::place group = groups_.find_or_insert(keys.evaluate(group_keys_, context));
       if (group.is_new) accumulators_.add_group();
-      add_to_group(aggregates_, accumulators_.of(group.index), context);
+      accumulators_.add_row(group.index, context);
       cut_row_stack(context, size);
     }
   }
 
   const std::vector<operators::operand>& group_keys_;  // the node's
-  const std::vector<aggregate_entry>& aggregates_;     // the node's
   row_set groups_;
   group_accumulators accumulators_;
   bool filled_ = false;

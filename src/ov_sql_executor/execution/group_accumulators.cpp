@@ -11,15 +11,48 @@ constexpr std::size_t first_block = std::size_t{1} << first_block_bits;
 
 }  // namespace
 
-void group_accumulators::add_group() {
-  const place next = find(count_++);
-  if (next.block == blocks_.size()) blocks_.emplace_back().reserve((first_block << next.block) * aggregates_.size());
-  for (const aggregate_entry& aggregate : aggregates_) blocks_.back().push_back(new_accumulator(aggregate));
+group_accumulators::group_accumulators(const std::vector<aggregate_entry>& aggregates) : aggregates_(aggregates) {
+  offsets_.reserve(aggregates_.size());
+  for (const aggregate_entry& aggregate : aggregates_) {
+    offsets_.push_back(group_size_);
+    group_size_ += state_size(aggregate);
+    are_trivial_ = are_trivial_ && is_state_trivial(aggregate);
+  }
 }
 
-accumulator* group_accumulators::of(std::size_t group) {
+group_accumulators::~group_accumulators() {
+  for (std::size_t group = 0; !are_trivial_ && group < count_; ++group) {
+    std::byte* const first = first_state(group);
+    for (std::size_t i = 0; i < offsets_.size(); ++i) destroy_state(aggregates_[i], first + offsets_[i]);
+  }
+}
+
+void group_accumulators::add_group() {
+  const std::size_t block = find(count_).block;
+  if (block == blocks_.size()) {
+    blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>((first_block << block) * group_size_));
+  }
+  std::byte* const first = first_state(count_++);
+  for (std::size_t i = 0; i < offsets_.size(); ++i) construct_state(aggregates_[i], first + offsets_[i]);
+}
+
+void group_accumulators::add_row(std::size_t group, execution_context& context) {
+  std::byte* const first = first_state(group);
+  for (std::size_t i = 0; i < offsets_.size(); ++i) {
+    sql_executor::add_row(aggregates_[i], first + offsets_[i], context);
+  }
+}
+
+void group_accumulators::push_results(std::size_t group, execution_context& context) const {
+  const std::byte* const first = first_state(group);
+  for (std::size_t i = 0; i < offsets_.size(); ++i) {
+    context.row_stack.push_back(finish(aggregates_[i], first + offsets_[i]));
+  }
+}
+
+std::byte* group_accumulators::first_state(std::size_t group) const {
   const place at = find(group);
-  return blocks_[at.block].data() + at.group * aggregates_.size();
+  return blocks_[at.block].get() + at.group * group_size_;
 }
 
 // Block n holds 16 * 2^n groups and begins after 16 * (2^n - 1) others.

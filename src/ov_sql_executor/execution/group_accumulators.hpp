@@ -2,24 +2,32 @@
 #define OV_SQL_EXECUTOR_EXECUTION_GROUP_ACCUMULATORS_HPP_
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "ov_sql_executor/execution/aggregate.hpp"
 
 namespace ov::sql_executor {
 
-// The accumulators of each group, side by side. They lie in blocks that never move, each for as many groups as all
-// before it, and a few more.
+// The running states of each group's aggregates: side by side, each as large as it is, since groups by the million are
+// looked at in any order and have to come from near the processor. They lie in blocks that never move, each for as many
+// groups as all before it, and a few more.
 class group_accumulators {
  public:
   // The list of aggregates must outlive it.
-  explicit group_accumulators(const std::vector<aggregate_entry>& aggregates) : aggregates_(aggregates) {}
+  explicit group_accumulators(const std::vector<aggregate_entry>& aggregates);
+  group_accumulators(const group_accumulators&) = delete;
+  group_accumulators& operator=(const group_accumulators&) = delete;
+  ~group_accumulators();
 
-  // The next group, with fresh accumulators.
+  // The next group, which has seen no row.
   void add_group();
 
-  // The first accumulator of a group, by number.
-  accumulator* of(std::size_t group);
+  // Takes the row on top of the row stack into a group, by number.
+  void add_row(std::size_t group, execution_context& context);
+
+  // Appends a group's results to the row stack.
+  void push_results(std::size_t group, execution_context& context) const;
 
  private:
   struct place {
@@ -27,10 +35,14 @@ class group_accumulators {
     std::size_t group;  // within the block
   };
   static place find(std::size_t group);
+  std::byte* first_state(std::size_t group) const;
 
   const std::vector<aggregate_entry>& aggregates_;
+  std::vector<std::size_t> offsets_;  // of each aggregate's state within its group
+  std::size_t group_size_ = 0;        // bytes
+  bool are_trivial_ = true;           // the states need not be destroyed
   std::size_t count_ = 0;
-  std::vector<std::vector<accumulator>> blocks_;
+  std::vector<std::unique_ptr<std::byte[]>> blocks_;
 };
 
 }  // namespace ov::sql_executor
