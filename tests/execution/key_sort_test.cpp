@@ -44,7 +44,7 @@ std::vector<std::size_t> sorted(key_sort& sort, std::size_t count) {
 }
 
 // Long inputs are sorted in parts: few values and many, kinds of keys, directions and patterns of the input.
-TEST(KeySort, EveryRowComesOnceAndInOrder) {
+TEST(KeySort, EveryRowComesOnceAndInOrderAndEqualOnesAsTheyCame) {
   std::mt19937 random(20);
   const std::size_t counts[] = {0, 1, 11, 200, 3999, 5000, 9000};
   const int numbers_of_keys[] = {1, 2, 40, 1 << 20};
@@ -69,12 +69,6 @@ TEST(KeySort, EveryRowComesOnceAndInOrder) {
         sort.add_key(keys.back());
       }
     }
-    const std::vector<std::size_t> rows = sorted(sort, count);
-    std::vector<std::size_t> numbers(rows);
-    std::sort(numbers.begin(), numbers.end());
-    std::vector<std::size_t> all(count);
-    std::iota(all.begin(), all.end(), 0);
-    ASSERT_EQ(numbers, all) << "round " << round;
     const auto goes_before = [&](std::size_t left, std::size_t right) {
       for (std::size_t i = 0; i < width; ++i) {
         const auto order = sort_order(keys[left * width + i], keys[right * width + i]);
@@ -82,7 +76,10 @@ TEST(KeySort, EveryRowComesOnceAndInOrder) {
       }
       return false;
     };
-    ASSERT_TRUE(std::is_sorted(rows.begin(), rows.end(), goes_before)) << "round " << round;
+    std::vector<std::size_t> expected(count);
+    std::iota(expected.begin(), expected.end(), 0);
+    std::stable_sort(expected.begin(), expected.end(), goes_before);
+    ASSERT_EQ(sorted(sort, count), expected) << "round " << round;
   }
 }
 

@@ -86,7 +86,7 @@ TEST(OrderBy, sorts_by_keys_with_a_direction_each_and_null_lowest) {
       << "a foreign node's rows";
 }
 
-// Of a long input it drops most rows on the way, whatever lies between it and the limit.
+// Of a long input it drops most rows on the way, whatever lies between it and the limit; equal ones stay as they came.
 TEST(OrderBy, finds_the_first_rows_for_a_limit) {
   std::mt19937 random(8);
   for (const bool first : {true, false}) {
@@ -97,13 +97,13 @@ TEST(OrderBy, finds_the_first_rows_for_a_limit) {
       }
       if (is_shuffled) std::ranges::shuffle(input, random);
       rows sorted = input;
-      std::ranges::sort(sorted, {}, [&](const row& each) {
+      std::ranges::stable_sort(sorted, {}, [&](const row& each) {
         const std::int64_t number = std::get<std::int64_t>(each[1]);
         const std::int64_t key = number % 50 == 0 ? -1 : number / 2000;
-        return std::pair(first ? key : -key, -number);
+        return first ? key : -key;
       });
       for (const std::uint64_t limit : {1U, 700U, 2000U, 40000U}) {
-        auto sorter = std::make_unique<order_by>(given(input), columns({0, 1}), std::vector<bool>{first, false});
+        auto sorter = std::make_unique<order_by>(given(input), columns({0}), std::vector<bool>{first});
         auto wider = std::make_unique<extension>(std::move(sorter), columns({2}));
         auto narrower = std::make_unique<projection>(std::move(wider), columns({0, 1, 3}));
         const limit_offset node(std::move(narrower), constant(0), constant(1));

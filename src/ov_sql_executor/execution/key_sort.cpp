@@ -20,6 +20,7 @@ constexpr std::ptrdiff_t much_longer = 4;  // times as long as these
 constexpr std::ptrdiff_t most_at_once = 250;
 
 bool has_less_prefix(const key_sort::entry& left, const key_sort::entry& right) { return left.prefix < right.prefix; }
+bool came_before(const key_sort::entry& left, const key_sort::entry& right) { return left.row < right.row; }
 bool has_same_prefix(const key_sort::entry& left, const key_sort::entry& right) { return left.prefix == right.prefix; }
 
 }  // namespace
@@ -74,6 +75,7 @@ void key_sort::sort_further() {
   const run next = unsorted_.back();
   unsorted_.pop_back();
   if (next.key == ascending_.size()) {
+    boost::sort::pdqsort_branchless(next.begin, next.end, came_before);
     sorted_ = next.end;
   } else if (next.end - next.begin < short_run) {
     sort_by_comparison(next);
@@ -152,7 +154,7 @@ bool key_sort::goes_before(const entry& left, const entry& right, std::size_t ke
     const std::strong_ordering order = columns_[key].order(left.row, right.row);
     if (order != 0) return ascending_[key] ? order < 0 : order > 0;
   }
-  return false;
+  return came_before(left, right);
 }
 
 }  // namespace ov::sql_executor

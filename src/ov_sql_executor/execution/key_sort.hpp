@@ -17,7 +17,8 @@ namespace ov::sql_executor {
 //
 // Most of it is sorting of numbers: the rows are sorted by the first 64 bits of one key. Where a run of rows has the
 // same ones, and these are the whole key, it is sorted by the next key in the same way. What is left, short runs and
-// long texts that begin alike, is sorted by comparing whole keys.
+// long texts that begin alike, is sorted by comparing whole keys. Rows that are equal in all keys are put back into the
+// order in which they came, so that a limit cuts a slice out of the same rows whatever it is.
 class key_sort {
  public:
   using entry = sort_entry;
@@ -40,8 +41,8 @@ class key_sort {
   // ones now, in this order. Throws what start throws.
   std::vector<std::size_t> keep_first(std::size_t wanted, std::size_t count);
 
-  // The next rows in the order of their keys, at least one unless there are no more; rows with equal keys come in no
-  // particular order. The span is good until this is called again. Asks for no memory and throws nothing.
+  // The next rows in the order of their keys, at least one unless there are no more; rows with equal keys come in the
+  // order in which they were added. The span is good until this is called again. Asks for no memory and throws nothing.
   std::span<const entry> next_rows();
 
  private:
