@@ -187,10 +187,10 @@ load_cost cost_of(const std::function<void()>& load) {
     _exit(0);
   }
   load_cost cost{};
+  close(ends[1]);  // so that a child that dies is seen to
   require(read(ends[0], &cost, sizeof cost) == sizeof cost, "the load");
   waitpid(child, nullptr, 0);
   close(ends[0]);
-  close(ends[1]);
   return cost;
 }
 

@@ -7,7 +7,7 @@ set -euo pipefail
 packages=(
   g++ clang cmake ninja-build pkg-config git
   libboost-dev          # the library: multiprecision oracle, numeric conversion exceptions, hashing
-  libabsl-dev           # the embedded core: B-tree of the ordered indexes
+  libabsl-dev           # core_bench: a B-tree to compare the indexes with
   libicu-dev            # the embedded core: case folding; the host: UTF-8
   libcsv-dev            # the host: CSV files
   libgtest-dev libgmock-dev libbenchmark-dev libsqlite3-dev

@@ -1,5 +1,5 @@
-// The entries of an index in order, in blocks of a few hundred that lie side by side: a step is a step in an array. A
-// B-tree over the blocks' first entries finds the block of an entry; it is small enough to stay in the cache.
+// The entries of an index in order, in blocks of a few hundred that lie side by side: a step is a step in an array. An
+// array of the blocks' first entries, which is small enough to stay in the cache, finds the block of an entry.
 //
 //    directory    fence 1 ------> fence 2 ------> fence 3
 //                    |               |               |
@@ -9,31 +9,34 @@
 #ifndef OVCOREDB_ENTRY_BLOCKS_HPP_
 #define OVCOREDB_ENTRY_BLOCKS_HPP_
 
-#include <absl/container/btree_set.h>
-
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
-#include <iterator>
-#include <memory>
 #include <utility>
+#include <vector>
+
+#include "ovcoredb/raw_array.hpp"
 
 namespace ovcoredb {
 
 // Less: a strict order of entries. Entry: trivially copyable, comparable with ==, with a word() that never falls along
-// the order. The word tells about where in its block an entry lies: most searches look at one or two cache lines of it.
+// the order. The word tells about where among others an entry lies: most searches look at one or two cache lines of the
+// directory and of the block.
 template <class Entry, class Less>
 class entry_blocks {
  public:
-  static constexpr std::uint32_t block_capacity = 252;
+  static constexpr std::uint32_t block_capacity = 255;
+  static constexpr std::uint32_t no_block = ~std::uint32_t{0};
 
   struct block {
-    block* next = nullptr;
-    block* previous = nullptr;
-    std::uint32_t count = 0;  // at least 1
+    std::uint32_t next;  // numbers of blocks
+    std::uint32_t previous;
+    std::uint32_t count;  // at least 1
     Entry entries[block_capacity];
   };
 
   // Before one of the entries, or behind the last: then `offset` is the last block's count. Null block: there are none.
+  // Good until something is written.
   struct position {
     const block* in = nullptr;
     std::uint32_t offset = 0;
@@ -42,116 +45,111 @@ class entry_blocks {
     const Entry& operator*() const { return in->entries[offset]; }
   };
 
-  explicit entry_blocks(Less less) : less_(less), directory_(fence_order{less}) {}
+  explicit entry_blocks(Less less) : less_(less) {}
 
-  position begin() const { return {first_, 0}; }
-  position end() const { return {last_, last_ == nullptr ? 0 : last_->count}; }
+  position begin() const { return {block_at(first_), 0}; }
+  position end() const { return {block_at(last_), last_ == no_block ? 0 : block_at(last_)->count}; }
+  const block* next(const block& of) const { return block_at(of.next); }          // null behind the last
+  const block* previous(const block& of) const { return block_at(of.previous); }  // null before the first
 
   // The first entry for which `before` is false. It is true of a beginning of the entries, up to about this word.
   template <class Before>
   position find(std::uint64_t word, const Before& before) const {
+    if (directory_.empty()) return {};
     const place found = locate(word, before);
-    if (found.in == nullptr) return {};
-    if (found.offset < found.in->count || found.in->next == nullptr) return {found.in, found.offset};
-    return {found.in->next, 0};
+    const block& in = blocks_[found.number];
+    if (found.offset < in.count || in.next == no_block) return {&in, found.offset};
+    return {&blocks_[in.next], 0};
   }
 
   // The entry is not there.
   void insert(const Entry& entry) {
+    if (directory_.empty()) {
+      first_ = last_ = add_block(0, entry);
+      return;
+    }
     place at = locate(entry);
-    if (at.in == nullptr) {
-      first_ = last_ = add_block(nullptr, entry);
-    } else if (at.in->count < block_capacity) {
-      insert_at(*at.in, at.offset, entry);
-    } else if (at.in == last_ && at.offset == block_capacity) {
-      last_ = add_block(last_, entry);  // an ascending load fills its blocks
-    } else {
+    if (blocks_[at.number].count == block_capacity) {
+      if (at.number == last_ && at.offset == block_capacity) {
+        last_ = add_block(directory_.size(), entry);  // an ascending load fills its blocks
+        return;
+      }
       split(at);
       at = locate(entry);
-      insert_at(*at.in, at.offset, entry);
     }
+    insert_at(blocks_[at.number], at.offset, entry);
   }
 
   // The entry is there.
   void erase(const Entry& entry) {
-    const position at = find(entry.word(), [&](const Entry& each) { return less_(each, entry); });
-    const auto found = fence_of(entry);
-    block& in = *found->in;
+    const place at = locate(entry);
+    // Where it begins a block, it was sought up to the end of the block before.
+    const bool is_first_of_next = at.offset == blocks_[at.number].count;
+    const std::size_t found = at.fence + (is_first_of_next ? 1 : 0);
+    const std::uint32_t offset = is_first_of_next ? 0 : at.offset;
+    block& in = blocks_[directory_[found].number];
     if (in.count == 1) {
       remove_block(found);
       return;
     }
-    std::copy(in.entries + at.offset + 1, in.entries + in.count, in.entries + at.offset);
+    std::copy(in.entries + offset + 1, in.entries + in.count, in.entries + offset);
     --in.count;
-    if (found->first == entry) found->first = in.entries[0];
+    directory_[found].first = in.entries[0];
   }
 
  private:
-  template <class Before>
-  struct boundary {
-    const Before& before;
-  };
   struct fence {
-    mutable Entry first;  // another entry of the block takes its place without disturbing the order
-    std::unique_ptr<block> in;
+    Entry first;
+    std::uint32_t number;  // of its block
   };
-  struct fence_order {
-    using is_transparent = void;
-    using absl_btree_prefer_linear_node_search = std::true_type;  // a mispredicted branch costs more than its fences
-    Less less;
-    bool operator()(const fence& a, const fence& b) const { return less(a.first, b.first); }
-    bool operator()(const fence& a, const Entry& b) const { return less(a.first, b); }
-    bool operator()(const Entry& a, const fence& b) const { return less(a, b.first); }
-    template <class Before>
-    bool operator()(const fence& a, const boundary<Before>& b) const {
-      return b.before(a.first);
-    }
-    template <class Before>
-    bool operator()(const boundary<Before>& a, const fence& b) const {
-      return !a.before(b.first);
-    }
-  };
-  using fences = absl::btree_set<fence, fence_order>;
 
-  // Where an entry at the boundary belongs; the offset may be the block's count although other blocks follow.
+  // Where an entry belongs; the offset may be the block's count although other blocks follow.
   struct place {
-    block* in = nullptr;
-    std::uint32_t offset = 0;
+    std::size_t fence;     // in the directory
+    std::uint32_t number;  // of the block
+    std::uint32_t offset;
   };
+
+  const block* block_at(std::uint32_t number) const { return number == no_block ? nullptr : &blocks_[number]; }
 
   place locate(const Entry& entry) const {
     return locate(entry.word(), [&](const Entry& each) { return less_(each, entry); });
   }
 
+  // There are blocks.
   template <class Before>
   place locate(std::uint64_t word, const Before& before) const {
-    auto found = directory_.lower_bound(boundary<Before>{before});
-    if (first_ == nullptr) return {};
-    const auto behind = found;
-    if (found != directory_.begin()) --found;
-    block& in = *found->in;
-    const Entry& highest = behind != found && behind != directory_.end() ? behind->first : in.entries[in.count - 1];
-    return {&in, locate_in(in, guess(in.count, found->first.word(), highest.word(), word), before)};
+    const std::size_t count = directory_.size();
+    const std::size_t near = guess(count, directory_.front().first.word(), directory_.back().first.word(), word);
+    std::size_t found = partition_point(count, near, [&](std::size_t each) { return before(directory_[each].first); });
+    if (found != 0) --found;
+    const fence& at = directory_[found];
+    const block& in = blocks_[at.number];
+    const Entry& highest = found + 1 != count ? directory_[found + 1].first : in.entries[in.count - 1];
+    const std::size_t offset = partition_point(in.count, guess(in.count, at.first.word(), highest.word(), word),
+                                               [&](std::size_t each) { return before(in.entries[each]); });
+    return {found, at.number, static_cast<std::uint32_t>(offset)};
   }
 
-  // Where a word lies if words grow evenly from the lowest to the highest.
-  static std::uint32_t guess(std::uint32_t count, std::uint64_t lowest, std::uint64_t highest, std::uint64_t word) {
+  // Where among `count` a word lies if words grow evenly from the lowest to the highest.
+  static std::size_t guess(std::size_t count, std::uint64_t lowest, std::uint64_t highest, std::uint64_t word) {
     if (word <= lowest) return 0;
     if (word >= highest) return count;
     const auto part = static_cast<double>(static_cast<std::int64_t>((word - lowest) / 2));
     const auto whole = static_cast<double>(static_cast<std::int64_t>((highest - lowest) / 2)) + 1;
-    return static_cast<std::uint32_t>(part / whole * count);
+    return static_cast<std::size_t>(part / whole * static_cast<double>(count));
   }
 
-  // Looks ever further away from the guess, which is at most the block's count, and then between the last two places.
+  // The number of positions for which `before` is true: those from 0 on. Looks ever further away from the guess, which
+  // is at most the count, and then between the last two places.
   template <class Before>
-  static std::uint32_t locate_in(const block& in, std::uint32_t guess, const Before& before) {
-    std::uint32_t low = 0;
-    std::uint32_t high = in.count;
-    if (guess < high && before(in.entries[guess])) {
+  static std::size_t partition_point(std::size_t count, std::size_t guess, const Before& before) {
+    std::size_t low = 0;
+    std::size_t high = count;
+    if (guess < high && before(guess)) {
       low = guess + 1;
-      for (std::uint32_t step = 1; step <= high - low; step *= 2) {
-        if (!before(in.entries[low + step - 1])) {
+      for (std::size_t step = 1; step <= high - low; step *= 2) {
+        if (!before(low + step - 1)) {
           high = low + step - 1;
           break;
         }
@@ -159,32 +157,27 @@ class entry_blocks {
       }
     } else {
       high = guess;
-      for (std::uint32_t step = 1; step <= high; step *= 2) {
-        if (before(in.entries[high - step])) {
+      for (std::size_t step = 1; step <= high; step *= 2) {
+        if (before(high - step)) {
           low = high - step + 1;
           break;
         }
         high -= step;
       }
     }
-    return locate_between(in, low, high, before);
+    return partition_point_between(low, high, before);
   }
 
   // A binary search whose steps are selections, not jumps.
   template <class Before>
-  static std::uint32_t locate_between(const block& in, std::uint32_t low, std::uint32_t high, const Before& before) {
-    for (std::uint32_t count = high - low; count != 0;) {
-      const std::uint32_t half = count / 2;
-      const bool behind = before(in.entries[low + half]);
+  static std::size_t partition_point_between(std::size_t low, std::size_t high, const Before& before) {
+    for (std::size_t count = high - low; count != 0;) {
+      const std::size_t half = count / 2;
+      const bool behind = before(low + half);
       low = behind ? low + half + 1 : low;
       count = behind ? count - half - 1 : half;
     }
     return low;
-  }
-
-  typename fences::iterator fence_of(const Entry& entry) {
-    const auto behind = directory_.upper_bound(entry);
-    return behind == directory_.begin() ? behind : std::prev(behind);
   }
 
   static void insert_at(block& in, std::uint32_t offset, const Entry& entry) {
@@ -193,49 +186,62 @@ class entry_blocks {
     ++in.count;
   }
 
-  // A new block that holds the entry, behind `previous`.
-  block* add_block(block* previous, const Entry& entry) {
-    auto added = std::make_unique_for_overwrite<block>();
-    block* const in = added.get();
-    in->entries[0] = entry;
-    in->count = 1;
-    directory_.insert(fence{entry, std::move(added)});
-    link(previous, in, previous == nullptr ? nullptr : previous->next);
-    return in;
+  // The number of a new block that holds the entry, which becomes the fence at that place in the directory. The entry
+  // is copied: blocks move when one is added.
+  std::uint32_t add_block(std::size_t at, Entry entry) {
+    if (directory_.size() == directory_.capacity()) directory_.reserve(2 * directory_.size() + 1);
+    const std::uint32_t number = unused_block();
+    const std::uint32_t previous = at == 0 ? no_block : directory_[at - 1].number;
+    const std::uint32_t next = at == directory_.size() ? no_block : directory_[at].number;
+    block& added = blocks_[number];
+    added.next = next;
+    added.previous = previous;
+    added.count = 1;
+    added.entries[0] = entry;
+    if (previous != no_block) blocks_[previous].next = number;
+    if (next != no_block) blocks_[next].previous = number;
+    directory_.insert(directory_.begin() + static_cast<std::ptrdiff_t>(at), {entry, number});
+    return number;
   }
 
-  static void link(block* previous, block* in, block* next) {
-    in->previous = previous;
-    in->next = next;
-    if (previous != nullptr) previous->next = in;
-    if (next != nullptr) next->previous = in;
+  std::uint32_t unused_block() {
+    if (removed_ == no_block) {
+      blocks_.extend(1);
+      return static_cast<std::uint32_t>(blocks_.size() - 1);
+    }
+    const std::uint32_t number = removed_;
+    removed_ = blocks_[number].next;
+    return number;
   }
 
   // Moves the upper half of a full block into a new one.
   void split(const place& full) {
-    block& in = *full.in;
-    if (&in == first_) directory_.begin()->first = in.entries[0];
     constexpr std::uint32_t kept = block_capacity / 2;
-    block* const added = add_block(&in, in.entries[kept]);
-    std::copy(in.entries + kept, in.entries + in.count, added->entries);
-    added->count = in.count - kept;
+    const std::uint32_t number = add_block(full.fence + 1, blocks_[full.number].entries[kept]);
+    block& in = blocks_[full.number];
+    block& added = blocks_[number];
+    std::copy(in.entries + kept, in.entries + in.count, added.entries);
+    added.count = in.count - kept;
     in.count = kept;
-    if (&in == last_) last_ = added;
+    directory_[full.fence].first = in.entries[0];
+    if (full.number == last_) last_ = number;
   }
 
-  void remove_block(typename fences::iterator of) {
-    block& in = *of->in;
-    if (in.previous != nullptr) in.previous->next = in.next;
-    if (in.next != nullptr) in.next->previous = in.previous;
-    if (&in == first_) first_ = in.next;
-    if (&in == last_) last_ = in.previous;
-    directory_.erase(of);
+  void remove_block(std::size_t at) {
+    const std::uint32_t number = directory_[at].number;
+    block& in = blocks_[number];
+    (number == first_ ? first_ : blocks_[in.previous].next) = in.next;
+    (number == last_ ? last_ : blocks_[in.next].previous) = in.previous;
+    in.next = std::exchange(removed_, number);
+    directory_.erase(directory_.begin() + static_cast<std::ptrdiff_t>(at));
   }
 
   Less less_;
-  fences directory_;
-  block* first_ = nullptr;
-  block* last_ = nullptr;
+  raw_array<block> blocks_;
+  std::vector<fence> directory_;
+  std::uint32_t first_ = no_block;
+  std::uint32_t last_ = no_block;
+  std::uint32_t removed_ = no_block;  // the first of the blocks that can be used again
 };
 
 }  // namespace ovcoredb

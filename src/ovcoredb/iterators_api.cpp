@@ -18,10 +18,16 @@ using position = ordered_index::entries::position;
 constexpr std::uint32_t checks_before_end_is_sought = 3;
 
 // The same place, said so that the entry to be handed out next is in the position's block, if there is one.
-position normal(position at, bool descending) {
+position normal(const ordered_index& index, position at, bool descending) {
   if (at.in == nullptr) return at;
-  if (descending && at.offset == 0 && at.in->previous != nullptr) return {at.in->previous, at.in->previous->count};
-  if (!descending && at.offset == at.in->count && at.in->next != nullptr) return {at.in->next, 0};
+  if (descending && at.offset == 0) {
+    const auto* const previous = index.previous(*at.in);
+    return previous == nullptr ? at : position{previous, previous->count};
+  }
+  if (!descending && at.offset == at.in->count) {
+    const auto* const next = index.next(*at.in);
+    return next == nullptr ? at : position{next, 0};
+  }
   return at;
 }
 
@@ -33,7 +39,8 @@ void stand_at(iterator_state& iterator, position at) {
 }
 
 position where_it_stands(const iterator_state& iterator) {
-  return normal({iterator.in, iterator.descending() ? iterator.at + 1 : iterator.at}, iterator.descending());
+  const std::uint32_t offset = iterator.descending() ? iterator.at + 1 : iterator.at;
+  return normal(*iterator.index, {iterator.in, offset}, iterator.descending());
 }
 
 std::uint32_t start(context_state& reader, iterator_state& iterator, const ordered_index& index, std::uint32_t flags,
@@ -73,7 +80,7 @@ bool look_further(iterator_state& iterator) {
     }
     iterator.limit = iterator.at + iterator.step;
     if (--iterator.checks_left != 0) return true;
-    iterator.stop = normal(iterator.index->find(iterator.last), descending);
+    iterator.stop = normal(*iterator.index, iterator.index->find(iterator.last), descending);
   }
   const std::uint32_t block_end = descending ? 0 : at.in->count;
   const std::uint32_t end = iterator.stop.in == at.in ? iterator.stop.offset : block_end;

@@ -71,6 +71,8 @@ class ordered_index {
   using entries = entry_blocks<index_entry, entry_order>;
   entries::position begin() const { return entries_.begin(); }
   entries::position end() const { return entries_.end(); }
+  const entries::block* next(const entries::block& of) const { return entries_.next(of); }
+  const entries::block* previous(const entries::block& of) const { return entries_.previous(of); }
 
   // The first entry that is not before the end.
   entries::position find(const range_end& end) const {

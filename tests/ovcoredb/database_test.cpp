@@ -4,9 +4,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "key_writer.hpp"
@@ -140,6 +142,30 @@ TEST_F(database_test, objects_are_found_however_they_were_loaded) {
       if (tag_of[number - 1] == tables[t]) expected.push_back(number);
     }
     ASSERT_EQ(all_of(handle, indexes[t]), expected);
+  }
+}
+
+// Columns and blocks of indexes move to large pages as they grow, some of them when entries are put between others.
+TEST_F(database_test, large_tables_hold_what_was_loaded) {
+  constexpr std::uint64_t count = 300'000;
+  const auto key_of = [](std::uint64_t row) { return row * 0x9E3779B97F4A7C15; };  // no two alike, in no order
+  const auto text_of = [](std::uint64_t row) { return std::u16string_view(u"twelve units").substr(row % 12); };
+  const std::uint16_t table =
+      db.database.create_table({.set_specifier = u"/Large/", .columns = {column_type::uint64, column_type::text}});
+  const std::uint64_t index = db.database.create_index({.table = table, .columns = {{2}}, .unique = true});
+  std::vector<std::pair<std::uint64_t, std::uint64_t>> expected;  // keys and rows
+  for (std::uint64_t row = 0; row < count; ++row) {
+    db.database.insert(table, std::vector<cell>{key_of(row), text_of(row)});
+    expected.emplace_back(key_of(row), row);
+  }
+  std::sort(expected.begin(), expected.end());
+  const std::vector<std::uint64_t> found = all_of(handle, index);
+  ASSERT_EQ(found.size(), count);
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto [key, row] = expected[i];
+    ASSERT_EQ(found[i], row + 1);
+    ASSERT_EQ(read(orv_context_get_ulong, {found[i], table}, 2), key);
+    ASSERT_EQ(string_of(found[i], table, 3), text_of(row));
   }
 }
 

@@ -1,6 +1,7 @@
 #include "ov_sql_executor/execution/group_accumulators.hpp"
 
 #include <bit>
+#include <utility>
 
 namespace ov::sql_executor {
 
@@ -30,7 +31,7 @@ group_accumulators::~group_accumulators() {
 void group_accumulators::add_group() {
   const std::size_t block = find(count_).block;
   if (block == blocks_.size()) {
-    blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>((first_block << block) * group_size_));
+    blocks_.emplace_back((first_block << block) * group_size_);
   }
   std::byte* const first = first_state(count_++);
   for (std::size_t i = 0; i < offsets_.size(); ++i) construct_state(aggregates_[i], first + offsets_[i]);
@@ -50,9 +51,13 @@ void group_accumulators::push_results(std::size_t group, execution_context& cont
   }
 }
 
-std::byte* group_accumulators::first_state(std::size_t group) const {
+const std::byte* group_accumulators::first_state(std::size_t group) const {
   const place at = find(group);
-  return blocks_[at.block].get() + at.group * group_size_;
+  return blocks_[at.block].data() + at.group * group_size_;
+}
+
+std::byte* group_accumulators::first_state(std::size_t group) {
+  return const_cast<std::byte*>(std::as_const(*this).first_state(group));
 }
 
 // Block n holds 16 * 2^n groups and begins after 16 * (2^n - 1) others.

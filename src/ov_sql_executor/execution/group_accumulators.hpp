@@ -2,10 +2,10 @@
 #define OV_SQL_EXECUTOR_EXECUTION_GROUP_ACCUMULATORS_HPP_
 
 #include <cstddef>
-#include <memory>
 #include <vector>
 
 #include "ov_sql_executor/execution/aggregate.hpp"
+#include "ov_sql_executor/values/large_memory.hpp"
 
 namespace ov::sql_executor {
 
@@ -35,14 +35,15 @@ class group_accumulators {
     std::size_t group;  // within the block
   };
   static place find(std::size_t group);
-  std::byte* first_state(std::size_t group) const;
+  const std::byte* first_state(std::size_t group) const;
+  std::byte* first_state(std::size_t group);
 
   const std::vector<aggregate_entry>& aggregates_;
   std::vector<std::size_t> offsets_;  // of each aggregate's state within its group
   std::size_t group_size_ = 0;        // bytes
   bool are_trivial_ = true;           // the states need not be destroyed
   std::size_t count_ = 0;
-  std::vector<std::unique_ptr<std::byte[]>> blocks_;
+  std::vector<large_vector<std::byte>> blocks_;
 };
 
 }  // namespace ov::sql_executor

@@ -46,7 +46,7 @@ class key_sort {
   std::span<const entry> next_rows();
 
  private:
-  using iterator = std::vector<entry>::iterator;
+  using iterator = large_vector<entry>::iterator;
 
   enum class step { unread, unsorted, sorted };  // what has been done with the prefixes
 
@@ -72,7 +72,7 @@ class key_sort {
   const std::ptrdiff_t first_rows_;   // so many rows of a longer input are sorted first
   std::vector<sort_column> columns_;  // as many as there are keys, until the sort is done
   std::size_t next_column_ = 0;
-  std::vector<entry> rows_;
+  large_vector<entry> rows_;
   iterator given_;             // the rows before this have been handed out
   iterator sorted_;            // the rows before this have found their places
   std::vector<run> unsorted_;  // the others, the first run last; not on the call stack, which many keys would exhaust

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <vector>
 
+#include "ov_sql_executor/values/large_memory.hpp"
 #include "ov_sql_executor/values/value.hpp"
 
 namespace ov::sql_executor {
@@ -48,9 +48,9 @@ class reference_list {
   }
 
   bool is_narrow_ = true;
-  std::uint64_t second_word_ = 0;      // of the narrow ones
-  std::vector<std::uint32_t> narrow_;  // object numbers
-  std::vector<OV_OBJ_REF> wide_;
+  std::uint64_t second_word_ = 0;       // of the narrow ones
+  large_vector<std::uint32_t> narrow_;  // object numbers
+  large_vector<OV_OBJ_REF> wide_;
 };
 
 }  // namespace ov::sql_executor

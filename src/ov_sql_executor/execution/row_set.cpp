@@ -57,7 +57,7 @@ std::size_t row_set::append(std::span<const value_view> key) {
 
 void row_set::grow() {
   constexpr std::size_t smallest = 16;
-  const std::vector<slot> old = std::exchange(slots_, std::vector<slot>(std::max(smallest, 2 * slots_.size())));
+  const large_vector<slot> old = std::exchange(slots_, large_vector<slot>(std::max(smallest, 2 * slots_.size())));
   shift_ = 32 - std::min(32U, static_cast<unsigned>(std::bit_width(slots_.size() - 1)));
   for (const slot& each : old) {
     if (each.entry == 0) continue;

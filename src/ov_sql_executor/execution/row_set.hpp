@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 #include "ov_sql_executor/values/keyed_hash.hpp"
+#include "ov_sql_executor/values/large_memory.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
 #include "ov_sql_executor/values/view_keeper.hpp"
 
@@ -42,10 +42,10 @@ class row_set {
   const keyed_hash& hash_ = keyed_hash::of_process();
   std::size_t width_;
   std::size_t size_ = 0;
-  std::vector<value_view> keys_;
+  large_vector<value_view> keys_;
   view_keeper keeper_;
-  std::vector<slot> slots_;  // a power of two of them, at most half in use; the top bits of a hash say where to begin
-  unsigned shift_ = 32;      // of a hash to its slot
+  large_vector<slot> slots_;  // a power of two of them, at most half in use; the top bits of a hash say where to begin
+  unsigned shift_ = 32;       // of a hash to its slot
 };
 
 }  // namespace ov::sql_executor

@@ -100,7 +100,7 @@ std::strong_ordering sort_column::order(std::size_t left, std::size_t right) con
 }
 
 void sort_column::keep(const std::vector<std::size_t>& row_numbers) {
-  std::vector<value_view> views;
+  large_vector<value_view> views;
   view_keeper keeper;
   std::vector<std::uint64_t> prefixes;
   std::vector<bool> nulls;

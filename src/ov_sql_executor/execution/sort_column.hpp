@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "ov_sql_executor/values/large_memory.hpp"
 #include "ov_sql_executor/values/sort_order.hpp"
 #include "ov_sql_executor/values/sort_prefix.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
@@ -60,10 +61,10 @@ class sort_column {
 
   sort_kinds kinds_ = 0;
   bool has_views_ = false;
-  std::vector<value_view> views_;  // of all keys, or of none
+  large_vector<value_view> views_;  // of all keys, or of none
   view_keeper keeper_;
-  std::vector<std::uint64_t> prefixes_;  // of all keys while there are no views
-  std::vector<bool> nulls_;              // among these; empty while there are none
+  large_vector<std::uint64_t> prefixes_;  // of all keys while there are no views
+  std::vector<bool> nulls_;               // among these; empty while there are none
 };
 
 }  // namespace ov::sql_executor

@@ -14,7 +14,7 @@ const Unit* view_keeper::copy(const Unit* units, std::size_t count) {
 }
 
 // By alternative: a view that was just made is still being written in parts, and copying it whole would wait for them.
-void view_keeper::append_to(std::vector<value_view>& list, const value_view& view) {
+void view_keeper::append_to(large_vector<value_view>& list, const value_view& view) {
   std::visit(
       [&]<class View>(const View& seen) {
         if constexpr (std::is_same_v<View, std::monostate>) {

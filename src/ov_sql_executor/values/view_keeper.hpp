@@ -2,8 +2,8 @@
 #define OV_SQL_EXECUTOR_VALUES_VIEW_KEEPER_HPP_
 
 #include <memory_resource>
-#include <vector>
 
+#include "ov_sql_executor/values/large_memory.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
 
 namespace ov::sql_executor {
@@ -13,7 +13,7 @@ namespace ov::sql_executor {
 class view_keeper {
  public:
   // Appends a view of what this one shows. Throws std::bad_variant_access for the view of a valueless value.
-  void append_to(std::vector<value_view>& list, const value_view& view);
+  void append_to(large_vector<value_view>& list, const value_view& view);
 
   // Frees what the views show; none of them may be looked at any more.
   void release() { memory_.release(); }
@@ -22,7 +22,7 @@ class view_keeper {
   template <class Unit>
   const Unit* copy(const Unit* units, std::size_t count);
 
-  std::pmr::monotonic_buffer_resource memory_;
+  std::pmr::monotonic_buffer_resource memory_{large_memory()};
 };
 
 }  // namespace ov::sql_executor
