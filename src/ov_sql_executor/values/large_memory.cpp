@@ -50,9 +50,9 @@ void* allocate_large(std::size_t size, std::size_t alignment) {
 void free_large(void* memory, std::size_t size, std::size_t alignment) noexcept {
   const std::align_val_t aligned = alignment_of(size, alignment);
   if (is_ordinary(aligned)) {
-    ::operator delete(memory, size);
+    ::operator delete(memory);
   } else {
-    ::operator delete(memory, size, aligned);
+    ::operator delete(memory, aligned);
   }
 }
 
