@@ -104,6 +104,16 @@ shape limited() {
   return made;
 }
 
+// What is sorted is computed, so that rows are more than references to objects.
+shape ordered_by_sum() {
+  const auto make = [](query& q, std::size_t) {
+    const table_variable t = q.over("item", "t");
+    const computation sum = q.define("sum", add(t["v"], t["b"]));
+    return project({t["id"], sum}, order({ascending(sum)}, extend({sum}, scan(t, "by_id"))));
+  };
+  return {"order_computed", make, "SELECT id, v + b AS s FROM item ORDER BY s", reads({"v", "b", "id"})};
+}
+
 shape united() {
   const auto make = [](query& q, std::size_t) {
     const table_variable l = q.over("item", "l");
@@ -141,6 +151,7 @@ std::vector<shape> collecting_shapes() {
             return std::vector<order_key>{ascending(t["b"]), descending(t["v"])};
           },
           "SELECT id, b, v FROM item ORDER BY b, v DESC", reads({"b", "v", "id", "b", "v"})),
+      ordered_by_sum(),
       first_of(
           "order_int_first", "v", [](const auto& t) { return std::vector<order_key>{ascending(t["v"])}; },
           "SELECT v FROM item ORDER BY v LIMIT 10", reads({"v"})),

@@ -1,8 +1,5 @@
 #include "ov_sql_executor/execution/kept_rows.hpp"
 
-#include <algorithm>
-#include <utility>
-
 #include "ov_sql_executor/execution/stack_row.hpp"
 
 namespace ov::sql_executor {
@@ -21,23 +18,23 @@ void kept_rows::give(std::size_t row_number, execution_context& context) {
     if (are_references_) {
       context.row_stack.emplace_back(references_[i]);
     } else {
-      context.row_stack.push_back(std::move(values_[i]));
+      values_.give(i, context);
     }
   }
 }
 
 void kept_rows::take_back(std::size_t row_number, execution_context& context, std::size_t start) {
   if (!are_references_) {
-    auto to = values_.begin() + static_cast<std::ptrdiff_t>(first_of(row_number));
-    for (std::size_t at = start; at < context.row_stack.size(); ++at) *to++ = std::move(context.row_stack[at]);
+    std::size_t to = first_of(row_number);
+    for (std::size_t at = start; at < context.row_stack.size(); ++at) values_.take_back(to++, context.row_stack[at]);
   }
   cut_row_stack(context, start);
 }
 
 void kept_rows::copy_back(std::size_t row_number, const execution_context& context, std::size_t start) {
   if (are_references_) return;
-  std::copy(context.row_stack.begin() + static_cast<std::ptrdiff_t>(start), context.row_stack.end(),
-            values_.begin() + static_cast<std::ptrdiff_t>(first_of(row_number)));
+  std::size_t to = first_of(row_number);
+  for (std::size_t at = start; at < context.row_stack.size(); ++at) values_.copy_back(to++, context.row_stack[at]);
 }
 
 // Sorted rows lie far apart, and memory is slower than all the rest.
@@ -47,7 +44,7 @@ void kept_rows::expect(std::size_t row_number) const {
   if (are_references_) {
     references_.expect(first);
   } else {
-    __builtin_prefetch(&values_[first]);
+    values_.expect(first);
   }
 }
 
@@ -67,11 +64,14 @@ void kept_rows::keep(value& each) {
       references_.push_back(*reference);
       return;
     }
-    for (std::size_t i = 0; i < references_.size(); ++i) values_.emplace_back(references_[i]);
+    for (std::size_t i = 0; i < references_.size(); ++i) {
+      value kept = references_[i];
+      values_.push_back(kept);
+    }
     references_ = {};
     are_references_ = false;
   }
-  values_.push_back(std::move(each));
+  values_.push_back(each);
 }
 
 std::size_t kept_rows::first_of(std::size_t row_number) const {

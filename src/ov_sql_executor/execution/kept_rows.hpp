@@ -1,10 +1,10 @@
 #ifndef OV_SQL_EXECUTOR_EXECUTION_KEPT_ROWS_HPP_
 #define OV_SQL_EXECUTOR_EXECUTION_KEPT_ROWS_HPP_
 
-#include <boost/container/deque.hpp>
 #include <cstddef>
 #include <vector>
 
+#include "ov_sql_executor/execution/packed_values.hpp"
 #include "ov_sql_executor/execution/reference_list.hpp"
 #include "ov_sql_executor/expressions/execution_context.hpp"
 #include "ov_sql_executor/values/value.hpp"
@@ -31,11 +31,6 @@ class kept_rows {
   void expect(std::size_t row_number) const;
 
  private:
-  // Large blocks that never move.
-  using blocks =
-      boost::container::deque<value, void,
-                              boost::container::deque_options_t<boost::container::block_size<std::size_t{1024}>>>;
-
   void note_width(std::size_t width);
   void keep(value& each);
   std::size_t first_of(std::size_t row_number) const;
@@ -45,7 +40,7 @@ class kept_rows {
   std::vector<std::size_t> starts_;  // where each row begins and the last one ends; empty while all are as wide
   bool are_references_ = true;
   reference_list references_;
-  blocks values_;
+  packed_values values_;
 };
 
 }  // namespace ov::sql_executor

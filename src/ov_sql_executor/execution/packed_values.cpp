@@ -1,0 +1,85 @@
+#include "ov_sql_executor/execution/packed_values.hpp"
+
+#include <boost/mp11/algorithm.hpp>
+#include <concepts>
+#include <cstring>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+#include "ov_sql_executor/execution/stack_row.hpp"
+
+namespace ov::sql_executor {
+
+namespace {
+
+constexpr std::uint8_t apart = std::variant_size_v<value>;
+
+template <class T>
+concept fits_word = std::is_trivially_copyable_v<T> && sizeof(T) <= sizeof(std::uint64_t);
+
+template <class T>
+constexpr std::uint8_t kind_of = static_cast<std::uint8_t>(boost::mp11::mp_find<value, T>::value);
+
+template <class T>
+T from_word(std::uint64_t word) {
+  T held{};
+  if constexpr (!std::is_empty_v<T>) std::memcpy(static_cast<void*>(&held), &word, sizeof held);
+  return held;
+}
+
+template <class T>
+std::uint64_t to_word(const T& held) {
+  std::uint64_t word = 0;
+  if constexpr (!std::is_empty_v<T>) std::memcpy(&word, &held, sizeof held);
+  return word;
+}
+
+}  // namespace
+
+void packed_values::push_back(value& moved) {
+  if (const auto* const reference = std::get_if<OV_OBJ_REF>(&moved)) {
+    if (!has_references_) second_word_ = reference->second_word;
+    has_references_ = true;
+    if (reference->second_word == second_word_) return push(kind_of<OV_OBJ_REF>, reference->object_number);
+  } else if (!moved.valueless_by_exception()) {
+    const bool is_in_word = std::visit(
+        [this]<class T>(const T& held) {
+          if constexpr (fits_word<T>) push(kind_of<T>, to_word(held));
+          return fits_word<T>;
+        },
+        moved);
+    if (is_in_word) return;
+  }
+  push(apart, others_.size());
+  others_.push_back(std::move(moved));
+}
+
+void packed_values::push(std::uint8_t kind, std::uint64_t word) {
+  words_.push_back(word);
+  kinds_.push_back(kind);
+}
+
+void packed_values::give(std::size_t position, execution_context& context) {
+  const std::uint64_t word = words_[position];
+  const std::uint8_t kind = kinds_[position];
+  if (kind == apart) return push_value(context, std::move(others_[word]));
+  boost::mp11::mp_with_index<std::variant_size_v<value>>(kind, [&](auto alternative) {
+    using held = std::variant_alternative_t<alternative, value>;
+    if constexpr (std::same_as<held, OV_OBJ_REF>) {
+      push_value(context, OV_OBJ_REF{word, second_word_});
+    } else if constexpr (fits_word<held>) {
+      push_value(context, from_word<held>(word));
+    }
+  });
+}
+
+void packed_values::take_back(std::size_t position, value& moved) {
+  if (kinds_[position] == apart) others_[words_[position]] = std::move(moved);
+}
+
+void packed_values::copy_back(std::size_t position, const value& copied) {
+  if (kinds_[position] == apart) others_[words_[position]] = copied;
+}
+
+}  // namespace ov::sql_executor
