@@ -146,6 +146,9 @@ std::vector<shape> collecting_shapes() {
           "order_text", {"id", "name"}, [](const auto& t) { return std::vector<order_key>{ascending(t["name"])}; },
           "SELECT id, name FROM item ORDER BY name", reads({"id"}, {"name", "name"})),
       ordered(
+          "order_long_text", {"id", "note"}, [](const auto& t) { return std::vector<order_key>{ascending(t["note"])}; },
+          "SELECT id, note FROM item ORDER BY note", reads({"id"}, {"note", "note"})),
+      ordered(
           "order_two_keys", {"id", "b", "v"},
           [](const auto& t) {
             return std::vector<order_key>{ascending(t["b"]), descending(t["v"])};

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <deque>
 #include <limits>
 #include <numeric>
 #include <random>
 #include <stdexcept>
+#include <vector>
 
 #include "ov_sql_executor/errors/db_exception.hpp"
 
@@ -19,19 +19,31 @@ using operator_library::NullValue;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
-// One of so many keys of an alternative, or NULL for the first of them. Texts are alike in pairs up to their last byte,
-// behind what a prefix holds.
+// Units of which many have up to some hundred in common, and which are each other's beginnings, some of them followed
+// by zeros.
+template <class Unit>
+const std::vector<Unit>& long_units(int number, Unit first) {
+  static std::deque<std::vector<Unit>> all;
+  std::vector<Unit>& units = all.emplace_back(1, first);
+  units.insert(units.end(), static_cast<std::size_t>(number % 5 * 30), Unit{'x'});
+  for (int rest = number / 5; rest > 3; rest /= 3) units.push_back(static_cast<Unit>('0' + rest % 3));
+  units.insert(units.end(), static_cast<std::size_t>(number % 4), Unit{0});
+  return units;
+}
+
+// One of so many keys of an alternative, or NULL for the first of them.
+constexpr unsigned alternatives = 8;
 value_view key_of(int alternative, int number) {
-  static std::deque<std::array<std::uint8_t, 10>> texts;
-  const auto byte = [number](int shift) { return static_cast<std::uint8_t>(number >> shift); };
   if (number == 0) return NullValue();
   if (alternative == 0) return std::int64_t{number} * (number % 2 == 0 ? 1 : -1);
   if (alternative == 1) return static_cast<double>(number) / -4;
   if (alternative == 2) return static_cast<float>(number) / 4;
   if (alternative == 3) return operator_library::Decimal{number % 7 - 3};
   if (alternative == 4) return number % 2 == 0;
-  return text_view{texts.emplace_back(
-      std::array<std::uint8_t, 10>{0x80, 'b', 'e', 'g', 'i', 'n', byte(17), byte(9), byte(1), byte(0)})};
+  if (alternative == 5) return binary_view{long_units<std::uint8_t>(number, 'b')};
+  if (alternative == 6) return text_view{long_units<std::uint8_t>(number, 0x80)};
+  const std::vector<char16_t>& units = long_units<char16_t>(number, u's');
+  return std::u16string_view(units.data(), units.size());
 }
 
 std::vector<std::size_t> sorted(key_sort& sort, std::size_t count) {
@@ -57,7 +69,7 @@ TEST(KeySort, EveryRowComesOnceAndInOrderAndEqualOnesAsTheyCame) {
     std::vector<int> different;
     for (std::size_t i = 0; i < width; ++i) {
       ascending.push_back(random() % 2 == 0);
-      kinds.push_back(static_cast<int>(random() % 6));
+      kinds.push_back(static_cast<int>(random() % alternatives));
       different.push_back(numbers_of_keys[random() % std::size(numbers_of_keys)]);
     }
     std::vector<value_view> keys;

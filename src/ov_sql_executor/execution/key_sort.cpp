@@ -19,6 +19,9 @@ constexpr std::ptrdiff_t much_longer = 4;  // times as long as these
 // So many rows are handed out at a time, if so many are wanted.
 constexpr std::ptrdiff_t most_at_once = 250;
 
+// Texts that have more than this in common are compared.
+constexpr std::size_t most_words = 8;
+
 bool has_less_prefix(const key_sort::entry& left, const key_sort::entry& right) { return left.prefix < right.prefix; }
 bool came_before(const key_sort::entry& left, const key_sort::entry& right) { return left.row < right.row; }
 bool has_same_prefix(const key_sort::entry& left, const key_sort::entry& right) { return left.prefix == right.prefix; }
@@ -37,7 +40,8 @@ void key_sort::start(std::size_t count) {
   unsorted_.clear();
   const run all{rows_.begin(), rows_.end(), 0};
   if (are_comparable()) {
-    unsorted_.reserve(std::min(count, 3 * ascending_.size() + 1));  // three runs for each key, none of them empty
+    unsorted_.reserve(
+        std::min(count, 4 * most_words * ascending_.size() + 1));  // four for each word, none of them empty
     put_off(all);
   } else {
     sort_by_comparison(all);
@@ -77,7 +81,7 @@ void key_sort::sort_further() {
   if (next.key == ascending_.size()) {
     boost::sort::pdqsort_branchless(next.begin, next.end, came_before);
     sorted_ = next.end;
-  } else if (next.end - next.begin < short_run) {
+  } else if (next.end - next.begin < short_run || next.word == most_words) {
     sort_by_comparison(next);
   } else if (next.done == step::unread) {
     read(next);
@@ -99,8 +103,7 @@ void key_sort::read(const run& rows) {
   }
   const run nulls{nulls_first ? rows.begin : middle, nulls_first ? middle : rows.end, rows.key + 1};
   const run values{nulls_first ? middle : rows.begin, nulls_first ? rows.end : middle, rows.key, step::unsorted};
-  const std::uint64_t turned = nulls_first ? 0 : ~std::uint64_t{0};
-  column.read_prefixes({values.begin, values.end}, turned);
+  column.read_prefixes({values.begin, values.end}, turned(rows.key));
   put_off(nulls_first ? values : nulls);
   put_off(nulls_first ? nulls : values);
 }
@@ -116,8 +119,8 @@ void key_sort::sort_prefixes(const run& rows) {
   } else {
     boost::sort::pdqsort_branchless(rows.begin, rows.end, has_less_prefix);
   }
-  put_off({middle, rows.end, rows.key, step::unsorted});
-  put_off({rows.begin, middle, rows.key, step::sorted});
+  put_off({middle, rows.end, rows.key, step::unsorted, rows.word});
+  put_off({rows.begin, middle, rows.key, step::sorted, rows.word});
 }
 
 // Passes the rows whose prefixes differ, up to the first that have the same one.
@@ -126,13 +129,32 @@ void key_sort::sort_equals(const run& rows) {
   if (sorted_ == rows.end) return;
   const run equals{
       sorted_, std::find_if(sorted_, rows.end, [this](const entry& each) { return !has_same_prefix(each, *sorted_); }),
-      rows.key};
-  put_off({equals.end, rows.end, rows.key, step::sorted});
+      rows.key, step::sorted, rows.word};
+  put_off({equals.end, rows.end, rows.key, step::sorted, rows.word});
   if (columns_[rows.key].is_told_by_prefixes() || are_all_equal(equals)) {
     put_off({equals.begin, equals.end, rows.key + 1});
-  } else {
+  } else if (equals.end - equals.begin < short_run) {
     sort_by_comparison(equals);
+  } else {
+    sort_by_next_word(equals);
   }
+}
+
+// Rows whose keys end with the word that is equal are few, and below the others.
+void key_sort::sort_by_next_word(const run& rows) {
+  const sort_column& column = columns_[rows.key];
+  const bool ends_first = ascending_[rows.key];
+  const iterator middle = std::partition(rows.begin, rows.end, [&](const entry& each) {
+    return column.ends_with_word(each.row, rows.word) == ends_first;
+  });
+  const run ends{ends_first ? rows.begin : middle, ends_first ? middle : rows.end, rows.key, step::unread, most_words};
+  const run others{ends_first ? middle : rows.begin, ends_first ? rows.end : middle, rows.key, step::unsorted,
+                   rows.word + 1};
+  if (others.word != most_words) {
+    column.read_prefixes({others.begin, others.end}, turned(rows.key), others.word);
+  }
+  put_off(ends_first ? others : ends);
+  put_off(ends_first ? ends : others);
 }
 
 bool key_sort::are_all_equal(const run& rows) const {

@@ -16,9 +16,9 @@ namespace ov::sql_executor {
 // whoever wants the first rows of many does not pay for sorting the others.
 //
 // Most of it is sorting of numbers: the rows are sorted by the first 64 bits of one key. Where a run of rows has the
-// same ones, and these are the whole key, it is sorted by the next key in the same way. What is left, short runs and
-// long texts that begin alike, is sorted by comparing whole keys. Rows that are equal in all keys are put back into the
-// order in which they came, so that a limit cuts a slice out of the same rows whatever it is.
+// same ones, it is sorted by the next 64 bits of a longer key, or by the next key, in the same way. What is left, short
+// runs and long texts that have much in common, is sorted by comparing whole keys. Rows that are equal in all keys are
+// put back into the order in which they came, so that a limit cuts a slice out of the same rows whatever it is.
 class key_sort {
  public:
   using entry = sort_entry;
@@ -50,20 +50,23 @@ class key_sort {
 
   enum class step { unread, unsorted, sorted };  // what has been done with the prefixes
 
-  // Rows that are equal in every key before this one.
+  // Rows that are equal in every key before this one, and in so many words of this one.
   struct run {
     iterator begin;
     iterator end;
     std::size_t key;
     step done = step::unread;
+    std::size_t word = 0;
   };
 
   bool are_comparable() const;
+  std::uint64_t turned(std::size_t key) const { return ascending_[key] ? 0 : ~std::uint64_t{0}; }
   void put_off(const run& rows);
   void sort_further();
   void read(const run& rows);
   void sort_prefixes(const run& rows);
   void sort_equals(const run& rows);
+  void sort_by_next_word(const run& rows);
   void sort_by_comparison(const run& rows);
   bool goes_before(const entry& left, const entry& right, std::size_t key) const;
   bool are_all_equal(const run& rows) const;

@@ -79,18 +79,31 @@ bool sort_column::is_null(std::size_t row_number) const {
   return has_views_ ? std::holds_alternative<NullValue>(views_[row_number]) : nulls_[row_number];
 }
 
-void sort_column::read_prefixes(std::span<sort_entry> rows, std::uint64_t turned) const {
+void sort_column::read_prefixes(std::span<sort_entry> rows, std::uint64_t turned, std::size_t word) const {
   if (!has_views_) {
     for (sort_entry& each : rows) each.prefix = prefixes_[each.row] ^ turned;
   } else if (!rows.empty()) {
     std::visit(
         [&]<class Key>(const Key& /*first*/) {
-          if constexpr (!std::same_as<Key, std::monostate> && !std::same_as<Key, NullValue>) {
+          if constexpr (sorted_by_units<Key>) {
+            for (sort_entry& each : rows) {
+              each.prefix = sort_word(sorted_units(*std::get_if<Key>(&views_[each.row])), word) ^ turned;
+            }
+          } else if constexpr (!std::same_as<Key, std::monostate> && !std::same_as<Key, NullValue>) {
             for (sort_entry& each : rows) each.prefix = sort_prefix(*std::get_if<Key>(&views_[each.row])) ^ turned;
           }
         },
         views_[rows.front().row]);
   }
+}
+
+bool sort_column::ends_with_word(std::size_t row_number, std::size_t word) const {
+  return std::visit(
+      [word]<class Key>(const Key& key) {
+        if constexpr (sorted_by_units<Key>) return sql_executor::ends_with_word(sorted_units(key), word);
+        return true;
+      },
+      views_[row_number]);
 }
 
 std::strong_ordering sort_column::order(std::size_t left, std::size_t right) const {

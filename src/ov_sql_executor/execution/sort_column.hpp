@@ -18,7 +18,7 @@ namespace ov::sql_executor {
 
 // A row that is being sorted.
 struct sort_entry {
-  std::uint64_t prefix;  // of one of its keys
+  std::uint64_t prefix;  // of one of its keys, or later bits of it
   std::size_t row;
 };
 
@@ -42,11 +42,14 @@ class sort_column {
   bool has_nulls() const { return (kinds_ & kind_of_alternative<operator_library::NullValue>) != 0; }
   bool is_null(std::size_t row_number) const;
 
-  // Writes the prefixes of the rows' keys, which must be sortable and not NULL, turned by exclusive or.
-  void read_prefixes(std::span<sort_entry> rows, std::uint64_t turned) const;
+  // Writes the prefixes of the rows' keys, which must be sortable and not NULL, turned by exclusive or. Of keys that
+  // have more than a prefix: those 64 bits of each that so many words come before.
+  void read_prefixes(std::span<sort_entry> rows, std::uint64_t turned, std::size_t word = 0) const;
 
-  // Whether equal prefixes mean equal keys.
+  // Whether equal prefixes mean equal keys. Otherwise keys go on behind their prefixes, each up to some word; of keys
+  // that are equal up to a word, those that end with it are below the others.
   bool is_told_by_prefixes() const { return !has_views_; }
+  bool ends_with_word(std::size_t row_number, std::size_t word) const;
 
   // The sort order of two rows' keys; throws what it throws.
   std::strong_ordering order(std::size_t left, std::size_t right) const;

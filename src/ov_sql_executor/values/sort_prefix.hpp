@@ -1,4 +1,4 @@
-// The first 64 bits of a value: numbers that sort as the values do, as far as they differ.
+// The first 64 bits of a value, or later ones of a text: numbers that sort as the values do, as far as they differ.
 #ifndef OV_SQL_EXECUTOR_VALUES_SORT_PREFIX_HPP_
 #define OV_SQL_EXECUTOR_VALUES_SORT_PREFIX_HPP_
 
@@ -51,23 +51,41 @@ Key from_sort_prefix(std::uint64_t prefix) {
   }
 }
 
-// Where a sequence is shorter, zeros take the place of its units: it is not above what it begins.
+// What texts, binaries and set specifiers are compared by.
+inline std::span<const std::uint8_t> sorted_units(const text_view& key) { return bit_count(key).payload; }
+inline std::span<const std::uint8_t> sorted_units(const binary_view& key) { return key.bytes; }
+inline std::span<const char16_t> sorted_units(std::u16string_view key) { return key; }
+
+template <class T>
+concept sorted_by_units = requires(const T& key) {
+  sorted_units(key);
+};
+
 template <class Unit>
-std::uint64_t prefix_of_units(const Unit* units, std::size_t count) {
-  constexpr std::size_t fitting = sizeof(std::uint64_t) / sizeof(Unit);
-  std::uint64_t prefix = 0;
-  for (std::size_t i = 0; i < fitting; ++i) {
-    prefix = prefix << (8 * sizeof(Unit)) | (i < count ? static_cast<std::uint64_t>(units[i]) : 0);
-  }
-  return prefix;
+inline constexpr std::size_t units_of_word = sizeof(std::uint64_t) / sizeof(Unit);
+
+// Whether a sequence of units has none behind a word, where the first 64 bits are word 0.
+template <class Unit>
+bool ends_with_word(std::span<const Unit> units, std::size_t word) {
+  return units.size() <= (word + 1) * units_of_word<Unit>;
 }
 
-inline std::uint64_t sort_prefix(const text_view& key) {
-  const std::span<const std::uint8_t> payload = bit_count(key).payload;
-  return prefix_of_units(payload.data(), payload.size());
+// Where a sequence is shorter, zeros take the place of its units: it is not above what it begins.
+template <class Unit>
+std::uint64_t sort_word(std::span<const Unit> units, std::size_t word) {
+  const std::size_t start = word * units_of_word<Unit>;
+  std::uint64_t bits = 0;
+  for (std::size_t i = 0; i < units_of_word<Unit>; ++i) {
+    const std::uint64_t unit = start + i < units.size() ? units[start + i] : 0;
+    bits = bits << (8 * sizeof(Unit)) | unit;
+  }
+  return bits;
 }
-inline std::uint64_t sort_prefix(const binary_view& key) { return prefix_of_units(key.bytes.data(), key.bytes.size()); }
-inline std::uint64_t sort_prefix(std::u16string_view key) { return prefix_of_units(key.data(), key.size()); }
+
+template <sorted_by_units Key>
+std::uint64_t sort_prefix(const Key& key) {
+  return sort_word(sorted_units(key), 0);
+}
 
 }  // namespace ov::sql_executor
 
