@@ -13,7 +13,8 @@
 namespace ov::sql_executor {
 
 // The distinct rows of one width, by group-key equality, in first-seen order: an open-addressing index over rows that
-// lie in one array. Neither finding a row nor keeping a new one allocates for that row alone.
+// lie in one array. Neither finding a row nor keeping a new one allocates for that row alone. A few rows do without the
+// index: where each of many groups counts its distinct values, most of them have few.
 class row_set {
  public:
   explicit row_set(std::size_t width) : width_(width) {}
@@ -37,14 +38,16 @@ class row_set {
 
   bool equals(std::size_t index, std::span<const value_view> key) const;
   std::size_t append(std::span<const value_view> key);
+  void index_rows();
   void grow();
+  void enter(slot entered);
 
   const keyed_hash& hash_ = keyed_hash::of_process();
   std::size_t width_;
   std::size_t size_ = 0;
   large_vector<value_view> keys_;
   view_keeper keeper_;
-  large_vector<slot> slots_;  // a power of two of them, at most half in use; the top bits of a hash say where to begin
+  large_vector<slot> slots_;  // a power of two, at most half in use, or none; the top bits of a hash say where to begin
   unsigned shift_ = 32;       // of a hash to its slot
 };
 
