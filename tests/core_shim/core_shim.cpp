@@ -6,10 +6,7 @@
 #include <boost/preprocessor/punctuation/comma_if.hpp>
 #include <boost/preprocessor/seq/for_each_i.hpp>
 #include <boost/preprocessor/variadic/to_seq.hpp>
-#include <cstdio>
-#include <cstdlib>
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -23,8 +20,8 @@ namespace {
 constexpr const char* free_name = "orv_iterator_free";
 
 struct planned_failure {
-  std::string name;  // empty: any call but a free
-  std::uint64_t calls_left = 0;
+  std::string name;              // empty: any call but a free
+  std::uint64_t calls_left = 0;  // 0: none fails
   std::uint32_t status = 0;
   repeat how = repeat::once;
 
@@ -32,8 +29,8 @@ struct planned_failure {
 };
 
 struct records {
-  std::map<std::string, std::uint64_t, std::less<>> calls;
-  std::optional<planned_failure> failure;
+  std::map<std::string_view, std::uint64_t> calls;
+  planned_failure failure;
   std::uint64_t failures = 0;
   std::vector<std::uint32_t> opening_flags;
 };
@@ -58,45 +55,23 @@ class stay {
 
 void count(std::string_view name) {
   const stay in(place::shim);
-  const auto found = now.calls.find(name);
-  ++(found == now.calls.end() ? now.calls.emplace(name, 0).first : found)->second;
+  ++now.calls[name];
 }
 
 // Counts a call; the status that it is to fail with, or 0.
 std::uint32_t begin(std::string_view name) {
   count(name);
-  if (!now.failure || !now.failure->concerns(name)) return 0;
-  planned_failure& failure = *now.failure;
-  if (failure.calls_left > 1) {
-    --failure.calls_left;
-    return 0;
-  }
-  const std::uint32_t status = failure.status;
+  planned_failure& failure = now.failure;
+  if (failure.calls_left == 0 || !failure.concerns(name) || --failure.calls_left != 0) return 0;
+  if (failure.how == repeat::from_then_on) failure.calls_left = 1;
   ++now.failures;
-  if (failure.how == repeat::once) now.failure.reset();
-  return status;
+  return failure.status;
 }
 
 template <class Function>
 Function* next_definition(const char* name) {
   const stay in(place::shim);
-  void* const found = dlsym(RTLD_NEXT, name);
-  if (found == nullptr) {
-    std::fprintf(stderr, "core_shim: nothing behind %s\n", name);
-    std::abort();
-  }
-  return reinterpret_cast<Function*>(found);
-}
-
-void record_opening(std::uint32_t flags, std::uint64_t iterator) {
-  const stay in(place::shim);
-  open.insert(iterator);
-  now.opening_flags.push_back(flags);
-}
-
-void forget(std::uint64_t iterator) {
-  const stay in(place::shim);
-  if (open.erase(iterator) == 0) ++frees_of_nothing;
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
 }  // namespace
@@ -108,12 +83,6 @@ void reset() {
 
 place where() { return here; }
 std::uint64_t failures() { return now.failures; }
-
-std::uint64_t calls() {
-  std::uint64_t sum = 0;
-  for (const auto& [name, times] : now.calls) sum += times;
-  return sum;
-}
 
 std::uint64_t calls(std::string_view name) {
   const auto found = now.calls.find(name);
@@ -186,20 +155,24 @@ uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, uint32_t 
                                      const uint8_t* last_key, uint64_t* iterator) {
   static auto* const next = next_definition<decltype(orv_context_create_iterator)>("orv_context_create_iterator");
   if (const std::uint32_t status = begin("orv_context_create_iterator")) return status;
-  const auto create = [&] {
+  std::uint32_t status = ORV_OK;
+  {
     const stay in(place::core);
-    return next(context, index, flags, first_key, last_key, iterator);
-  };
-  const std::uint32_t status = create();
-  if (status != ORV_OK) return status;
-  record_opening(flags, *iterator);
+    status = next(context, index, flags, first_key, last_key, iterator);
+  }
+  const stay in(place::shim);
+  now.opening_flags.push_back(flags);
+  if (status == ORV_OK) open.insert(*iterator);
   return status;
 }
 
 uint32_t orv_iterator_free(uint64_t iterator) {
   static auto* const next = next_definition<decltype(orv_iterator_free)>("orv_iterator_free");
   const std::uint32_t failure = begin(free_name);
-  forget(iterator);
+  {
+    const stay in(place::shim);
+    if (open.erase(iterator) == 0) ++frees_of_nothing;
+  }
   const stay in(place::core);
   const std::uint32_t status = next(iterator);
   return failure != 0 ? failure : status;

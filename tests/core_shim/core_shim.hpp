@@ -14,8 +14,8 @@ namespace core_shim {
 // Forgets counts, records and failures to come. Iterators that are open stay open.
 void reset();
 
-std::uint64_t calls();                       // of all names
-std::uint64_t calls(std::string_view name);  // "orv_iterator_next"
+// Of a name, such as "orv_iterator_next".
+std::uint64_t calls(std::string_view name);
 
 // Iterators opened and not freed since the program began, and frees of handles that were not open.
 std::size_t open_iterators();

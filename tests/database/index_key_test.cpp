@@ -44,9 +44,10 @@ Key key_of(const std::vector<key_bound>& bounds) {
   return key;
 }
 
-// Both kinds of key, with the end mark.
+// Both kinds of key, with the end mark and zeros up to eight bytes.
 void expect_key(const std::vector<key_bound>& bounds, const std::string& words) {
-  const byte_list expected = bytes_of(words);
+  byte_list expected = bytes_of(words + " C0");
+  while (expected.size() % 8 != 0) expected.push_back(0);
   const auto growing = key_of<growing_key>(bounds);
   EXPECT_EQ(std::vector(growing.bytes().begin(), growing.bytes().end()), expected) << words;
   const auto fixed = key_of<fixed_key>(bounds);
@@ -56,25 +57,24 @@ void expect_key(const std::vector<key_bound>& bounds, const std::string& words) 
 TEST(IndexKey, writes_numbers_big_endian_and_the_end_up_to_eight_bytes) {
   constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
   constexpr auto highest = std::numeric_limits<std::int64_t>::max();
-  const std::string end = " C0 0 0 0 0 0 0";
-  expect_key({}, "C0 0 0 0 0 0 0 0");
-  expect_key({lowest_marker{}}, "60" + end);
-  expect_key({true}, "28 0 0 0 0 0 0 0 1" + end);
-  expect_key({false}, "28 0 0 0 0 0 0 0 0" + end);
-  expect_key({std::uint64_t{0x0102030405060708}}, "28 1 2 3 4 5 6 7 8" + end);
-  expect_key({key_object{~std::uint64_t{0}}}, "28 FF FF FF FF FF FF FF FF" + end);
-  expect_key({std::int64_t{1}}, "28 80 0 0 0 0 0 0 1" + end);
-  expect_key({std::int64_t{-1}}, "28 7F FF FF FF FF FF FF FF" + end);
-  expect_key({lowest}, "28 0 0 0 0 0 0 0 0" + end);
-  expect_key({highest}, "28 FF FF FF FF FF FF FF FF" + end);
+  expect_key({}, "");
+  expect_key({lowest_marker{}}, "60");
+  expect_key({true}, "28 0 0 0 0 0 0 0 1");
+  expect_key({false}, "28 0 0 0 0 0 0 0 0");
+  expect_key({std::uint64_t{0x0102030405060708}}, "28 1 2 3 4 5 6 7 8");
+  expect_key({key_object{~std::uint64_t{0}}}, "28 FF FF FF FF FF FF FF FF");
+  expect_key({std::int64_t{1}}, "28 80 0 0 0 0 0 0 1");
+  expect_key({std::int64_t{-1}}, "28 7F FF FF FF FF FF FF FF");
+  expect_key({lowest}, "28 0 0 0 0 0 0 0 0");
+  expect_key({highest}, "28 FF FF FF FF FF FF FF FF");
   // 1.5 is 1 << 21 | 50 << 14; the largest Decimal is all ones but for what hundredths and the rest leave over.
-  expect_key({Decimal{1'500'000}}, "28 80 0 0 0 0 2C 80 0" + end);
-  expect_key({Decimal{-1'500'000}}, "28 7F FF FF FF FF D3 80 0" + end);
-  expect_key({Decimal{1}}, "28 80 0 0 0 0 0 0 1" + end);
-  expect_key({Decimal{Decimal::max_raw}}, "28 FF FF FF FF FF F8 E7 0F" + end);
+  expect_key({Decimal{1'500'000}}, "28 80 0 0 0 0 2C 80 0");
+  expect_key({Decimal{-1'500'000}}, "28 7F FF FF FF FF D3 80 0");
+  expect_key({Decimal{1}}, "28 80 0 0 0 0 0 0 1");
+  expect_key({Decimal{Decimal::max_raw}}, "28 FF FF FF FF FF F8 E7 0F");
   // Seven and eight bytes of components.
-  expect_key(std::vector<key_bound>(7, lowest_marker{}), "60 60 60 60 60 60 60 C0");
-  expect_key(std::vector<key_bound>(8, lowest_marker{}), "60 60 60 60 60 60 60 60 C0 0 0 0 0 0 0 0");
+  expect_key(std::vector<key_bound>(7, lowest_marker{}), "60 60 60 60 60 60 60");
+  expect_key(std::vector<key_bound>(8, lowest_marker{}), "60 60 60 60 60 60 60 60");
 }
 
 TEST(IndexKey, writes_texts_and_binaries_in_chunks) {
@@ -84,16 +84,14 @@ TEST(IndexKey, writes_texts_and_binaries_in_chunks) {
   const char* const binaries[] = {"21 0 80",          "22 0 p1 80",         "3F 0 p30 80",
                                   "3F 0 p30 1 p1 80", "3F 0 p30 1F p31 80", "3F 0 p30 1F p31 1 p1 80"};
   // The words tell how much of the payload there is.
-  const auto expect_component = [&bytes](auto kind, const std::string& words) {
+  const auto part_of = [&bytes](const std::string& words) {
     std::size_t size = 0;
     for (const std::string& word : split(words)) size += word[0] == 'p' ? std::stoul(word.substr(1)) : 0;
-    std::string whole = words + " C0";
-    for (std::size_t written = bytes_of(whole).size(); written % 8 != 0; ++written) whole += " 0";
-    expect_key({kind(std::span(bytes).first(size))}, whole);
+    return std::span(bytes).first(size);
   };
-  for (const char* words : texts) expect_component([](auto part) { return key_text{part}; }, words);
-  for (const char* words : binaries) expect_component([](auto part) { return key_binary{part}; }, words);
-  expect_component([](auto) { return key_binary{{}, true}; }, "21 1 80");
+  for (const char* words : texts) expect_key({key_text{part_of(words)}}, words);
+  for (const char* words : binaries) expect_key({key_binary{part_of(words)}}, words);
+  expect_key({key_binary{{}, true}}, "21 1 80");
 }
 
 TEST(IndexKey, a_fixed_key_takes_1024_bytes_and_not_one_more) {

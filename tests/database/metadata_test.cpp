@@ -1,9 +1,9 @@
-#include "ov_sql_executor/database/metadata.hpp"
-
 #include <gtest/gtest.h>
 
 #include "core_shim/core_shim.hpp"
 #include "outcome.hpp"
+#include "ov_sql_executor/database/column_read.hpp"
+#include "ov_sql_executor/database/metadata.hpp"
 #include "ovcoredb/database.hpp"
 #include "ovdbmetalayer/layout.hpp"
 #include "ovdbmetalayer/metalayer.hpp"
@@ -34,11 +34,7 @@ class Metadata : public testing::Test {
         {layout::table_tag::indexed_column, {{3}, {4}}, false, layout::index_handle::indexed_column_pk});
     metalayer::TlsMetalayerContext::Current() = context.handle();
   }
-  ~Metadata() override {
-    metalayer::TlsMetalayerContext::Current() = 0;
-    EXPECT_EQ(core_shim::open_iterators(), 0U);
-    EXPECT_EQ(core_shim::wrong_frees(), 0U);
-  }
+  ~Metadata() override { metalayer::TlsMetalayerContext::Current() = 0; }
 
   void create(std::uint16_t tag, const numbered<column_type>& columns) {
     ovcoredb::table_definition table{u"/" + std::u16string(1, static_cast<char16_t>(u'0' + tag)) + u"/", {}, 0, tag};
@@ -53,7 +49,6 @@ class Metadata : public testing::Test {
     return database.insert(tag, cells);
   }
   OV_OBJ_REF add_type(std::uint64_t primitive) { return add(layout::table_tag::type, {{10, primitive}}); }
-  OV_OBJ_REF add_table(const numbered<cell>& columns) { return add(layout::table_tag::table, columns); }
   OV_OBJ_REF add_member(OV_OBJ_REF table, std::u16string_view name, OV_OBJ_REF type, std::int64_t column) {
     return add(layout::table_tag::member, {{3, table}, {5, type}, {6, name}, {9, column}});
   }
@@ -73,11 +68,9 @@ std::string members_of(OV_OBJ_REF table) {
 
 TEST_F(Metadata, members_stand_at_their_column_indexes) {
   const OV_OBJ_REF type = add_type(3);
-  const OV_OBJ_REF before = add_table({});
-  const OV_OBJ_REF table = add_table({});
-  const OV_OBJ_REF after = add_table({});
-  add_member(before, u"z", type, 0);
-  add_member(after, u"a", type, 0);
+  const OV_OBJ_REF table{1000, 0};
+  add_member({999, 0}, u"z", type, 0);
+  add_member({1001, 0}, u"a", type, 0);
   const OV_OBJ_REF second = add_member(table, u"d", type, 1);
   const OV_OBJ_REF fourth = add_member(table, u"b", type, 3);
   const OV_OBJ_REF first = add_member(table, u"\uFFFF", type, 0x10000);  // 0 in its low 16 bits
@@ -85,11 +78,13 @@ TEST_F(Metadata, members_stand_at_their_column_indexes) {
   EXPECT_EQ(members_of(table), numbers({first, second, third, fourth}));
   EXPECT_EQ(meta_data::property_table(first).table.object_number, table.object_number);
   EXPECT_EQ(members_of({4242, 0}), "");
+  EXPECT_EQ(core_shim::opening_flags().back(), 0x70U) << "both ends included, and metadata";
 }
 
 TEST_F(Metadata, column_indexes_that_are_not_dense_are_reported) {
+  OV_OBJ_REF table{1000, 0};
   for (const std::int64_t column : {2, 0xFFFF, -1, 0x7FFF}) {
-    const OV_OBJ_REF table = add_table({});
+    ++table.object_number;
     add_member(table, u"a", add_type(3), 0);
     add_member(table, u"b", add_type(3), column);
     EXPECT_EQ(outcome([&] { return members_of(table); }), bad_subscript) << column;
@@ -97,8 +92,9 @@ TEST_F(Metadata, column_indexes_that_are_not_dense_are_reported) {
 }
 
 TEST_F(Metadata, what_has_no_value_is_empty) {
-  const OV_OBJ_REF nameless = add_table({});
-  const OV_OBJ_REF named = add_table({{6, std::u16string_view(u"T\u00E4\xD83D\xDE00")}, {9, std::uint64_t{0x12345}}});
+  const OV_OBJ_REF nameless = add(layout::table_tag::table, {});
+  const OV_OBJ_REF named =
+      add(layout::table_tag::table, {{6, std::u16string_view(u"T\u00E4\xD83D\xDE00")}, {9, std::uint64_t{0x12345}}});
   EXPECT_EQ(meta_data::object_name(nameless), L"");
   EXPECT_EQ(meta_data::object_name(named), (std::wstring{L'T', 0xE4, 0xD83D, 0xDE00}));
   EXPECT_EQ(meta_data::reference_tag({named, nullptr}), 0x2345);
@@ -115,11 +111,11 @@ TEST_F(Metadata, types_follow_the_primitive_type_but_for_column_1) {
     const OV_OBJ_REF member = add_member({1, 0}, u"m", add_type(primitive), 5);
     EXPECT_EQ(static_cast<int>(meta_data::property_type(member)), code) << primitive;
   }
-  for (const std::uint64_t primitive : {0, 9, 11}) {
-    const OV_OBJ_REF type = add_type(primitive);
+  const OV_OBJ_REF no_type{};
+  for (const OV_OBJ_REF& type : {add_type(0), add_type(9), add_type(11), add(layout::table_tag::type, {}), no_type}) {
     EXPECT_EQ(meta_data::property_type(add_member({1, 0}, u"s", type, 1)), type_code::set_specifier);
     const OV_OBJ_REF other = add_member({1, 0}, u"m", type, 2);
-    EXPECT_EQ(outcome([&] { meta_data::property_type(other); }), "7022 unexpected type") << primitive;
+    EXPECT_EQ(outcome([&] { meta_data::property_type(other); }), "7022 unexpected type") << type.object_number;
   }
 }
 
@@ -141,35 +137,57 @@ TEST_F(Metadata, key_columns_are_in_the_order_of_their_positions) {
   EXPECT_EQ(meta_data::index_handle(index), 18U);
 }
 
-// The status of every core call leaves as it is, and iterators that were open are freed.
-TEST_F(Metadata, every_failing_call_is_reported) {
-  const OV_OBJ_REF table = add_table({});
-  const OV_OBJ_REF member = add_member(table, u"a", add_type(1), 0);
-  const OV_OBJ_REF index = add(layout::table_tag::index, {{6, std::uint64_t{17}}});
-  add_key(index, member, 0, true);
-  add_key(index, member, 1, true);
-  for (const auto& read : {std::function<void()>([&] { meta_data::property_table(member); }),
-                           std::function<void()>([&] { meta_data::index_key_columns(index); })}) {
-    std::uint64_t k = 1;
-    for (std::string result; result != "ok"; ++k) {
-      core_shim::fail_call(k, 4700 + static_cast<std::uint32_t>(k));
-      result = outcome(read);
-      EXPECT_EQ(core_shim::open_iterators(), 0U);
-      ASSERT_TRUE(result == "ok" || result == std::to_string(4700 + k)) << result;
-    }
-    EXPECT_GT(k, 6U);
-    core_shim::reset();
-  }
+TEST_F(Metadata, an_iterator_that_cannot_be_freed_ends_the_process) {
+  EXPECT_DEATH((core_shim::fail_call("orv_iterator_free", 1, 4103), meta_data::make_table_ref({1, 0})),
+               "0xE0530002 \\(1070, ");
 }
 
-TEST_F(Metadata, an_iterator_that_cannot_be_freed_ends_the_process) {
-  const OV_OBJ_REF table = add_table({});
-  EXPECT_DEATH(
-      {
-        core_shim::fail_call("orv_iterator_free", 1, 4103);
-        meta_data::make_table_ref(table);
-      },
-      "0xE0530002 \\(1070, ");
+std::string read(type_code type, const ovcoredb::context& context, const OV_OBJ_REF& object, std::uint32_t column) {
+  return outcome([&] {
+    value room;
+    return to_value(db_util::read_column(type, context.handle(), object, column, room));
+  });
+}
+
+// Of an object that has values, of one with extremes and of one without any.
+TEST(ColumnRead, gives_the_values_of_every_type) {
+  ovcoredb::database database;
+  using of = ovcoredb::column_type;
+  const std::uint16_t table = database.create_table({u"/T/",
+                                                     {of::uint64, of::int64, of::decimal, of::float32, of::float64,
+                                                      of::text, of::binary, of::reference, of::boolean}});
+  const std::uint8_t bytes[] = {1, 0xFF};
+  const std::vector<cell> all[] = {{std::uint64_t{2}, std::int64_t{-3}, ovcoredb::decimal{1'500'000}, 2.5F, 4.5,
+                                    std::u16string_view(u"ab"), std::span(bytes), OV_OBJ_REF{9, 0x10010}, true},
+                                   {~std::uint64_t{0}, std::int64_t{0}, ovcoredb::decimal{-1}, 0.0F, 0.0,
+                                    std::u16string_view(), std::span<const std::uint8_t>(), OV_OBJ_REF{0, 16}, false},
+                                   std::vector<cell>(9)};
+  const ovcoredb::context context(database);
+  using enum type_code;
+  const std::tuple<type_code, std::uint32_t, const char*> columns[] = {
+      {uint64, 2, "u2 u18446744073709551615 NULL"},
+      {int64, 3, "i-3 i0 NULL"},
+      {decimal, 4, "dec1500000 dec-1 NULL"},
+      {float32, 5, "f2.5 f0 NULL"},
+      {float64, 6, "d4.5 d0 NULL"},
+      {tt_string, 7, "'ab' '' NULL"},
+      {binary, 8, "x'01ff' x'' NULL"},
+      {obj_ref, 9, "ref9 ref0 NULL"},
+      {boolean, 10, "true false NULL"},
+      {boolean, 2, "true true NULL"},                    // anything but zero
+      {set_specifier, 77, "set'/T/' set'/T/' set'/T/'"}  // whatever the column
+  };
+  std::vector<OV_OBJ_REF> objects;
+  for (const std::vector<cell>& cells : all) objects.push_back(database.insert(table, cells));
+  for (const auto& [type, column, words] : columns) {
+    std::string found;
+    for (const OV_OBJ_REF& each : objects) found += (found.empty() ? "" : " ") + read(type, context, each, column);
+    EXPECT_EQ(found, words);
+  }
+  for (const auto& [status, result] : {std::pair<std::uint32_t, const char*>(ORV_NO_VALUE, "NULL"), {12, "12"}}) {
+    core_shim::fail_call("orv_context_get_setspec", 1, status);
+    EXPECT_EQ(read(set_specifier, context, objects[0], 1), result);
+  }
 }
 
 }  // namespace

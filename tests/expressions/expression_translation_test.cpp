@@ -8,7 +8,6 @@
 #include "ov_sql_executor/expressions/cast.hpp"
 #include "ov_sql_executor/expressions/comparison.hpp"
 #include "ov_sql_executor/expressions/concat.hpp"
-#include "ov_sql_executor/expressions/if_op.hpp"
 #include "ov_sql_executor/expressions/is.hpp"
 #include "ov_sql_executor/expressions/like.hpp"
 #include "ov_sql_executor/expressions/logical.hpp"
@@ -58,12 +57,6 @@ class ExpressionTranslation : public OperatorTest {
     (becomes(static_cast<Pairs*>(nullptr), operand_count), ...);
   }
 
-  template <class... Results>
-  void select_conditional() {
-    auto any = over_parameters<plan::Conditional>(3);
-    ((any.result_type = meta_support::TypeIdentity<Results>(), expect_class<operators::if_op<Results>>(any)), ...);
-  }
-
   // The value of an operation whose operands are the parameters, which hold these values.
   template <class Operation, class... Values>
   std::string value_of(const Values&... values) {
@@ -90,8 +83,6 @@ TEST_F(ExpressionTranslation, every_operation_becomes_its_operator) {
          cast<9>(ToBool), cast<0>(ToUint64), cast<1>(ToInt64), cast<2>(ToDecimal), cast<3>(ToFloat), cast<4>(ToDouble),
          cast<5>(ToText), cast<8>(ToSetSpecifier), like_starts_with(PrefixPattern)>();
   become<0, concat(Concatenation)>();
-  select_conditional<bool, db_string::tt_string, std::uint64_t, std::int64_t, Decimal, double, float, Binary,
-                     OV_OBJ_REF, SetSpecifier, NullValue>();
 }
 
 TEST_F(ExpressionTranslation, operands_keep_their_places) {
@@ -117,8 +108,6 @@ TEST_F(ExpressionTranslation, literals_and_parameters) {
   context.constants = constants;
   EXPECT_EQ(evaluate(*sum), "i8");
 
-  EXPECT_NO_THROW(translate(parameter(32'767)));
-  EXPECT_THROW(translate(parameter(32'768)), boost::numeric::positive_overflow);
   constants.resize(32'768);
   EXPECT_THROW(translate(number(1)), boost::numeric::positive_overflow);
 }

@@ -1,8 +1,6 @@
 // The nodes that neither join nor group, over nodes and expressions that are not the library's own.
 #include <algorithm>
-#include <limits>
 #include <random>
-#include <stdexcept>
 
 #include "nodes/given_rows.hpp"
 #include "ov_sql_executor/execution/extension.hpp"
@@ -12,6 +10,7 @@
 #include "ov_sql_executor/execution/order_by.hpp"
 #include "ov_sql_executor/execution/projection.hpp"
 #include "ov_sql_executor/execution/uniond.hpp"
+#include "ov_sql_executor/values/sort_order.hpp"
 #include "valueless.hpp"
 
 namespace tests {
@@ -29,13 +28,13 @@ operator_ptr tell(std::function<value(const row&)> say) { return std::make_uniqu
 
 TEST(Filter, passes_rows_whose_predicate_is_true) {
   const char* const verdicts = "(true i1)(false i2)(NULL i3)(true 'a-text-that-owns-its-bytes')(false i5)";
-  const char* const passed = "(true i1)(true 'a-text-that-owns-its-bytes')";
-  EXPECT_EQ(run(filter(given(verdicts), column(2)), vals("u8 u9")), passed) << "behind enclosing rows";
-  const auto foreign = [] { return tell([](const row& stack) { return stack[0]; }); };
-  const filter twice(std::make_unique<filter>(given(verdicts), foreign()), column(0));
-  for (int time = 0; time < 2; ++time) EXPECT_EQ(run(twice), passed) << time;
-  for (const char* verdict : {"i1", "d1", "'true'", "x'01'"}) {
-    EXPECT_EQ(run(filter(given({{true}, {val(verdict)}}), column(0))), "7020") << verdict;
+  auto inner = std::make_unique<filter>(given(verdicts), tell([](const row& stack) { return stack[2]; }));
+  const filter twice(std::move(inner), column(2));
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(run(twice, vals("u8 u9")), "(true i1)(true 'a-text-that-owns-its-bytes')") << "behind enclosing rows";
+  }
+  for (const value& verdict : vals("i1 d1 'true' x'01'")) {
+    EXPECT_EQ(run(filter(given({{true}, {verdict}}), column(0))), "7020") << spell(verdict);
   }
   EXPECT_EQ(run(filter(given({{valueless()}}), column(0))), bad_variant);
 }
@@ -62,118 +61,157 @@ TEST(GenerativeAssignment, makes_one_row_even_of_null) {
   EXPECT_FALSE(source->next(context));
 }
 
-TEST(OrderBy, sorts_by_keys_with_a_direction_each_and_null_lowest) {
+// Units of which many have up to some hundred in common, and which are each other's beginnings, some of them followed
+// by zeros.
+template <class Units>
+Units long_units(std::uint64_t number, char first) {
+  using unit = typename Units::value_type;
+  Units units(1, static_cast<unit>(first));
+  units.insert(units.end(), number % 5 * 30, unit{'x'});
+  for (std::uint64_t rest = number / 5; rest > 3; rest /= 3) units.push_back(static_cast<unit>('0' + rest % 3));
+  units.insert(units.end(), number % 4, unit{0});
+  return units;
+}
+
+// One of so many keys of a kind, or NULL for the first of them.
+constexpr unsigned key_kinds = 9;
+value key_of(std::uint64_t kind, std::uint64_t number) {
+  const auto signed_number = static_cast<std::int64_t>(number);
+  if (number == 0) return null();
+  if (kind == 0) return signed_number * (number % 2 == 0 ? 1 : -1);
+  if (kind == 1) return static_cast<double>(number) / -4;
+  if (kind == 2) return static_cast<float>(number) / 4;
+  if (kind == 3) return Decimal{signed_number % 7 - 3};
+  if (kind == 4) return number % 2 == 0;
+  if (kind == 5) return OV_OBJ_REF{number, number};
+  if (kind == 6) return SetSpecifier{long_units<std::u16string>(number, 's')};
+  const byte_list bytes = long_units<byte_list>(number, kind == 7 ? 'b' : '\x80');
+  return kind == 7 ? value(Binary{bytes}) : value(db_string::tt_string(bytes.data(), bytes.size()));
+}
+
+// Long inputs are sorted in parts, and for a limit most of their rows are dropped on the way, whatever lies between:
+// few values and many, kinds of keys, directions and patterns of the input, computed keys of references and columns.
+TEST(OrderBy, sorts_by_keys_with_a_direction_each_and_keeps_equal_rows_as_they_came) {
   const unsigned seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
+  SCOPED_TRACE(seed);
   std::mt19937 random(seed);
-  rows input;
-  for (int n = 0; n < 3000; ++n) input.push_back({random() % 9 == 0 ? null() : i(random() % 200), i(random() % 20)});
-  const auto number = [](const value& any) { return any.index() == null().index() ? -1 : std::get<std::int64_t>(any); };
-  for (const bool first : {true, false}) {
-    for (const bool second : {true, false}) {
-      const auto key = [&](const row& of) {
-        return std::pair(number(of[0]) * (first ? 1 : -1), number(of[1]) * (second ? 1 : -1));
-      };
-      rows sorted = input;
-      std::ranges::sort(sorted, {}, key);
-      EXPECT_EQ(run(order_by(given(input), columns({0, 1}), {first, second})), spell(sorted));
-      EXPECT_EQ(run(order_by(given(input), columns({2, 3}), {first, second}), vals("i9 i9")), spell(sorted));
-    }
-  }
-  EXPECT_EQ(run(order_by(given(""), columns({0}), {true})), "");
-  EXPECT_EQ(run(order_by(given("(i2)(i2)"), {}, {})), "(i2)(i2)") << "no keys";
-  EXPECT_EQ(run(order_by(given("(i3)(i1 i5)(i2)"), columns({0}), {true})), "(i1 i5)(i2)(i3)")
-      << "a foreign node's rows";
-}
-
-// Of a long input it drops most rows on the way, whatever lies between it and the limit; equal ones stay as they came.
-TEST(OrderBy, finds_the_first_rows_for_a_limit) {
-  std::mt19937 random(8);
-  for (const bool first : {true, false}) {
-    for (const bool is_shuffled : {true, false}) {
-      rows input;
-      for (int n = 20000; n > 0; --n) {
-        input.push_back({n % 50 == 0 ? null() : val("'key" + std::to_string(n / 2000) + "'"), i(n), i(-n)});
-      }
-      if (is_shuffled) std::ranges::shuffle(input, random);
-      rows sorted = input;
-      std::ranges::stable_sort(sorted, {}, [&](const row& each) {
-        const std::int64_t number = std::get<std::int64_t>(each[1]);
-        const std::int64_t key = number % 50 == 0 ? -1 : number / 2000;
-        return first ? key : -key;
-      });
-      for (const std::uint64_t limit : {1U, 700U, 2000U, 40000U}) {
-        auto sorter = std::make_unique<order_by>(given(input), columns({0}), std::vector<bool>{first});
-        auto wider = std::make_unique<extension>(std::move(sorter), columns({2}));
-        auto narrower = std::make_unique<projection>(std::move(wider), columns({0, 1, 3}));
-        const limit_offset node(std::move(narrower), constant(0), constant(1));
-        const auto begin = sorted.begin() + 3;
-        const auto end = begin + static_cast<std::ptrdiff_t>(std::min<std::uint64_t>(limit, sorted.size() - 3));
-        EXPECT_EQ(run(node, {}, {limit, std::uint64_t{3}}), spell(rows(begin, end))) << limit;
+  const auto one_of = [&random](std::initializer_list<std::uint64_t> list) {
+    return list.begin()[random() % list.size()];
+  };
+  for (int round = 0; round < 150; ++round) {
+    const std::uint64_t count = one_of({0, 1, 11, 200, 3999, 8191, 8192, 8193, 20000});
+    const std::uint64_t width = one_of({0, 1, 1, 2, 3});
+    const bool is_rising = random() % 3 == 0;
+    const bool is_of_references = random() % 2 == 0;
+    std::vector<bool> ascending;
+    rows keys(count);
+    for (std::uint64_t key = 0; key < width; ++key) {
+      ascending.push_back(random() % 2 == 0);
+      const std::uint64_t kind = random() % key_kinds;
+      const std::uint64_t different = one_of({1, 2, 40, 1 << 20});
+      for (std::uint64_t row = 0; row < count; ++row) {
+        keys[row].push_back(key_of(kind, (is_rising ? row : random()) % different));
       }
     }
-  }
-}
-
-TEST(OrderBy, drops_references_and_finds_what_cannot_be_compared_behind_them) {
-  const auto key = [](const row& stack) -> value {
-    const std::uint64_t number = std::get<OV_OBJ_REF>(stack[0]).object_number;
-    if (number > 20000) return std::numeric_limits<double>::quiet_NaN();
-    return number % 50 == 0 ? null() : value(static_cast<double>(number * 7919 % 10007));
-  };
-  const auto first_rows = [&](const rows& input, bool ascending, std::uint64_t limit) {
-    auto keys = list_of(tell(key), column(0));
-    auto sorter = std::make_unique<order_by>(given(input), std::move(keys), std::vector<bool>{ascending, true});
-    return run(limit_offset(std::move(sorter), constant(0), constant(1)), {}, {limit, std::uint64_t{0}});
-  };
-  for (const std::uint64_t count : {8191U, 8192U, 8193U, 20000U}) {
     rows input;
-    for (std::uint64_t number = 1; number <= count; ++number) input.push_back({OV_OBJ_REF{number, 7}});
-    for (const bool ascending : {true, false}) {
-      rows sorted = input;
-      std::ranges::sort(sorted, {}, [&](const row& each) {
-        const value of = key(each);
-        const double number = of.index() == null().index() ? -1 : std::get<double>(of);
-        return std::pair(ascending ? number : -number, std::get<OV_OBJ_REF>(each[0]).object_number);
-      });
-      for (const std::uint64_t limit : {0U, 1U, 500U}) {
-        const rows wanted(sorted.begin(), sorted.begin() + static_cast<std::ptrdiff_t>(limit));
-        EXPECT_EQ(first_rows(input, ascending, limit), spell(wanted)) << count << " rows";
-      }
+    std::vector<std::uint64_t> order;
+    for (std::uint64_t number = 0; number < count; ++number) {
+      input.push_back(is_of_references ? row{OV_OBJ_REF{number, 7}} : keys[number]);
+      if (!is_of_references) input.back().push_back(u(number));
+      order.push_back(number);
     }
-    input.push_back({OV_OBJ_REF{20001, 7}});
-    EXPECT_EQ(first_rows(input, false, 1), "7041");
+    std::ranges::stable_sort(order, [&](std::uint64_t left, std::uint64_t right) {
+      for (std::size_t key = 0; key < width; ++key) {
+        const auto sign = sort_order(view_of(keys[left][key]), view_of(keys[right][key]));
+        if (sign != 0) return ascending[key] ? sign < 0 : sign > 0;
+      }
+      return false;
+    });
+    std::vector<operator_ptr> operands;
+    for (std::size_t key = 0; key < width; ++key) {
+      const auto told_key = [&keys, key](const row& stack) {
+        return keys[std::get<OV_OBJ_REF>(stack[0]).object_number][key];
+      };
+      operands.push_back(is_of_references ? tell(told_key) : column(static_cast<std::int16_t>(key)));
+    }
+    const auto last = static_cast<std::int16_t>(is_of_references ? 0 : width);
+    auto sorter = std::make_unique<order_by>(given(input), std::move(operands), ascending);
+    auto wider = std::make_unique<extension>(std::move(sorter), columns({last}));
+    std::vector<std::int16_t> kept;
+    for (std::int16_t position = 0; position < last; ++position) kept.push_back(position);
+    kept.push_back(static_cast<std::int16_t>(last + 1));
+    auto narrower = std::make_unique<projection>(std::move(wider), columns(kept));
+    const std::uint64_t limit = one_of({0, 1, 700, 2000, ~std::uint64_t{0}});
+    const std::uint64_t offset = random() % 4;
+    rows expected;
+    for (std::uint64_t at = offset; at < count && at - offset < limit; ++at) expected.push_back(input[order[at]]);
+    const limit_offset root(std::move(narrower), constant(0), constant(1));
+    ASSERT_EQ(run(root, {}, {limit, offset}), spell(expected)) << "round " << round;
   }
+}
+
+// NULL is the lowest, behind enclosing rows and among rows of any length.
+TEST(OrderBy, finds_its_keys_behind_enclosing_rows) {
+  const auto sorter = [](bool ascending) { return order_by(given("(i3)(NULL i5)(i2)"), columns({2}), {ascending}); };
+  EXPECT_EQ(run(sorter(true), vals("i9 i9")), "(NULL i5)(i2)(i3)");
+  EXPECT_EQ(run(sorter(false), vals("i9 i9")), "(i3)(i2)(NULL i5)");
 }
 
 // Rows of references are kept in less room while all are of one table and have small numbers.
 TEST(OrderBy, gives_references_back_whole) {
   constexpr std::uint64_t large = std::uint64_t{1} << 40;
-  const rows lists[] = {{{OV_OBJ_REF{3, 7}}, {OV_OBJ_REF{1, 7}}, {OV_OBJ_REF{2, 7}}},
-                        {{OV_OBJ_REF{3, 7}}, {OV_OBJ_REF{large, 7}}, {OV_OBJ_REF{2, large}}},
-                        {{OV_OBJ_REF{3, 7}}, {OV_OBJ_REF{1, 8}}, {OV_OBJ_REF{2, 7}}},
+  const rows lists[] = {{{OV_OBJ_REF{3, 7}}, {OV_OBJ_REF{2, 7}}, {OV_OBJ_REF{1, 7}}},
+                        {{OV_OBJ_REF{large, 7}}, {OV_OBJ_REF{3, 7}}, {OV_OBJ_REF{2, large}}},
+                        {{OV_OBJ_REF{3, 7}}, {OV_OBJ_REF{2, 8}}, {OV_OBJ_REF{1, 7}}},
                         {{OV_OBJ_REF{3, 7}, OV_OBJ_REF{1, 8}}, {OV_OBJ_REF{2, 7}, i(1)}, {OV_OBJ_REF{1, 7}, null()}}};
   for (const rows& list : lists) {
-    rows sorted = list;
-    const auto number = [](const row& each) { return std::get<OV_OBJ_REF>(each[0]).object_number; };
-    std::ranges::sort(sorted, {}, number);
     const rows found = rows_of(order_by(given(list), columns({0}), {true}));
-    EXPECT_EQ(spell(found), spell(sorted));
-    for (std::size_t at = 0; at < sorted.size(); ++at) {
-      EXPECT_EQ(std::get<OV_OBJ_REF>(found.at(at)[0]).second_word, std::get<OV_OBJ_REF>(sorted[at][0]).second_word);
+    const rows turned(list.rbegin(), list.rend());
+    EXPECT_EQ(spell(found), spell(turned));
+    for (std::size_t at = 0; at < turned.size(); ++at) {
+      EXPECT_EQ(std::get<OV_OBJ_REF>(found.at(at)[0]).second_word, std::get<OV_OBJ_REF>(turned[at][0]).second_word);
     }
   }
 }
 
+// The second key decides between rows whose first keys are equal, and only there may it not be comparable.
 TEST(OrderBy, refuses_what_cannot_be_ordered_when_it_is_opened) {
   const auto log = std::make_shared<journal>();
+  const auto opened = [&](const rows& input, const std::vector<std::int16_t>& keys, std::vector<bool> ascending) {
+    const order_by sorter(given(input, log), columns(keys), std::move(ascending));
+    execution_context context;
+    return outcome([&] { delete sorter.create_enumerator(context); });
+  };
   check({"(i2)(NULL)(u1) = incompatible types", "(d1)(dnan) = 7041", "(f1)(fnan) = 7041", "(dnan) = ok"},
-        [&](const std::string& input) {
-          const order_by sorter(given(table(input), log), columns({0}), {true});
-          execution_context context;
-          return outcome([&] { delete sorter.create_enumerator(context); });
-        });
+        [&](const std::string& input) { return opened(table(input), {0}, {true}); });
+  for (const std::int64_t count : {3, 6000}) {
+    for (const auto& [other, error] : {std::pair("dnan", "7041"), std::pair("true", "incompatible types")}) {
+      for (const std::int64_t equal : {1, 2}) {
+        rows input;
+        for (std::int64_t n = 0; n < count; ++n) input.push_back({i(n / equal), val(n == 1 ? other : "d1.5")});
+        EXPECT_EQ(opened(input, {0, 1}, {true, false}), equal == 1 ? "ok" : error) << count;
+      }
+    }
+  }
+  rows many(20'000, vals("d1"));
+  many.push_back(vals("dnan"));
+  const limit_offset first(std::make_unique<order_by>(given(many, log), columns({0}), std::vector<bool>{true}),
+                           constant(0), constant(1));
+  EXPECT_EQ(run(first, {}, vals("u1 u0")), "7041") << "behind rows that were dropped";
   EXPECT_EQ(log->alive, 0);
+}
+
+// Keys that were kept as numbers are whole again when one comes that cannot be compared with them, if it need not be.
+TEST(OrderBy, sorts_keys_of_any_kind_beside_one_of_another) {
+  for (const row& low_and_high : table("(false true)(u3 u18446744073709551615)(i-3 i5)(dec-3 dec5)(d-3.5 d5)(f-3.5 f5)"
+                                       "(ref3 ref5)(NULL i-5)")) {
+    rows input;
+    for (std::size_t n = 0; n < 100; ++n) input.push_back({u(n / 2), low_and_high[n % 2]});
+    input.push_back(vals("u50 'another'"));
+    rows sorted = input;
+    for (std::size_t n = 0; n < 100; n += 2) std::swap(sorted[n], sorted[n + 1]);
+    EXPECT_EQ(run(order_by(given(input), columns({0, 1}), {true, false})), spell(sorted));
+  }
 }
 
 TEST(LimitOffset, cuts_the_rows) {

@@ -44,10 +44,9 @@ column_type type_of(std::uint32_t column) {
   return column == set_specifier_column ? column_type::text : declared[column - 2];
 }
 
-struct model_object {
-  std::uint64_t number;
-  std::vector<model_value> values;  // by column number
-};
+using model_object = std::vector<model_value>;  // by column number; the first is the object's
+
+std::uint64_t number_of(const model_object& object) { return static_cast<std::uint64_t>(object[0].number); }
 
 class random_ranges {
  public:
@@ -61,7 +60,8 @@ class random_ranges {
     const std::size_t removals = pick(3);
     for (std::size_t i = 0; i <= removals; ++i) {
       if (i != 0) remove_after(pick(database_.object_count() + 1));
-      while (database_.object_count() < count) insert_one(other);
+      while (database_.object_count() < count) insert_some(other);
+      for (int check = 0; index_first && check < 10; ++check) check_one_range();
     }
     if (!index_first) create_index();
   }
@@ -74,6 +74,13 @@ class random_ranges {
     const auto found = walk(context_.handle(), index_, flags, bytes_of(first), bytes_of(last), &status);
     ASSERT_EQ(status, ORV_OK);
     ASSERT_EQ(found, expected(first, last, flags));
+    // Getters remember where consecutive objects lie.
+    const model_object& object = objects_[pick(objects_.size())];
+    std::int64_t number = 0;
+    const model_value& held = object[3];
+    ASSERT_EQ(orv_context_get_long(context_.handle(), number_of(object), base_, 3, &number),
+              held.null ? ORV_NO_VALUE : ORV_OK);
+    ASSERT_EQ(number, static_cast<std::int64_t>(held.number));
   }
 
  private:
@@ -125,31 +132,31 @@ class random_ranges {
   }
 
   void insert(bool derived) {
-    model_object object{database_.object_count() + 1, {}};
+    const std::uint64_t number = database_.object_count() + 1;
+    model_object object = {{false, static_cast<wide>(number)}};
     std::vector<std::uint8_t> bytes;
-    object.values.push_back({false, static_cast<wide>(object.number)});
-    object.values.push_back({false, 0, derived ? u"/A/B/" : u"/A/"});
+    object.push_back({false, 0, derived ? u"/A/B/" : u"/A/"});
     for (std::uint32_t column = 2; column < 2 + std::size(declared); ++column) {
-      object.values.push_back(pick(6) == 0 ? model_value{} : random_value(column));
+      object.push_back(pick(6) == 0 ? model_value{} : random_value(column));
     }
     std::vector<cell> cells;
-    for (std::uint32_t i = 2; i < object.values.size(); ++i) cells.push_back(cell_of(i, object.values[i], bytes));
+    for (std::uint32_t i = 2; i < object.size(); ++i) cells.push_back(cell_of(i, object[i], bytes));
     if (derived) cells.emplace_back();
-    EXPECT_EQ(database_.insert(derived ? derived_ : base_, cells).object_number, object.number);
+    EXPECT_EQ(database_.insert(derived ? derived_ : base_, cells).object_number, number);
     objects_.push_back(std::move(object));
   }
 
-  void insert_one(std::uint16_t other) {
-    if (pick(9) == 0) {
-      database_.insert(other, {});
-    } else {
-      insert(pick(3) == 0);
+  // Of one table, the base, the derived or the other one.
+  void insert_some(std::uint16_t other) {
+    const std::size_t table = pick(3);
+    for (std::size_t left = 1 + pick(table != 2 && pick(4) == 0 ? 300 : 3); left != 0; --left) {
+      table == 2 ? static_cast<void>(database_.insert(other, {})) : insert(table == 1);
     }
   }
 
   void remove_after(std::uint64_t count) {
     database_.remove_after(count);
-    std::erase_if(objects_, [&](const model_object& object) { return object.number > count; });
+    std::erase_if(objects_, [&](const model_object& object) { return number_of(object) > count; });
   }
 
   void create_index() {
@@ -177,7 +184,7 @@ class random_ranges {
       } else if (kind <= 2 && type == column_type::text) {
         end.push_back({false, 0, random_value(column).text, true});
       } else {
-        end.push_back(kind < 5 ? random_value(column) : objects_[pick(objects_.size())].values[column]);
+        end.push_back(kind < 5 ? random_value(column) : objects_[pick(objects_.size())][column]);
       }
     }
     return end;
@@ -208,7 +215,7 @@ class random_ranges {
   // In index order, by the components that the end has.
   int order(const model_object& object, const end_values& end) const {
     for (std::size_t i = 0; i < end.size(); ++i) {
-      const int order = compare(object.values[key_[i].column], end[i]);
+      const int order = compare(object[key_[i].column], end[i]);
       if (order != 0) return key_[i].ascending ? order : -order;
     }
     return 0;
@@ -226,12 +233,12 @@ class random_ranges {
     }
     std::stable_sort(in_range.begin(), in_range.end(), [&](const model_object* a, const model_object* b) {
       end_values key;
-      for (const auto& column : key_) key.push_back(b->values[column.column]);
+      for (const auto& column : key_) key.push_back((*b)[column.column]);
       return order(*a, key) < 0;
     });
     if (descending) std::reverse(in_range.begin(), in_range.end());
     std::vector<std::uint64_t> numbers;
-    for (const model_object* const object : in_range) numbers.push_back(object->number);
+    for (const model_object* const object : in_range) numbers.push_back(number_of(*object));
     return numbers;
   }
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <functional>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -29,61 +29,63 @@ struct status_test : testing::Test {
     walk(handle, index, inclusive, key, key, &status);
     return status;
   }
+  std::uint64_t open(std::uint64_t on) {
+    const auto key = key_writer().end();
+    std::uint64_t iterator = 0;
+    EXPECT_EQ(orv_context_create_iterator(on, db.by_id, inclusive, key.data(), key.data(), &iterator), ORV_OK);
+    return iterator;
+  }
 };
 
-using getter =
-    std::function<std::uint32_t(std::uint64_t context, OV_OBJ_REF object, std::uint32_t column, bool into_null)>;
-
-// Calls it and sees that nothing is written when it is refused.
 template <class Out>
-getter checked(std::uint32_t (*get)(std::uint64_t, std::uint64_t, std::uint64_t, std::uint32_t, Out*)) {
-  return [get](std::uint64_t context, OV_OBJ_REF object, std::uint32_t column, bool into_null) {
+using getter = std::uint32_t (*)(std::uint64_t, std::uint64_t, std::uint64_t, std::uint32_t, Out*);
+
+struct getters_test : status_test {
+  // Calls it and sees that nothing is written when it is refused.
+  template <class Out>
+  std::uint32_t call(getter<Out> get, std::uint64_t on, OV_OBJ_REF of, std::uint32_t column) {
     Out out;
     std::uint8_t before[sizeof out];
     std::memset(before, 0xA5, sizeof out);
     std::memcpy(&out, before, sizeof out);
-    const std::uint32_t status =
-        get(context, object.object_number, object.second_word, column, into_null ? nullptr : &out);
+    const std::uint32_t status = get(on, of.object_number, of.second_word, column, &out);
     EXPECT_TRUE(status == ORV_OK || std::memcmp(&out, before, sizeof out) == 0) << "written despite status " << status;
     return status;
-  };
-}
+  }
 
-// The getters with the columns that they may read.
-const std::pair<getter, std::set<std::uint32_t>> getters[] = {
-    {checked(orv_context_get_ulong), {0, sample::id, sample::open}},
-    {checked(orv_meta_get_bool), {0, sample::id, sample::open}},
-    {checked(orv_context_get_long), {sample::level}},
-    {checked(orv_context_get_decimal), {sample::price}},
-    {checked(orv_context_get_float), {sample::ratio}},
-    {checked(orv_context_get_double), {sample::area}},
-    {checked(orv_context_get_string), {sample::name}},
-    {checked(orv_context_get_binary), {sample::name, sample::image}},
-    {checked(orv_context_get_reference), {sample::owner}}};
-
-TEST_F(status_test, getters) {
-  for (const auto& [get, readable] : getters) {
-    SCOPED_TRACE("getter " + std::to_string(&readable - &getters[0].second));
-    const auto status = [&, &call = get](std::uint64_t number, std::uint64_t word, std::uint32_t column) {
-      return call(handle, {number, word}, column, false);
-    };
+  template <class Out>
+  void check(getter<Out> get, const std::set<std::uint32_t>& readable) {
     for (std::uint32_t column = 0; column <= sample::open; ++column) {
       const bool fits = readable.contains(column);
-      EXPECT_EQ(status(object.object_number, db.place, column), fits ? ORV_OK : ORV_TYPE_MISMATCH) << column;
+      EXPECT_EQ(call(get, handle, object, column), fits ? ORV_OK : ORV_TYPE_MISMATCH) << column;
       if (column < sample::id) continue;
-      EXPECT_EQ(status(empty.object_number, db.place, column), fits ? ORV_NO_VALUE : ORV_TYPE_MISMATCH) << column;
-      EXPECT_EQ(status(object.object_number, 0, column), ORV_BAD_COLUMN) << column;
-      EXPECT_EQ(status(object.object_number, db.city, column), ORV_BAD_COLUMN) << column;
+      EXPECT_EQ(call(get, handle, empty, column), fits ? ORV_NO_VALUE : ORV_TYPE_MISMATCH) << column;
+      EXPECT_EQ(call(get, handle, {1, 0}, column), ORV_BAD_COLUMN) << column;
+      EXPECT_EQ(call(get, handle, {1, db.city}, column), ORV_BAD_COLUMN) << column;
     }
     for (const std::uint32_t column : {std::uint32_t{sample::unused}, sample::unused + 1u, ~0u}) {
-      EXPECT_EQ(status(object.object_number, db.place, column), ORV_BAD_COLUMN);
+      EXPECT_EQ(call(get, handle, object, column), ORV_BAD_COLUMN);
     }
-    for (const std::uint64_t number : {0UL, 4UL, ~0UL}) EXPECT_EQ(status(number, db.place, 2), ORV_BAD_OBJECT);
+    for (const std::uint64_t number : {0UL, 4UL, ~0UL}) {
+      EXPECT_EQ(call(get, handle, {number, db.place}, 2), ORV_BAD_OBJECT);
+    }
     for (const std::uint64_t bad : {0UL, handle + 1, handle + 4096, ~0UL}) {
-      EXPECT_EQ(get(bad, object, 2, false), ORV_BAD_CONTEXT);
+      EXPECT_EQ(call(get, bad, object, 2), ORV_BAD_CONTEXT);
     }
-    EXPECT_EQ(get(handle, object, *readable.rbegin(), true), ORV_BAD_ARGUMENT);
+    EXPECT_EQ(get(handle, 1, db.place, *readable.rbegin(), nullptr), ORV_BAD_ARGUMENT);
   }
+};
+
+TEST_F(getters_test, refuse_what_is_not_of_their_type_or_not_there) {
+  check(orv_context_get_ulong, {0, sample::id, sample::open});
+  check(orv_meta_get_bool, {0, sample::id, sample::open});
+  check(orv_context_get_long, {sample::level});
+  check(orv_context_get_decimal, {sample::price});
+  check(orv_context_get_float, {sample::ratio});
+  check(orv_context_get_double, {sample::area});
+  check(orv_context_get_string, {sample::name});
+  check(orv_context_get_binary, {sample::name, sample::image});
+  check(orv_context_get_reference, {sample::owner});
 }
 
 TEST_F(status_test, arguments_of_the_other_calls) {
@@ -122,17 +124,12 @@ TEST_F(status_test, arguments_of_the_other_calls) {
 
 TEST_F(status_test, keys_that_are_not_well_formed) {
   using bytes = std::vector<std::uint8_t>;
-  const bytes number_keys[] = {{0x28},                                // ends where the number should be
-                               {0x80},                                // no component begins so
+  const bytes number_keys[] = {{0x80, 0, 0, 0, 0, 0, 0, 0, 0, 0},     // no component begins so
                                {0x60, 0x60, 0xC0},                    // more components than columns
                                {0x29, 0, 0, 0, 0, 0, 0, 0, 0, 0xC0},  // another length
                                {0x28, 0, 0, 0, 0, 0, 0, 0, 0, 0x28},  // no terminator
-                               key_writer().text(u"a").end(),
-                               key_writer().highest_binary().end()};
-  for (bytes key : number_keys) {
-    key.resize(std::max<std::size_t>(key.size(), 10));  // a number and what follows it are read
-    EXPECT_EQ(create(db.by_id, key), ORV_BAD_KEY) << testing::PrintToString(key);
-  }
+                               key_writer().text(u"twelve units").end()};
+  for (const bytes& key : number_keys) EXPECT_EQ(create(db.by_id, key), ORV_BAD_KEY) << testing::PrintToString(key);
   const bytes text_and_binary_keys[] = {
       {0x40},                                           // not a text
       {0x21, 'a', 0xC0},                                // text without its end
@@ -157,67 +154,40 @@ TEST_F(status_test, keys_that_are_not_well_formed) {
   EXPECT_EQ(create(by_open, key_writer().number(2).end()), ORV_BAD_KEY);
 }
 
-TEST_F(status_test, stale_iterators) {
-  const auto key = key_writer().end();
+TEST_F(status_test, stale_iterators_and_contexts) {
   ORV_REFERENCE_VALUE reference{};
-  const auto open = [&] {
-    std::uint64_t iterator = 0;
-    EXPECT_EQ(orv_context_create_iterator(handle, db.by_id, inclusive, key.data(), key.data(), &iterator), ORV_OK);
-    return iterator;
-  };
   const auto expect_gone = [&](std::uint64_t iterator) {
     EXPECT_EQ(orv_iterator_next(iterator, &reference), ORV_BAD_ITERATOR);
     EXPECT_EQ(orv_iterator_free(iterator), ORV_BAD_ITERATOR);
   };
-  const std::uint64_t freed = open();
+  const std::uint64_t freed = open(handle);
   EXPECT_EQ(orv_iterator_free(freed), ORV_OK);
-  expect_gone(freed);
-  const std::uint64_t reused = open();
-  expect_gone(freed);
-  for (const std::uint64_t invented : {std::uint64_t{0}, handle, reused + 1, reused + 4096, ~std::uint64_t{0}}) {
-    expect_gone(invented);
-  }
+  const std::uint64_t reused = open(handle);
+  for (const std::uint64_t invented : {freed, 0UL, handle, reused + 1, reused + 4096, ~0UL}) expect_gone(invented);
   EXPECT_EQ(orv_iterator_next(reused, &reference), ORV_OK);
   db.insert_place(9, u"written while it is open");
   expect_gone(reused);
-  std::uint64_t of_closed_context = 0;
-  std::uint64_t closed = 0;
-  {
-    const ovcoredb::context short_lived(db.database);
-    closed = short_lived.handle();
-    orv_context_create_iterator(closed, db.by_id, inclusive, key.data(), key.data(), &of_closed_context);
-    EXPECT_EQ(orv_iterator_next(of_closed_context, &reference), ORV_OK);
-  }
+  auto short_lived = std::make_unique<ovcoredb::context>(db.database);
+  const std::uint64_t closed = short_lived->handle();
+  const std::uint64_t of_closed_context = open(closed);
+  short_lived.reset();
   expect_gone(of_closed_context);
   const ovcoredb::context next(db.database);  // takes the same slot
-  EXPECT_EQ(getters[0].first(closed, object, sample::id, false), ORV_BAD_CONTEXT);
-  EXPECT_EQ(getters[0].first(next.handle(), object, sample::id, false), ORV_OK);
+  std::uint64_t word = 0;
+  EXPECT_EQ(orv_context_lookup(closed, 1, &word), ORV_BAD_CONTEXT);
+  EXPECT_EQ(orv_context_lookup(next.handle(), 1, &word), ORV_OK);
   expect_gone(of_closed_context);
 }
 
-TEST_F(status_test, a_context_opens_only_so_many_iterators) {
-  const auto key = key_writer().end();
-  std::vector<std::uint64_t> open;
-  std::uint64_t iterator = 0;
-  std::uint32_t status = ORV_OK;
-  while ((status = orv_context_create_iterator(handle, db.by_id, inclusive, key.data(), key.data(), &iterator)) == 0) {
-    open.push_back(iterator);
-  }
-  EXPECT_EQ(status, ORV_TOO_MANY_ITERATORS);
-  EXPECT_EQ(open.size(), 65536u);
-  EXPECT_EQ(orv_iterator_free(open[7]), ORV_OK);
-  EXPECT_EQ(create(db.by_id, key), ORV_OK);
-}
-
-TEST(contexts, there_are_only_so_many) {
-  const ovcoredb::database database;
-  std::vector<std::unique_ptr<ovcoredb::context>> open;
-  EXPECT_THROW(
-      {
-        for (;;) open.push_back(std::make_unique<ovcoredb::context>(database));
-      },
-      std::runtime_error);
-  EXPECT_EQ(open.size(), 4095u);
+TEST_F(status_test, there_are_only_so_many_iterators_and_contexts) {
+  std::vector<std::uint64_t> opened(65536);
+  for (std::uint64_t& each : opened) each = open(handle);
+  EXPECT_EQ(create(db.by_id, key_writer().end()), ORV_TOO_MANY_ITERATORS);
+  EXPECT_EQ(orv_iterator_free(opened[7]), ORV_OK);
+  EXPECT_EQ(create(db.by_id, key_writer().end()), ORV_OK);
+  std::vector<std::unique_ptr<ovcoredb::context>> contexts(4094);  // and the test's own
+  for (auto& each : contexts) each = std::make_unique<ovcoredb::context>(db.database);
+  EXPECT_THROW(ovcoredb::context(db.database), std::runtime_error);
 }
 
 }  // namespace

@@ -80,14 +80,5 @@ TEST(Schema, UniqueIndexOverEqualKeysLeavesNoMetadata) {
   EXPECT_FALSE(names.find_index(names.table("Staff.Person"), "by_name"));
 }
 
-TEST(Schema, TablesOfOneCallMayReferToEachOther) {
-  staff_database staff;
-  staff.definitions.define_tables(
-      {{"Hen", {{"hatched_from", refers_to{"Egg"}}}}, {"Egg", {{"laid_by", refers_to{"Hen"}}}}});
-  const catalog names;
-  const property_info property = names.property(names.table("Hen"), "hatched_from");
-  EXPECT_EQ(names.table(property.target).name, "Egg");
-}
-
 }  // namespace
 }  // namespace ovhost

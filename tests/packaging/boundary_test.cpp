@@ -41,22 +41,12 @@ PredicateVariant valueless_plan() {
   return plan;
 }
 
-template <class Exception>
-void expect_message(PredicateVariant plan, const char* message) {
-  try {
-    physical_to_exec::Plan(std::move(plan));
-    FAIL() << "nothing was thrown; expected " << message;
-  } catch (const Exception& error) {
-    EXPECT_STREQ(error.what(), message);
-  }
-}
-
 TEST(LibraryBoundary, PlanningErrorsAreCaughtByTheirTypes) {
-  expect_message<error_handling::OVException>(Filter{literal(true), one_row(literal(true))}, "Not implemented error");
-  expect_message<std::out_of_range>(select(physical_queryplan::Less{}), "invalid vector<T> subscript");
-  expect_message<boost::numeric::positive_overflow>(select(literal(physical_queryplan::parameter<bool>{32768})),
-                                                    "bad numeric conversion: positive overflow");
-  expect_message<std::bad_variant_access>(valueless_plan(), "bad variant access");
+  using physical_to_exec::Plan;
+  EXPECT_THROW(Plan(Filter{literal(true), one_row(literal(true))}), error_handling::OVException);
+  EXPECT_THROW(Plan(select(physical_queryplan::Less{})), std::out_of_range);
+  EXPECT_THROW(Plan(select(literal(physical_queryplan::parameter<bool>{32768}))), boost::numeric::positive_overflow);
+  EXPECT_THROW(Plan(valueless_plan()), std::bad_variant_access);
 }
 
 TEST(LibraryBoundary, ExecutionErrorsAreCaughtByTheirTypes) {
@@ -64,12 +54,7 @@ TEST(LibraryBoundary, ExecutionErrorsAreCaughtByTheirTypes) {
   const auto [statement, columns] = physical_to_exec::Plan(Projection{{answer}, std::move(filter)});
   ov::sql_executor::execution_context context{statement.constants, {}, {}, 0};
   const std::unique_ptr<ov::sql_executor::enumerator> rows(statement.root->create_enumerator(context));
-  try {
-    rows->next(context);
-    FAIL() << "nothing was thrown";
-  } catch (const db_util::db_exception& error) {
-    EXPECT_EQ(error.code, db_util::type_error);
-  }
+  EXPECT_THROW(rows->next(context), db_util::db_exception);
 }
 
 TEST(LibraryBoundary, AVariableMovedFromIsStillOne) {

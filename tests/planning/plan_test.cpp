@@ -1,10 +1,9 @@
-#include "ov_sql_executor/planning/plan.hpp"
 
+
+#include "ov_sql_executor/planning/plan.hpp"
 #include "core_shim/core_shim.hpp"
 #include "host_test.hpp"
-#include "ov_sql_executor/execution/generative_assignment.hpp"
-#include "ov_sql_executor/execution/projection.hpp"
-#include "ov_sql_executor/execution/scan.hpp"
+#include "ov_sql_executor/planning/result_columns.hpp"
 #include "valueless.hpp"
 
 namespace tests {
@@ -61,26 +60,10 @@ TEST_F(Planning, refuses_other_roots_other_items_and_columns_that_are_not_in_sco
                  project({s}, ovhost::left_join(all(t), where_size(t["size"]))));
 }
 
-TEST_F(Planning, a_projection_that_repeats_its_input_is_its_input) {
-  const auto root_of = [](plan tested) {
-    return std::move(std::get<0>(physical_to_exec::Plan(std::move(tested))).root);
-  };
-  EXPECT_TRUE(dynamic_cast<const ov::sql_executor::scan*>(root_of(only(t)).get()));
-  EXPECT_TRUE(dynamic_cast<const generative_assignment*>(root_of(project({c}, ovhost::generate(c))).get()));
-  EXPECT_TRUE(dynamic_cast<const projection*>(root_of(project({t, t}, all(t))).get()));
+TEST_F(Planning, a_projection_has_the_columns_that_it_names) {
   EXPECT_EQ(rows_of_plan(project({c, t["size"]}, ovhost::extend({c}, only(t["size"])))), "(i1 u5)(i1 u5)");
+  EXPECT_EQ(rows_of_plan(project({t, t}, all(t))), rows_of_plan(project({t, t}, only(t))));
   EXPECT_EQ(rows_of_plan(project({}, all(t))), "()()");
-}
-
-TEST_F(Planning, positions_end_at_32767) {
-  // A row of as many columns, of which the last is read.
-  const auto with_columns = [this](std::size_t count) {
-    std::vector<expression> many(count, t["size"]);
-    many.push_back(t["name"]);
-    return project({t["name"]}, project({t["name"]}, project(std::move(many), all(t))));
-  };
-  expect_planned("ok", with_columns(32767));
-  expect_planned("bad numeric conversion: positive overflow", with_columns(32768));
 }
 
 TEST_F(Planning, columns_that_are_there_are_not_read_again_and_the_first_of_equal_ones_wins) {
@@ -120,6 +103,86 @@ TEST_F(Planning, the_plan_is_gone_when_the_call_returns_or_fails) {
     planned(project({item}, Scan{std::move(watched), index, {}, true}));
     EXPECT_EQ(cache.use_count(), 1);
   }
+}
+
+using namespace physical_queryplan;  // NOLINT: the alternatives are what is tested
+using ovhost::extend;
+using ovhost::group;
+using ovhost::value_kind;
+
+// A city has a property "p" and its number of every type but set specifiers, and of its own a country.
+ovhost::table_definition city_table() {
+  ovhost::table_definition table{"City", {{"country", ovhost::refers_to{"Country"}}}};
+  for (std::size_t number = 0; number <= 7; ++number)
+    table.members.push_back({"p" + std::to_string(number), value_kind{number}});
+  return table;
+}
+
+class ResultColumns : public HostTest {
+ protected:
+  ResultColumns()
+      : HostTest({city_table(), {"Country", {{"name", value_kind::text}}}}, {{"City", "by_country", {{"country"}}}}) {}
+
+  plan all() { return ovhost::scan(city, "by_country"); }
+
+  // The types of a root projection's columns by index, a reference with the name that it has.
+  static std::string types(const std::vector<expression>& items, plan child) {
+    return outcome([&] {
+      std::string words;
+      const QueryPlan::Projection root{items, std::make_unique<plan>(std::move(child))};
+      for (const auto& type : physical_to_exec::result_columns(root)) {
+        words += (words.empty() ? "" : " ") + std::to_string(type.index());
+        const auto* reference = std::get_if<physical_to_exec::RefInfo>(&type);
+        if (reference != nullptr) words += ":" + std::string(reference->name.begin(), reference->name.end());
+      }
+      return words;
+    });
+  }
+
+  ovhost::query names;
+  ovhost::table_variable city = names.over("City", "city");
+};
+
+const char* const refused = "7022 Unsupported return type";
+
+TEST_F(ResultColumns, name_the_type_of_each_item) {
+  std::vector<expression> items = {city["country"], city};
+  for (const char* property : {"p0", "p1", "p2", "p3", "p4", "p5", "p6", "p7"}) items.push_back(city[property]);
+  EXPECT_EQ(types(items, all()), "9:Country 9:City 0 1 2 3 4 5 6 7");
+  const auto computed_as = [this](auto... of) {
+    return types({expression(computed<decltype(of)>{{1, 2, 3, 4}})...}, all());
+  };
+  EXPECT_EQ(computed_as(true, db_string::tt_string(), std::uint64_t{}, std::int64_t{}, Decimal{}, 0.0, 0.0F, Binary{}),
+            "0 1 2 3 4 5 6 7");
+  EXPECT_EQ(computed_as(SetSpecifier{}), refused);
+  EXPECT_EQ(computed_as(NullValue{}), refused);
+  EXPECT_EQ(types({city, city["object_type"], city}, all()), refused);
+  const std::vector<expression> two = {city, items[0]};
+  plan below = all();
+  core_shim::fail_call("orv_context_get_string", 1, ORV_NO_VALUE);
+  EXPECT_EQ(types(two, std::move(below)), "9: 9:Country") << "a table without a name";
+  make_valueless<variable>(items[1]);
+  EXPECT_EQ(types(items, all()), bad_variant);
+}
+
+TEST_F(ResultColumns, trace_a_computed_reference_to_its_definition) {
+  const auto country = names.define("r", city["country"]);
+  const auto whole = names.define("w", city);
+  const auto other = names.define("o", expression(country));
+  const auto operation = names.define("x", ovhost::when_as(value_kind::reference, lit(true), country, country));
+  const auto largest = names.maximum("m", expression(country));
+  EXPECT_EQ(types({country, whole}, ovhost::filter(lit(true), extend({country, whole}, all()))), "9:Country 9:City");
+  EXPECT_EQ(types({other}, extend({other}, extend({whole, country}, all()))), "9:Country");
+  EXPECT_EQ(types({country}, group({}, {country}, all())), "9:Country");
+  EXPECT_EQ(types({largest}, group({largest}, {}, extend({country}, all()))), "9:Country");
+  EXPECT_EQ(types({whole}, ovhost::join(extend({whole.with(city["country"])}, all()), ovhost::generate(whole))),
+            "9:Country")
+      << "left before right";
+  EXPECT_EQ(types({operation}, extend({country, operation}, all())), "9:") << "an operation's reference has no name";
+  EXPECT_EQ(types({country}, extend({country.with(ovhost::eq(lit(1), lit(1)))}, all())), "0") << "a bool after all";
+  EXPECT_EQ(types({other}, extend({other.with(other)}, all())), refused) << "defined by itself";
+  EXPECT_EQ(types({other}, extend({other, country.with(other)}, all())), refused) << "in a circle";
+  EXPECT_EQ(types({other}, extend({whole}, all())), refused);
 }
 
 }  // namespace

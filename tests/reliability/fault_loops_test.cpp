@@ -175,20 +175,5 @@ TEST_F(FaultLoops, no_value_from_any_core_call_does_no_harm) {
   if (!is_slow) check_all(core_call(ORV_NO_VALUE, repeat::from_then_on));
 }
 
-TEST_F(FaultLoops, a_host_may_leave_at_any_row) {
-  for (const catalogued_plan& each : catalogue.plans) {
-    if (!each.error.empty()) continue;
-    const auto planned = std::get<0>(physical_to_exec::Plan(each.make()));
-    bool at_end = false;
-    for (int taken = 0; !at_end; ++taken) {
-      execution_context context{planned.constants, catalogue.parameters, {}, catalogue.context()};
-      const std::unique_ptr<enumerator> source(planned.root->create_enumerator(context));
-      for (int row = 0; row < taken && !at_end; ++row) at_end = !source->next(context);
-      EXPECT_TRUE(context.row_stack.empty()) << each.name;
-    }
-    EXPECT_EQ(core_shim::open_iterators(), 0U) << each.name;
-  }
-}
-
 }  // namespace
 }  // namespace tests

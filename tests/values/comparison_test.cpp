@@ -127,60 +127,30 @@ row boundary_values() {
   return list;
 }
 
-TEST(NumericComparison, is_exact_at_the_boundaries_of_all_six_types) {
-  const row values = boundary_values();
+// Numbers of any magnitude, each in every type that can come near it.
+void add_random_values(row& list, std::mt19937_64& random) {
+  for (int count = 0; count < 25; ++count) {
+    const std::uint64_t bits = random() >> random() % 64;
+    const auto number = static_cast<double>(bits);
+    const auto raw = static_cast<std::int64_t>(bits / Decimal::scale * Decimal::scale);
+    list.insert(list.end(), {u(bits), i(static_cast<std::int64_t>(bits)), Decimal{raw}, Decimal{raw + 1},
+                             number / Decimal::scale, number, std::nextafter(number, 0.0), static_cast<float>(number),
+                             std::bit_cast<double>(random()), std::bit_cast<float>(static_cast<unsigned>(random()))});
+  }
+}
+
+TEST(NumericComparison, is_exact_at_the_boundaries_of_all_six_types_and_between) {
+  const std::uint64_t seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937_64 random(seed);
+  row values = boundary_values();
+  add_random_values(values, random);
   std::vector<exact_number> numbers;
   for (const value& each : values) numbers.push_back(exact(each));
   for (std::size_t left = 0; left < values.size() && !HasFatalFailure(); ++left) {
     for (std::size_t right = 0; right < values.size(); ++right) {
       expect_exact(values[left], numbers[left], values[right], numbers[right]);
     }
-  }
-}
-
-value any_number(std::mt19937_64& random) {
-  const std::uint64_t bits = random() >> random() % 64;
-  const auto integer = static_cast<std::int64_t>(bits);
-  const value kinds[] = {bits % 2 == 0,
-                         u(bits),
-                         i(integer),
-                         Decimal{integer},
-                         std::bit_cast<double>(random()),
-                         std::bit_cast<float>(static_cast<std::uint32_t>(random()))};
-  return kinds[random() % std::size(kinds)];
-}
-
-// A number of any type that is close to another, if its type reaches so far.
-value number_near(const exact_number& other, std::mt19937_64& random) {
-  using boost::multiprecision::cpp_int;
-  if (other.is_nan || other.infinity != 0 || abs(other.finite) > 9'000'000'000'000'000'000U) return any_number(random);
-  const auto floor_of = [](const rational& number) {
-    const cpp_int cut = numerator(number) / denominator(number);
-    return static_cast<std::int64_t>(number < cut ? cpp_int(cut - 1) : cut);
-  };
-  const std::int64_t step = static_cast<std::int64_t>(random() % 3) - 1;
-  const auto nudged = [step]<class Float>(Float number) {
-    const Float towards = std::numeric_limits<Float>::infinity() * static_cast<Float>(step == 0 ? 1 : step);
-    return step == 0 ? number : std::nextafter(number, towards);
-  };
-  const std::int64_t whole = floor_of(other.finite) + step;
-  row kinds = {u(static_cast<std::uint64_t>(whole)), i(whole), nudged(static_cast<double>(other.finite)),
-               nudged(static_cast<float>(other.finite))};
-  if (abs(other.finite) < 9'000'000'000'000U)
-    kinds.emplace_back(Decimal{floor_of(other.finite * Decimal::scale) + step});
-  return kinds[random() % kinds.size()];
-}
-
-TEST(NumericComparison, is_exact_for_random_neighbours) {
-  const std::uint64_t seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
-  for (int round = 0; round < 20'000 && !HasFatalFailure(); ++round) {
-    const value left = any_number(random);
-    const exact_number exact_left = exact(left);
-    const value right = number_near(exact_left, random);
-    expect_exact(left, exact_left, right, exact(right));
-    expect_exact(right, exact(right), left, exact_left);
   }
 }
 

@@ -20,32 +20,19 @@ std::string calculated(decimal_operation apply, std::int64_t left, std::int64_t 
 }
 
 TEST(DecimalArithmetic, rounds_half_away_from_zero_and_stays_in_range) {
-  const char* const cases[] = {"top + 1 = 7041",
-                               "-top - 1 = 7041",
-                               "4398046511103999998 + 1 = 4398046511103999999",
-                               "min - 1 = 7041",
-                               "max + max = 7041",  // beyond 64 bits
-                               "max + -max = 0",    // operands are not checked
-                               "1500000 * 1500000 = 2250000",
-                               "1 * 500000 = 1",
-                               "-1 * 500000 = -1",
-                               "1 * 499999 = 0",
-                               "min * min = 7041",
-                               "3000000000000000000 * 2000000 = 7041",
-                               "top * 1000000 = 4398046511103999999",
-                               "min * 0 = 0",
-                               "1100000 * 3998224101003636362 = 4398046511103999998",
-                               "1100000 * 3998224101003636363 = 7041",  // 0.3 above the top: judged before rounding
-                               "1000000 / 3000000 = 333333",
-                               "2000000 / 3000000 = 666667",
-                               "-2000000 / 3000000 = -666667",
-                               "0 / 5 = 0",
-                               "5 / 0 = 7041",
-                               "0 / 0 = 7041",
-                               "top / 1000000 = 4398046511103999999",
-                               "top / 999999 = 7041",
-                               "4398046511104000000 / 2000000 = 7041",  // operands are checked
-                               "1 / min = 7041"};
+  const char* const cases[] = {
+      "top + 1 = 7041", "-top - 1 = 7041", "4398046511103999998 + 1 = 4398046511103999999", "min - 1 = 7041",
+      // Beyond 64 bits; and operands are not checked.
+      "max + max = 7041", "max + -max = 0",
+      // A half rounds away from zero.
+      "1500000 * 1500000 = 2250000", "1 * 500000 = 1", "-1 * 500000 = -1", "1 * 499999 = 0", "min * min = 7041",
+      "3000000000000000000 * 2000000 = 7041", "top * 1000000 = 4398046511103999999", "min * 0 = 0",
+      // The second is 0.3 above the top: judged before rounding.
+      "1100000 * 3998224101003636362 = 4398046511103999998", "1100000 * 3998224101003636363 = 7041",
+      "1000000 / 3000000 = 333333", "2000000 / 3000000 = 666667", "-2000000 / 3000000 = -666667", "0 / 5 = 0",
+      "5 / 0 = 7041", "0 / 0 = 7041", "top / 1000000 = 4398046511103999999", "top / 999999 = 7041",
+      // Operands of a division are checked.
+      "4398046511104000000 / 2000000 = 7041", "1 / min = 7041"};
   const auto number = [](const std::string& word) -> std::int64_t {
     if (word == "min") return INT64_MIN;
     if (word.ends_with("max")) return word[0] == '-' ? -INT64_MAX : INT64_MAX;

@@ -1,9 +1,14 @@
-#include "ovhost/plan_words.hpp"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include "ovhost/decimal_text.hpp"
 #include "ovhost/expression_words.hpp"
+#include "ovhost/plan_words.hpp"
+#include "ovhost/table_printer.hpp"
+#include "ovhost/text.hpp"
+#include "ovhost/value_words.hpp"
 #include "staff_database.hpp"
 
 namespace ovhost {
@@ -50,10 +55,6 @@ TEST(PlanWords, SayEveryOperation) {
   for (const auto& each : cases) {
     EXPECT_EQ(words(each.said), each.words);
     EXPECT_EQ(kind_of(each.said), each.type) << each.words;
-  }
-  for (const value_kind target : {kind::boolean, kind::uint64, kind::int64, kind::decimal, kind::float32, kind::float64,
-                                  kind::text, kind::set_specifier}) {
-    EXPECT_EQ(kind_of(to(target, name)), target);
   }
   EXPECT_THROW(to(kind::reference, name), std::invalid_argument);
   EXPECT_THROW(decimal("1.0000001"), std::invalid_argument);
@@ -119,9 +120,78 @@ TEST(Plans, RefuseNamesAndKeysThatDoNotExist) {
   EXPECT_THROW(e["shoe"], unknown_name);
   EXPECT_THROW(e.follow("shoe"), unknown_name);
   EXPECT_THROW(e.follow("name"), std::invalid_argument);
-  EXPECT_THROW(scan(e, "by_shoe"), unknown_name);
+  EXPECT_THROW(scan(e, "everybody"), unknown_name) << "an index of the base holds other objects too";
+  EXPECT_THAT(message_of<unknown_name>([&] { scan(e, "by_shoe"); }),
+              HasSubstr("no index of table \"Staff.Employee\" called \"by_shoe\"; there are: by_name"));
   EXPECT_THROW(scan(e, "by_name", {key::any(), key::any()}), std::invalid_argument);
   EXPECT_THROW(bind(e), std::logic_error);
+}
+
+using namespace operator_library;
+using ov::sql_executor::value;
+
+TEST(ValueWords, ShowEveryKindOfValue) {
+  // As cell and as literal, which is the cell unless it is given.
+  const struct {
+    value shown;
+    std::string cell;
+    std::string literal{};
+  } cases[] = {{true, "true"},
+               {encode(u"Zürich"), "Zürich", "'Zürich'"},
+               {encode(u"it's"), "it's", "'it''s'"},
+               {encode(u""), "''"},
+               {encode(u"NULL"), "'NULL'"},
+               {encode(u" x"), "' x'"},
+               {encode(u"a\nb\x01"), "a\\nb\\x01", "'a\\nb\\x01'"},
+               {~std::uint64_t{0}, "18446744073709551615"},
+               {std::int64_t{INT64_MIN}, "-9223372036854775808"},
+               {Decimal{-1'500'000}, "-1.5"},
+               {Decimal{1}, "0.000001"},
+               {Decimal{Decimal::max_raw}, "4398046511103.999999"},
+               {Decimal{INT64_MIN}, "-9223372036854.775808"},
+               {0.1, "0.1"},
+               {1e300, "1e+300"},
+               {0.1F, "0.1"},
+               {Binary{{0x00, 0xAB}}, "0x00ab"},
+               {OV_OBJ_REF{7, 0}, "city #7"},
+               {SetSpecifier{u"/a/"}, "/a/"},
+               {NullValue{}, "NULL"}};
+  for (const auto& [shown, cell, literal] : cases) {
+    EXPECT_EQ(cell_words(shown, "city"), cell);
+    EXPECT_EQ(literal_words(shown, "city"), literal.empty() ? cell : literal);
+  }
+}
+
+TEST(DecimalText, IsReadInOneFormOnly) {
+  for (const char* each : {"", "-", ".5", "5.", "1e3", "+1", " 1", "1.2.3", "1.0000000", "4398046511104", "--1"}) {
+    EXPECT_FALSE(parse_decimal(each)) << each;
+  }
+  EXPECT_EQ(parse_decimal("-0012.5")->raw, -12'500'000);
+}
+
+TEST(TablePrinter, AlignsByCharactersAndCountsWhatItDoesNotShow) {
+  using meta_support::TypeIdentity;
+  table_printer table(
+      {"city", "count", "at"},
+      {TypeIdentity<db_string::tt_string>(), TypeIdentity<std::int64_t>(), physical_to_exec::RefInfo{L"place"}}, 2);
+  for (const std::int64_t number : {5, 1234, 6}) {
+    table.add({encode(number == 5 ? u"Zürich" : u""), number, OV_OBJ_REF{9, 0}});
+  }
+  std::ostringstream out;
+  table.print(out);
+  EXPECT_EQ(out.str(),
+            "city    count  at\n"
+            "------  -----  --------\n"
+            "Zürich      5  place #9\n"
+            "''       1234  place #9\n"
+            "3 rows, 1 of them not shown\n");
+}
+
+TEST(Text, IsConvertedWhole) {
+  EXPECT_EQ(utf8(u"a\xD800z"), "a\uFFFDz");
+  EXPECT_EQ(decode(encode(u"a\xD800z")), u"a\xD800z");
+  EXPECT_THROW(encode(std::u16string_view(u"a\0b", 3)), std::invalid_argument);
+  EXPECT_THROW(utf16("\xC3"), std::invalid_argument);
 }
 
 }  // namespace

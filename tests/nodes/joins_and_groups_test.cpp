@@ -1,0 +1,151 @@
+
+
+#include "nodes/given_rows.hpp"
+#include "ov_sql_executor/execution/aggregator.hpp"
+#include "ov_sql_executor/execution/full_join.hpp"
+#include "ov_sql_executor/execution/left_join.hpp"
+#include "ov_sql_executor/execution/nested_loop_inner_join.hpp"
+#include "ov_sql_executor/expressions/comparison.hpp"
+
+namespace tests {
+namespace {
+
+// One row, (n, 1) to (n, k), for each of the k that the outer row's value at a position of the row stack says.
+given_rows::source as_many_as(std::size_t position) {
+  return [position](const execution_context& context) {
+    rows all;
+    const auto* count = std::get_if<std::int64_t>(&context.row_stack.at(position));
+    for (std::int64_t n = 1; count != nullptr && n <= *count; ++n) all.push_back({i(n)});
+    return all;
+  };
+}
+
+TEST(NestedLoopJoins, run_the_inner_side_for_each_outer_row_in_scope) {
+  const char* const outer = "(u7 i2)(u8 i0)(u9 NULL)(u10 i1)";
+  const nested_loop_inner_join inner(given(outer), given(as_many_as(3)));
+  const left_join left(given(outer), given(as_many_as(3)), 1);
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(run(inner, vals("i5 i5")), "(u7 i2 i1)(u7 i2 i2)(u10 i1 i1)") << time;
+    EXPECT_EQ(run(left, vals("i5 i5")), "(u7 i2 i1)(u7 i2 i2)(u8 i0 NULL)(u9 NULL NULL)(u10 i1 i1)") << time;
+  }
+}
+
+TEST(NestedLoopJoins, make_a_new_inner_enumerator_before_the_old_one_goes) {
+  const auto log = std::make_shared<journal>();
+  run(nested_loop_inner_join(given("(i1)(i0)(i1)", log, "o"), given(as_many_as(0), log, "i")));
+  EXPECT_EQ(std::exchange(log->events, ""), "+o+i+i-i+i-i-i-o");
+  // An unmatched left row is emitted when its right side is gone.
+  run(left_join(given("(i1)(i0)(i1)", log, "l"), given(as_many_as(0), log, "r"), 1));
+  EXPECT_EQ(std::exchange(log->events, ""), "+l+r+r-r-r+r-r-l");
+  run(nested_loop_inner_join(given("", log, "o"), given(as_many_as(0), log, "i")));
+  run(left_join(given("", log, "l"), given(as_many_as(0), log, "r"), 1));
+  EXPECT_EQ(log->events, "+o-o+l-l") << "no inner side without an outer row";
+}
+
+std::optional<operator_ptr> same_number() { return std::make_unique<operators::equal>(column(0), column(1)); }
+
+TEST(FullJoin, keeps_the_rows_of_both_sides) {
+  const struct {
+    const char* left;
+    const char* right;
+    const char* with_condition;
+    const char* without;
+  } cases[] = {
+      {"(i1)(i2)", "(i2)(i3)", "(i1 NULL)(i2 i2)(NULL i3)", "(i1 i2)(i1 i3)(i2 i2)(i2 i3)"},
+      {"(NULL)", "(NULL)", "(NULL NULL)(NULL NULL)", "(NULL NULL)"},
+      {"", "(i2)(i3)", "(NULL i2)(NULL i3)", "(NULL i2)(NULL i3)"},
+      {"(i1)(i2)", "", "(i1 NULL)(i2 NULL)", "(i1 NULL)(i2 NULL)"},
+      {"", "", "", ""},
+  };
+  for (const auto& each : cases) {
+    const auto log = std::make_shared<journal>();
+    const full_join join(given(each.left, log), given(each.right, log), 1, 1, same_number());
+    const full_join cross(given(each.left, log), given(each.right, log), 1, 1, std::nullopt);
+    EXPECT_EQ(run(join), each.with_condition);
+    for (int time = 0; time < 2; ++time) EXPECT_EQ(run(cross), each.without) << time;
+    EXPECT_EQ(log->alive, 0);
+  }
+}
+
+TEST(FullJoin, reads_its_sides_again_and_each_at_its_own_depth) {
+  const auto depth = [](const execution_context& context) { return rows(2, row{u(context.row_stack.size())}); };
+  EXPECT_EQ(run(full_join(given(depth), given(depth), 1, 1, std::nullopt), {i(5)}), "(u1 u1)(u1 u1)(u1 u1)(u1 u1)");
+  // It goes on when the right side is empty when it is read again.
+  int opened = 0;
+  auto right = given([&opened](const execution_context&) { return ++opened == 2 ? rows{} : rows{{i(opened)}}; });
+  EXPECT_EQ(run(full_join(given("(i1)(i2)(i3)"), std::move(right), 1, 1, std::nullopt)), "(i1 i1)(i3 i3)");
+}
+
+TEST(FullJoin, takes_only_truth_values_and_opens_left_first) {
+  EXPECT_EQ(run(full_join(given("(i1)"), given("(i1)"), 1, 1, column(0))), "7020");
+  const auto log = std::make_shared<journal>();
+  run(full_join(given("(i1)", log, "l"), given("(i1)", log, "r"), 1, 1, same_number()));
+  EXPECT_EQ(log->events, "+l+r-r-l") << "a side goes when it is read";
+}
+
+namespace kinds = ov::sql_executor::aggregates;
+
+template <class... Kinds>
+std::vector<aggregate_entry> aggregates_of(Kinds... kinds) {
+  std::vector<aggregate_entry> list;
+  (list.emplace_back(std::move(kinds)), ...);
+  return list;
+}
+
+// One aggregate over one column of the values.
+template <class Kind>
+void check_over(std::initializer_list<std::string> cases) {
+  check(cases, [](const std::string& words) {
+    rows input;
+    for (const value& any : vals(words)) input.push_back({any});
+    const std::string result = run(aggregator(given(input), {}, aggregates_of(Kind{operators::operand(column(0))})));
+    return result[0] == '(' ? result.substr(1, result.size() - 2) : result;
+  });
+}
+
+TEST(Aggregates, of_one_column) {
+  // Unsigned numbers add as int64.
+  check_over<kinds::sum>({"= NULL", "NULL NULL = NULL", "i1 NULL i3 = i4", "u1 u3 = i4", "u5 = i5",
+                          "i1 dec500000 d0.25 = d1.75", "true = true", "true i2 = i3", "i9223372036854775807 i1 = 7041",
+                          "u18446744073709551615 = 7041", "true true = 7020", "'z' = 7020", "x'01' = 7020",
+                          "ref1 = 7020", "set'a' = 7020"});
+  check_over<kinds::count_values>({"i1 NULL i3 = i2", "= i0"});
+  check_over<kinds::maximum>({"i2 NULL i5 = i5", "= NULL", "'z' 'y' = 'z'", "d1 dnan = 7041",
+                              "i1 d1 = incompatible types", "i1 u1 = incompatible types"});
+  check_over<kinds::minimum>({"NULL i4 i2 = i2", "NULL = NULL", "dnan = dnan"});
+  check_over<kinds::average_as_double>({"i1 NULL u2 = d1.5", "= NULL", "'z' = 1027"});
+  // A half rounds away from zero; a sum beyond the Decimal range cannot be divided, one beyond 64 bits not be made.
+  check_over<kinds::average_as_decimal>({"i1 u2 = dec1500000", "NULL = NULL", "dec1 dec2 = dec2", "d1.5 = 1027",
+                                         "dec9223372036854775807 dec9223372036854775807 = 7041",
+                                         "dec4398046511103999999 dec4398046511103999999 = 7041"});
+  check_over<kinds::count_distinct_values>(
+      {"i1 NULL i1 NULL = u2", "d0 d-0 dnan dnan = u3", "i5 u5 = u2", "ref1 ref1 = u1", "= u0"});
+}
+
+TEST(Aggregator, groups_in_first_seen_order_with_aggregates_before_keys) {
+  const char* const input = "(i5 i1 i1)(NULL i1 i1)(i5 i1 i2)(u5 NULL NULL)(NULL i1 i1)(i5 i1 i1)";
+  const auto counts = [] {
+    kinds::count_distinct_rows distinct;
+    for (operator_ptr& each : columns({1, 2})) distinct.arguments.emplace_back(std::move(each));
+    return aggregates_of(kinds::count_rows{}, std::move(distinct));
+  };
+  EXPECT_EQ(run(aggregator(given(input), columns({0}), counts())), "(i3 u2 i5)(i2 u1 NULL)(i1 u1 u5)");
+  EXPECT_EQ(run(aggregator(given(input), {}, counts())), "(i6 u3)");
+  EXPECT_EQ(run(aggregator(given(""), columns({0}), counts())), "");
+  EXPECT_EQ(run(aggregator(given(""), {}, counts())), "(i0 u0)");
+  EXPECT_EQ(run(aggregator(given(input), columns({1, 0}), {})), "(i1 i5)(i1 NULL)(NULL u5)");
+  // Zeros fall together, every NaN stands alone.
+  const aggregator floats(given("(d0)(dnan)(d-0)(dnan)"), columns({0}), aggregates_of(kinds::count_rows{}));
+  EXPECT_EQ(run(floats), "(i2 d0)(i1 dnan)(i1 dnan)");
+}
+
+TEST(Aggregator, finds_its_groups_among_many) {
+  rows input;
+  std::string groups;
+  for (int n = 0; n < 100'000; ++n) input.push_back({i(n % 20'000), text(n % 2 == 0 ? u"x" : u"y")});
+  for (int n = 0; n < 20'000; ++n) groups += "(i5 i" + std::to_string(n) + (n % 2 == 0 ? " 'x')" : " 'y')");
+  EXPECT_EQ(run(aggregator(given(input), columns({0, 1}), aggregates_of(kinds::count_rows{}))), groups);
+}
+
+}  // namespace
+}  // namespace tests
