@@ -2,6 +2,7 @@
 
 #include <sys/mman.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -21,12 +22,11 @@ std::size_t to_large_pages(std::size_t size) { return (size + large_page - 1) / 
 void* reserve(std::size_t size) {
   void* const around = mmap(nullptr, size + large_page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (around == MAP_FAILED) return nullptr;
-  const auto begin = reinterpret_cast<std::uintptr_t>(around);
-  const std::uintptr_t first = (begin + large_page - 1) / large_page * large_page;
-  const std::uintptr_t end = begin + size + large_page;
-  if (first != begin) munmap(around, first - begin);
-  if (first + size != end) munmap(reinterpret_cast<void*>(first + size), end - first - size);
-  void* const pages = reinterpret_cast<void*>(first);
+  auto* const begin = static_cast<std::byte*>(around);
+  const std::size_t before = (0 - reinterpret_cast<std::uintptr_t>(around)) % large_page;
+  std::byte* const pages = begin + before;
+  if (before != 0) munmap(begin, before);
+  munmap(pages + size, large_page - before);
   static_cast<void>(madvise(pages, size, MADV_HUGEPAGE));  // only advice
   return pages;
 }
