@@ -37,7 +37,7 @@ struct iterator_state {
 
   const ordered_index::entries::block* in = nullptr;
   ordered_index::entries::position stop{};
-  std::uint32_t checks_left = 0;  // entries to hold against `last` before `stop` is set to the end of the range
+  bool knows_end = false;  // `stop` is the end of the range, not of the index
   const ordered_index* index = nullptr;
   range_end last;
 

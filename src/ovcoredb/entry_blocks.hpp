@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -120,24 +121,37 @@ class entry_blocks {
   template <class Before>
   place locate(std::uint64_t word, const Before& before) const {
     const std::size_t count = directory_.size();
-    const std::size_t near = guess(count, directory_.front().first.word(), directory_.back().first.word(), word);
-    std::size_t found = partition_point(count, near, [&](std::size_t each) { return before(directory_[each].first); });
+    const word_range fences{directory_.front().first.word(), directory_.back().first.word()};
+    std::size_t found = partition_point(count, 1 + guess(count - 1, fences, word),
+                                        [&](std::size_t each) { return before(directory_[each].first); });
     if (found != 0) --found;
     const fence& at = directory_[found];
     const block& in = blocks_[at.number];
-    const Entry& highest = found + 1 != count ? directory_[found + 1].first : in.entries[in.count - 1];
-    const std::size_t offset = partition_point(in.count, guess(in.count, at.first.word(), highest.word(), word),
+    const bool is_last = found + 1 == count;
+    const word_range held{at.first.word(),
+                          is_last ? in.entries[in.count - 1].word() + 1 : directory_[found + 1].first.word()};
+    const std::size_t offset = partition_point(in.count, guess(in.count, held, word),
                                                [&](std::size_t each) { return before(in.entries[each]); });
     return {found, at.number, static_cast<std::uint32_t>(offset)};
   }
 
-  // Where among `count` a word lies if words grow evenly from the lowest to the highest.
-  static std::size_t guess(std::size_t count, std::uint64_t lowest, std::uint64_t highest, std::uint64_t word) {
-    if (word <= lowest) return 0;
-    if (word >= highest) return count;
-    const auto part = static_cast<double>(static_cast<std::int64_t>((word - lowest) / 2));
-    const auto whole = static_cast<double>(static_cast<std::int64_t>((highest - lowest) / 2)) + 1;
-    return static_cast<std::size_t>(part / whole * static_cast<double>(count));
+  struct word_range {
+    std::uint64_t first;
+    std::uint64_t end;
+  };
+
+  // How many of `count` words lie before a word if they stand at even distances in the range, the first at its start;
+  // right for keys without gaps. Never more than the count.
+  static std::size_t guess(std::size_t count, word_range range, std::uint64_t word) {
+    if (word <= range.first) return 0;
+    if (word >= range.end) return count;
+    const auto density = static_cast<double>(count) / as_double(range.end - range.first);
+    return std::min(count, static_cast<std::size_t>(as_double(word - range.first) * density));
+  }
+  // Good enough for guesses, and faster than the conversion of all 64 bits.
+  static double as_double(std::uint64_t word) {
+    constexpr std::uint64_t greatest = std::numeric_limits<std::int64_t>::max();
+    return static_cast<double>(static_cast<std::int64_t>(std::min(word, greatest)));
   }
 
   // The number of positions for which `before` is true: those from 0 on. Looks ever further away from the guess, which

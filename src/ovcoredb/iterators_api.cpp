@@ -13,9 +13,9 @@ constexpr std::uint32_t known_flags =
 
 using position = ordered_index::entries::position;
 
-// Looking for the end of a range costs as much as for its start. A range that is left after a few steps, such as that
-// of one key, does without: its entries are held against the last key one by one.
-constexpr std::uint32_t checks_before_end_is_sought = 3;
+// Looking for the end of a range costs as much as for its start. A range of no more entries than this, such as that of
+// one key, does without: they are held against the last key one by one.
+constexpr int few_entries = 3;
 
 // The same place, said so that the entry to be handed out next is in the position's block, if there is one.
 position normal(const ordered_index& index, position at, bool descending) {
@@ -31,16 +31,46 @@ position normal(const ordered_index& index, position at, bool descending) {
   return at;
 }
 
-// Nothing can be handed out before the next look.
-void stand_at(iterator_state& iterator, position at) {
-  iterator.in = at.in;
-  iterator.entries = at.in == nullptr ? nullptr : at.in->entries;
-  iterator.at = iterator.limit = iterator.descending() ? at.offset - 1 : at.offset;
+// A position and the entry that is handed out next from there, for each other.
+std::uint32_t entry_at(const iterator_state& iterator, std::uint32_t offset) {
+  return iterator.descending() ? offset - 1 : offset;
+}
+position position_of(const iterator_state& iterator, std::uint32_t entry) {
+  return {iterator.in, iterator.descending() ? entry + 1 : entry};
 }
 
 position where_it_stands(const iterator_state& iterator) {
-  const std::uint32_t offset = iterator.descending() ? iterator.at + 1 : iterator.at;
-  return normal(*iterator.index, {iterator.in, offset}, iterator.descending());
+  return normal(*iterator.index, position_of(iterator, iterator.at), iterator.descending());
+}
+
+// Makes entries of one block, from a position on, ready to be handed out; none if it is the end of the range.
+void look_from(iterator_state& iterator, position at) {
+  iterator.in = at.in;
+  iterator.entries = at.in == nullptr ? nullptr : at.in->entries;
+  iterator.at = iterator.limit = entry_at(iterator, at.offset);
+  if (at == iterator.stop) return;
+  const bool descending = iterator.descending();
+  const std::uint32_t block_end = entry_at(iterator, descending ? 0 : at.in->count);
+  if (iterator.knows_end) {
+    iterator.limit = iterator.stop.in == at.in ? entry_at(iterator, iterator.stop.offset) : block_end;
+    return;
+  }
+  for (int checks = few_entries; checks != 0 && iterator.limit != block_end; --checks) {
+    if (iterator.index->before(iterator.entries[iterator.limit], iterator.last) == descending) {
+      iterator.stop = position_of(iterator, iterator.limit);
+      iterator.knows_end = true;
+      return;
+    }
+    iterator.limit += iterator.step;
+  }
+}
+
+bool read_end(const ordered_index& index, const std::uint8_t* key, bool behind_equal, range_end& end) {
+  if (index.has_number_key() && is_number_key(key)) {
+    end.place_at(leading_order_of(number_component(number_of_key(key)), index.parts().front().ascending), behind_equal);
+    return true;
+  }
+  return read_key(key, index.parts(), behind_equal, end);
 }
 
 std::uint32_t start(context_state& reader, iterator_state& iterator, const ordered_index& index, std::uint32_t flags,
@@ -48,13 +78,13 @@ std::uint32_t start(context_state& reader, iterator_state& iterator, const order
   const bool descending = (flags & ORV_ITERATOR_DESCENDING) != 0;
   const bool from_behind = ((flags & ORV_ITERATOR_FIRST_INCLUSIVE) != 0) == descending;
   const bool to_behind = ((flags & ORV_ITERATOR_LAST_INCLUSIVE) != 0) != descending;
-  if (!read_key(first_key, index.parts(), from_behind, reader.first)) return ORV_BAD_KEY;
-  if (!read_key(last_key, index.parts(), to_behind, iterator.last)) return ORV_BAD_KEY;
+  if (!read_end(index, first_key, from_behind, reader.first)) return ORV_BAD_KEY;
+  if (!read_end(index, last_key, to_behind, iterator.last)) return ORV_BAD_KEY;
   iterator.step = descending ? ~std::uint32_t{0} : 1;
   iterator.index = &index;
   iterator.stop = descending ? index.begin() : index.end();
-  iterator.checks_left = checks_before_end_is_sought;
-  stand_at(iterator, index.find(reader.first));
+  iterator.knows_end = false;
+  look_from(iterator, normal(index, index.find(reader.first), descending));
   return ORV_OK;
 }
 
@@ -64,28 +94,6 @@ std::uint32_t try_to_start(context_state& reader, iterator_state& iterator, cons
   return start(reader, iterator, index, flags, first_key, last_key);
 } catch (const std::exception&) {
   return ORV_OUT_OF_MEMORY;
-}
-
-// Makes the next entries of one block ready to be handed out. False at the end of the range.
-bool look_further(iterator_state& iterator) {
-  const bool descending = iterator.descending();
-  const position at = where_it_stands(iterator);
-  stand_at(iterator, at);
-  if (at == iterator.stop) return false;
-  if (iterator.checks_left != 0) {
-    if (iterator.index->before(iterator.entries[iterator.at], iterator.last) == descending) {
-      iterator.stop = at;
-      iterator.checks_left = 0;
-      return false;
-    }
-    iterator.limit = iterator.at + iterator.step;
-    if (--iterator.checks_left != 0) return true;
-    iterator.stop = normal(*iterator.index, iterator.index->find(iterator.last), descending);
-  }
-  const std::uint32_t block_end = descending ? 0 : at.in->count;
-  const std::uint32_t end = iterator.stop.in == at.in ? iterator.stop.offset : block_end;
-  iterator.limit = descending ? end - 1 : end;
-  return true;
 }
 
 std::uint32_t hand_out(iterator_state& iterator, std::uint64_t number, ORV_REFERENCE_VALUE& reference) {
@@ -103,7 +111,14 @@ std::uint32_t hand_out(iterator_state& iterator, std::uint64_t number, ORV_REFER
 
 [[gnu::noinline]] std::uint32_t step_further(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
   reference = {0, 0, 0};
-  return look_further(iterator) ? orv_iterator_next(iterator.handle, &reference) : std::uint32_t{ORV_OK};
+  const position at = where_it_stands(iterator);
+  if (at == iterator.stop) return ORV_OK;
+  if (!iterator.knows_end) {
+    iterator.stop = normal(*iterator.index, iterator.index->find(iterator.last), iterator.descending());
+    iterator.knows_end = true;
+  }
+  look_from(iterator, at);
+  return iterator.at == iterator.limit ? std::uint32_t{ORV_OK} : orv_iterator_next(iterator.handle, &reference);
 }
 
 }  // namespace

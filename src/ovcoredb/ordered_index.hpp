@@ -49,16 +49,15 @@ class ordered_index {
 
   std::uint64_t handle() const { return handle_; }
   const std::vector<key_part>& parts() const { return parts_; }
+  bool has_number_key() const { return has_number_key_; }  // see takes_number_keys
 
   void insert(std::uint64_t number);  // throws unique_violation
   void erase(std::uint64_t number);   // while the object's columns can still be read
 
   // Whether the entry lies before the end.
   bool before(const index_entry& entry, const range_end& end) const {
-    const bool below = entry.word() < end.word;
-    const bool equal = entry.word() == end.word;
-    if (leading_is_key_) return below | (equal & (entry.tagged() < end.tagged));
-    return equal ? rest_before(entry, end) : below;
+    if (leading_is_key_) return whole_before(entry, end);
+    return entry.word() == end.word ? rest_before(entry, end) : entry.word() < end.word;
   }
 
  private:
@@ -76,10 +75,19 @@ class ordered_index {
 
   // The first entry that is not before the end.
   entries::position find(const range_end& end) const {
+    if (leading_is_key_) {
+      return entries_.find(end.word, [&](const index_entry& each) { return whole_before(each, end); });
+    }
     return entries_.find(end.word, [&](const index_entry& each) { return before(each, end); });
   }
 
  private:
+  // The same where the beginning is the key. Without a jump, which searches would take either way.
+  static bool whole_before(const index_entry& entry, const range_end& end) {
+    const bool equal = entry.word() == end.word;
+    return (entry.word() < end.word) | (equal & (entry.tagged() < end.tagged));
+  }
+
   static int compare_leading(const index_entry& a, std::uint64_t word, bool high) {
     if (a.word() != word) return a.word() < word ? -1 : 1;
     return static_cast<int>(a.high()) - static_cast<int>(high);
@@ -108,6 +116,7 @@ class ordered_index {
   bool unique_;
   std::size_t first_rest_;  // the first part that equal beginnings leave open
   bool leading_is_key_;     // none is left open
+  bool has_number_key_;
   entries entries_;
 };
 

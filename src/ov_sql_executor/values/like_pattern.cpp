@@ -17,33 +17,46 @@ constexpr std::size_t nowhere = std::u16string_view::npos;
 constexpr bool is_special(char16_t unit) { return unit == any_run || unit == any_character || unit == escape; }
 constexpr bool is_high_surrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 
-// A pattern's units behind its last %, without the escapes: with no _ among them they are what matching texts end with.
-struct pattern_end {
-  std::size_t start = nowhere;  // nowhere: the pattern has no %
-  std::size_t length = 0;
-  bool is_fixed = false;
+// What texts that match a pattern begin and end with. Patterns without % have no end of their own.
+struct fixed_ends {
+  std::size_t beginning = 0;        // units before the first special one
+  std::size_t end_start = nowhere;  // behind the last %
+  std::size_t end_length = 0;       // without the escapes
+  bool is_end_fixed = false;        // no _ in it
 };
 
 // Throws if an escape is followed by anything else than a special unit.
-pattern_end check_escapes(std::u16string_view pattern) {
-  pattern_end end;
-  for (std::size_t at = 0; at < pattern.size(); ++at) {
+fixed_ends check_escapes(std::u16string_view pattern) {
+  fixed_ends ends;
+  std::size_t at = 0;
+  while (at < pattern.size() && !is_special(pattern[at])) ++at;
+  ends.beginning = at;
+  for (; at < pattern.size(); ++at) {
     const char16_t unit = pattern[at];
     if (unit == escape && (++at == pattern.size() || !is_special(pattern[at]))) {
       error_handling::raise_error(error_handling::bad_escape, error_handling::no_detail,
                                   L"Escape character must be followed by a special character.");
     }
-    if (unit == any_run) end = {at + 1, 0, true};
-    if (unit == any_character) end.is_fixed = false;
-    if (unit != any_run) ++end.length;
+    if (unit == any_run) {
+      ends.end_start = at + 1;
+      ends.end_length = 0;
+      ends.is_end_fixed = true;
+    } else {
+      ++ends.end_length;
+      if (unit == any_character) ends.is_end_fixed = false;
+    }
   }
-  return end;
+  return ends;
 }
 
-bool ends_with(std::u16string_view text, std::u16string_view pattern, const pattern_end& end) {
-  if (text.size() < end.length) return false;
-  std::size_t text_at = text.size() - end.length;
-  for (std::size_t at = end.start; at < pattern.size(); ++at) {
+bool begins_with(std::u16string_view text, std::u16string_view units) {
+  if (units.empty()) return true;
+  return text.size() >= units.size() && text[0] == units[0] && are_equal(text.data(), units.data(), units.size());
+}
+
+bool ends_with(std::u16string_view text, std::u16string_view pattern, const fixed_ends& ends) {
+  std::size_t text_at = text.size() - ends.end_length;
+  for (std::size_t at = ends.end_start; at < pattern.size(); ++at) {
     if (pattern[at] == escape) ++at;
     if (pattern[at] != text[text_at++]) return false;
   }
@@ -138,11 +151,15 @@ class like_walk {
 }  // namespace
 
 bool matches_like(std::u16string_view text, std::u16string_view pattern) {
-  const pattern_end end = check_escapes(pattern);
-  if (!end.is_fixed) return like_walk(text, pattern).succeeds();
-  // The cheaper question first; what is left of the pattern ends in %.
-  if (!ends_with(text, pattern, end)) return false;
-  return like_walk(text.substr(0, text.size() - end.length), pattern.substr(0, end.start)).succeeds();
+  const fixed_ends ends = check_escapes(pattern);
+  // The cheaper questions first.
+  if (!begins_with(text, pattern.substr(0, ends.beginning))) return false;
+  if (ends.is_end_fixed) {
+    if (text.size() < ends.beginning + ends.end_length || !ends_with(text, pattern, ends)) return false;
+    text.remove_suffix(ends.end_length);  // what is left of the pattern ends in %
+    pattern.remove_suffix(pattern.size() - ends.end_start);
+  }
+  return like_walk(text.substr(ends.beginning), pattern.substr(ends.beginning)).succeeds();
 }
 
 std::u16string like_prefix(std::u16string_view pattern) {
