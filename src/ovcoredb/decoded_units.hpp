@@ -45,6 +45,17 @@ class roomy_output {
   char16_t* out_;
 };
 
+// Counts units.
+class counting_output {
+ public:
+  std::size_t count() const { return count_; }
+  void put(char16_t /*unit*/) { ++count_; }
+  void put(sixteen_bytes /*units*/, std::size_t count) { count_ += count; }
+
+ private:
+  std::size_t count_ = 0;
+};
+
 // Writes units while there is room, no others, and counts all of them.
 class bounded_output {
  public:

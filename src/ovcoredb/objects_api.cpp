@@ -94,6 +94,18 @@ std::uint32_t get(std::uint64_t context, std::uint64_t number, std::uint64_t sec
   return status;
 }
 
+ORV_BYTES lent(std::span<const std::uint8_t> bytes) { return {bytes.size(), bytes.data()}; }
+
+// What get_binary reads beside text columns.
+[[gnu::noinline]] std::uint32_t get_other_bytes(std::uint64_t context, std::uint64_t number, std::uint64_t second_word,
+                                                std::uint32_t column, ORV_BYTES* out) {
+  const found_column found = find_column(find_context(context), number, second_word, column, column_type::binary);
+  const bool is_text = found.values != nullptr && found.values->type() == column_type::text;
+  const std::uint32_t status = type_status(found, is_text ? column_type::text : column_type::binary);
+  if (status == ORV_OK) *out = lent(found.values->bytes(found.row));
+  return status;
+}
+
 }  // namespace
 }  // namespace ovcoredb
 
@@ -134,16 +146,12 @@ uint32_t orv_context_get_double(uint64_t context, uint64_t object_number, uint64
 uint32_t orv_context_get_binary(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                                 ORV_BYTES* out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
-  context_state* const reader = find_context(context);
-  const column_run* const text = find_known_run(reader, object_number, second_word, column, column_type::text);
-  const found_column found = text != nullptr
-                                 ? found_column{ORV_OK, text->values, text->row_of(object_number)}
-                                 : find_column(reader, object_number, second_word, column, column_type::binary);
-  const bool is_text = found.values != nullptr && found.values->type() == column_type::text;
-  const std::uint32_t status = type_status(found, is_text ? column_type::text : column_type::binary);
-  if (status != ORV_OK) return status;
-  const std::span<const std::uint8_t> bytes = found.values->bytes(found.row);
-  *out = {bytes.size(), bytes.data()};
+  const column_run* const known =
+      find_known_run(find_context(context), object_number, second_word, column, column_type::text);
+  if (known == nullptr || !known->values->has_value(known->row_of(object_number))) {
+    return get_other_bytes(context, object_number, second_word, column, out);
+  }
+  *out = lent(known->values->bytes(known->row_of(object_number)));
   return ORV_OK;
 }
 

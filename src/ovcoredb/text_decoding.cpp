@@ -138,7 +138,7 @@ std::size_t decode_text(std::span<const std::uint8_t> encoded, text_form form, c
 }
 
 std::size_t decode_text_within(std::span<const std::uint8_t> encoded, text_form form, std::span<char16_t> out) {
-  return decode(encoded, form, bounded_output(out));
+  return out.empty() ? decode(encoded, form, counting_output()) : decode(encoded, form, bounded_output(out));
 }
 
 bool decode_text(std::span<const std::uint8_t> encoded, std::u16string& units) {

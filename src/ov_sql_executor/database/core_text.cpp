@@ -31,7 +31,7 @@ void append_units(to_units_free_call* convert, text_view text, unit_buffer& unit
   };
   const std::uint32_t count = count_of(convert(text.bytes.data(), length, nullptr, 0));
   const std::size_t before = units.size();
-  units.resize(before + count + 1);
+  units.resize(before + count + 1, boost::container::default_init);
   count_of(convert(text.bytes.data(), length, units.data() + before, count + 1));
   units.pop_back();
 }

@@ -1,5 +1,8 @@
 #include "ov_sql_executor/execution/aggregator.hpp"
 
+#include <algorithm>
+#include <variant>
+
 #include "ov_sql_executor/execution/group_accumulators.hpp"
 #include "ov_sql_executor/execution/row_set.hpp"
 #include "ov_sql_executor/execution/stack_row.hpp"
@@ -10,18 +13,22 @@ namespace ov::sql_executor {
 
 namespace {
 
+bool counts_rows(const aggregate_entry& aggregate) { return std::holds_alternative<aggregates::count_rows>(aggregate); }
+
 class empty_group_by_aggregator_enumerator final : public row_source {
  public:
   empty_group_by_aggregator_enumerator(const std::vector<aggregate_entry>& aggregates,
                                        std::unique_ptr<row_source> child)
-      : accumulators_(aggregates), child_(std::move(child)) {
+      : only_counts_(std::ranges::all_of(aggregates, counts_rows)),
+        accumulators_(aggregates),
+        child_(std::move(child)) {
     accumulators_.add_group();
   }
 
   bool push_next(execution_context& context) override {
     if (!child_) return false;
     const std::size_t size = context.row_stack.size();
-    while (child_->push_next(context)) {
+    while (only_counts_ ? child_->skip_next(context) : child_->push_next(context)) {
       accumulators_.add_row(0, context);
       cut_row_stack(context, size);
     }
@@ -31,6 +38,7 @@ class empty_group_by_aggregator_enumerator final : public row_source {
   }
 
  private:
+  bool only_counts_;  // nothing looks at the rows
   group_accumulators accumulators_;
   std::unique_ptr<row_source> child_;  // until it is exhausted
 };
