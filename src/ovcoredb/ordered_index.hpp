@@ -84,8 +84,10 @@ class ordered_index {
  private:
   // The same where the beginning is the key. Without a jump, which searches would take either way.
   static bool whole_before(const index_entry& entry, const range_end& end) {
+    const bool below = entry.word() < end.word;
     const bool equal = entry.word() == end.word;
-    return (entry.word() < end.word) | (equal & (entry.tagged() < end.tagged));
+    const bool tagged_below = entry.tagged() < end.tagged;
+    return below | (equal & tagged_below);
   }
 
   static int compare_leading(const index_entry& a, std::uint64_t word, bool high) {
