@@ -40,7 +40,7 @@ class full_join_enumerator final : public row_source {
   std::unique_ptr<row_source> left_;
   std::unique_ptr<row_source> right_;  // until it has been read
   row left_row_;                       // the current one, while it is not on the row stack
-  kept_rows right_rows_;
+  kept_rows right_rows_{kept_rows::given::often};
   std::vector<bool> right_matched_;
   std::size_t cursor_ = 0;  // the next of the right rows to look at
 };

@@ -15,6 +15,10 @@ namespace ov::sql_executor {
 // and their joins yield, are kept as such, which takes less memory; giving them away takes nothing off.
 class kept_rows {
  public:
+  // How often rows are asked for: see packed_values.
+  enum class given { once, often };
+  explicit kept_rows(given each) : values_(each == given::once) {}
+
   std::size_t size() const { return size_; }
 
   // Moves the values from position start on off the row stack, as the next row.

@@ -52,7 +52,7 @@ class order_by_enumerator final : public row_source {
   // Of the rows so far.
   void drop_all_but(std::uint64_t count, execution_context& context) {
     const std::size_t size = context.row_stack.size();
-    auto first = std::make_unique<kept_rows>();
+    auto first = std::make_unique<kept_rows>(kept_rows::given::once);
     for (const std::size_t row : sort_.keep_first(count, rows_->size())) {
       rows_->give(row, context);
       first->take(context, size);
@@ -66,7 +66,7 @@ class order_by_enumerator final : public row_source {
     return !sorted_.empty();
   }
 
-  std::unique_ptr<kept_rows> rows_ = std::make_unique<kept_rows>();
+  std::unique_ptr<kept_rows> rows_ = std::make_unique<kept_rows>(kept_rows::given::once);
   key_sort sort_;
   std::span<const key_sort::entry> sorted_;  // rows in order, some of which have gone
   std::size_t cursor_ = 0;

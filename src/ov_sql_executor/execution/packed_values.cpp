@@ -35,6 +35,11 @@ std::uint64_t to_word(const T& held) {
   return word;
 }
 
+// Where a text lies: its first byte's position in the upper bits, its length in the lower ones.
+constexpr unsigned length_bits = 24;
+constexpr std::uint64_t longest_text = (std::uint64_t{1} << length_bits) - 1;
+constexpr std::uint64_t most_bytes = std::uint64_t{1} << (64 - length_bits);
+
 }  // namespace
 
 void packed_values::push_back(value& moved) {
@@ -42,6 +47,8 @@ void packed_values::push_back(value& moved) {
     if (!has_references_) second_word_ = reference->second_word;
     has_references_ = true;
     if (reference->second_word == second_word_) return push(kind_of<OV_OBJ_REF>, reference->object_number);
+  } else if (const auto* const text = std::get_if<db_string::tt_string>(&moved)) {
+    if (push_text(*text)) return;
   } else if (!moved.valueless_by_exception()) {
     const bool is_in_word = std::visit(
         [this]<class T>(const T& held) {
@@ -53,6 +60,15 @@ void packed_values::push_back(value& moved) {
   }
   push(apart, others_.size());
   others_.push_back(std::move(moved));
+}
+
+// Whether it is packed.
+bool packed_values::push_text(const db_string::tt_string& text) {
+  const std::uint64_t first = bytes_.size();
+  if (!packs_texts_ || text.size() > longest_text || first >= most_bytes) return false;
+  bytes_.insert(bytes_.end(), text.data(), text.data() + text.size());
+  push(kind_of<db_string::tt_string>, first << length_bits | text.size());
+  return true;
 }
 
 void packed_values::push(std::uint8_t kind, std::uint64_t word) {
@@ -68,6 +84,8 @@ void packed_values::give(std::size_t position, execution_context& context) {
     using held = std::variant_alternative_t<alternative, value>;
     if constexpr (std::same_as<held, OV_OBJ_REF>) {
       push_value(context, OV_OBJ_REF{word, second_word_});
+    } else if constexpr (std::same_as<held, db_string::tt_string>) {
+      push_value(context, db_string::tt_string(bytes_.data() + (word >> length_bits), word & longest_text));
     } else if constexpr (fits_word<held>) {
       push_value(context, from_word<held>(word));
     }

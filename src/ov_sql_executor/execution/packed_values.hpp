@@ -15,6 +15,10 @@ namespace ov::sql_executor {
 // which a value takes forty for: what takes less memory comes from nearer to the processor.
 class packed_values {
  public:
+  // packs_texts: texts lie one behind the other, too, and are made anew when they are given, instead of going there and
+  // back. That pays where each is given once, far from the one given before.
+  explicit packed_values(bool packs_texts) : packs_texts_(packs_texts) {}
+
   std::size_t size() const { return words_.size(); }
 
   // Moves a value here, as the last one.
@@ -38,10 +42,15 @@ class packed_values {
 
   void push(std::uint8_t kind, std::uint64_t word);
 
-  large_vector<std::uint64_t> words_;  // the value's bytes, a reference's object number, or its place among the others
-  large_vector<std::uint8_t> kinds_;   // alternatives, or that of no value for what lies among the others
-  std::uint64_t second_word_ = 0;      // of the references; another one lies among the others
+  bool push_text(const db_string::tt_string& text);
+
+  const bool packs_texts_;
+  // The value's bytes, a reference's object number, where among the bytes a text lies, or a place among the others.
+  large_vector<std::uint64_t> words_;
+  large_vector<std::uint8_t> kinds_;  // alternatives, or that of no value for what lies among the others
+  std::uint64_t second_word_ = 0;     // of the references; another one lies among the others
   bool has_references_ = false;
+  large_vector<std::uint8_t> bytes_;
   blocks others_;
 };
 
