@@ -48,6 +48,12 @@ void kept_rows::expect(std::size_t row_number) const {
   }
 }
 
+void kept_rows::expect_very_soon(std::size_t row_number) const {
+  if (are_references_) return;
+  const std::size_t end = first_of(row_number + 1);
+  for (std::size_t i = first_of(row_number); i < end; ++i) values_.expect_very_soon(i);
+}
+
 // Nodes yield rows of one width; only a foreign one could do otherwise.
 void kept_rows::note_width(std::size_t width) {
   if (size_ == 0) width_ = width;

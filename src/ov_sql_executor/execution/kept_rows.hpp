@@ -31,8 +31,9 @@ class kept_rows {
   void take_back(std::size_t row_number, execution_context& context, std::size_t start);
   void copy_back(std::size_t row_number, const execution_context& context, std::size_t start);
 
-  // Says that a row will be given soon.
+  // Says that a row will be given soon; and, once that has been said for a while, very soon.
   void expect(std::size_t row_number) const;
+  void expect_very_soon(std::size_t row_number) const;
 
  private:
   void note_width(std::size_t width);

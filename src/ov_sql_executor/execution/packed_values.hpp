@@ -31,8 +31,9 @@ class packed_values {
   void take_back(std::size_t position, value& moved);
   void copy_back(std::size_t position, const value& copied);
 
-  // Says that a value will be given soon.
+  // Says that a value will be given soon; and, once that has been said for a while, very soon.
   void expect(std::size_t position) const { __builtin_prefetch(&words_[position]); }
+  void expect_very_soon(std::size_t position) const;
 
  private:
   // Large blocks that never move.
