@@ -1,4 +1,4 @@
-// A node that yields given rows, and what the tests of nodes say with it.
+// Every node, one more that yields given rows, and what the tests of nodes say with them.
 #ifndef TESTS_NODES_GIVEN_ROWS_HPP_
 #define TESTS_NODES_GIVEN_ROWS_HPP_
 
@@ -11,7 +11,18 @@
 #include <vector>
 
 #include "outcome.hpp"
+#include "ov_sql_executor/execution/aggregator.hpp"
+#include "ov_sql_executor/execution/extension.hpp"
+#include "ov_sql_executor/execution/filter.hpp"
+#include "ov_sql_executor/execution/full_join.hpp"
+#include "ov_sql_executor/execution/generative_assignment.hpp"
+#include "ov_sql_executor/execution/left_join.hpp"
+#include "ov_sql_executor/execution/limit_offset.hpp"
+#include "ov_sql_executor/execution/nested_loop_inner_join.hpp"
 #include "ov_sql_executor/execution/node.hpp"
+#include "ov_sql_executor/execution/order_by.hpp"
+#include "ov_sql_executor/execution/projection.hpp"
+#include "ov_sql_executor/execution/uniond.hpp"
 #include "ov_sql_executor/expressions/operator_base.hpp"
 #include "ov_sql_executor/expressions/value_from_context.hpp"
 

@@ -1,11 +1,11 @@
 
 
+#include <algorithm>
+#include <random>
+
 #include "nodes/given_rows.hpp"
-#include "ov_sql_executor/execution/aggregator.hpp"
-#include "ov_sql_executor/execution/full_join.hpp"
-#include "ov_sql_executor/execution/left_join.hpp"
-#include "ov_sql_executor/execution/nested_loop_inner_join.hpp"
 #include "ov_sql_executor/expressions/comparison.hpp"
+#include "ov_sql_executor/values/group_key.hpp"
 
 namespace tests {
 namespace {
@@ -139,12 +139,43 @@ TEST(Aggregator, groups_in_first_seen_order_with_aggregates_before_keys) {
   EXPECT_EQ(run(floats), "(i2 d0)(i1 dnan)(i1 dnan)");
 }
 
-TEST(Aggregator, finds_its_groups_among_many) {
-  rows input;
-  std::string groups;
-  for (int n = 0; n < 100'000; ++n) input.push_back({i(n % 20'000), text(n % 2 == 0 ? u"x" : u"y")});
-  for (int n = 0; n < 20'000; ++n) groups += "(i5 i" + std::to_string(n) + (n % 2 == 0 ? " 'x')" : " 'y')");
-  EXPECT_EQ(run(aggregator(given(input), columns({0, 1}), aggregates_of(kinds::count_rows{}))), groups);
+// Values that are equal to others of theirs and values that look as if they were.
+value any_key(std::mt19937& random, std::int64_t different) {
+  const std::int64_t number = static_cast<std::int64_t>(random() >> 1) % different;
+  const row list = vals("d-0 d0 dnan NULL bytes'800102' x'800102'");
+  const value numbers[] = {i(number), u(number), static_cast<double>(number), static_cast<float>(number),
+                           OV_OBJ_REF{static_cast<std::uint64_t>(number), random()}};
+  const std::size_t kind = random() % (list.size() + std::size(numbers));
+  return kind < list.size() ? list[kind] : numbers[kind - list.size()];
+}
+
+// A few groups are looked through, and many are found by their hashes.
+TEST(Aggregator, finds_its_groups_again_and_no_other) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 200; ++round) {
+    const std::int64_t different = round % 2 == 0 ? 2 : 1000;
+    const std::vector<std::int16_t> keys =
+        round % 3 == 0 ? std::vector<std::int16_t>{0} : std::vector<std::int16_t>{0, 1};
+    rows input;
+    rows groups;  // each behind the number of its rows
+    for (std::size_t left = round == 1 ? 3000 : random() % 200; left != 0; --left) {
+      row& key = input.emplace_back();
+      for (std::size_t n = 0; n < keys.size(); ++n) key.push_back(any_key(random, different));
+      const auto is_same = [&key](const row& group) {
+        return std::equal(key.begin(), key.end(), group.begin() + 1,
+                          [](const value& own, const value& other) { return key_equal(view_of(own), view_of(other)); });
+      };
+      const auto found = std::find_if(groups.begin(), groups.end(), is_same);
+      if (found != groups.end()) {
+        ++std::get<std::int64_t>(found->front());
+      } else {
+        groups.push_back({i(1)});
+        groups.back().insert(groups.back().end(), key.begin(), key.end());
+      }
+    }
+    const aggregator root(given(input), columns(keys), aggregates_of(kinds::count_rows{}));
+    ASSERT_EQ(run(root), spell(groups)) << "round " << round;
+  }
 }
 
 }  // namespace

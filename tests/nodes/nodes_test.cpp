@@ -3,13 +3,6 @@
 #include <random>
 
 #include "nodes/given_rows.hpp"
-#include "ov_sql_executor/execution/extension.hpp"
-#include "ov_sql_executor/execution/filter.hpp"
-#include "ov_sql_executor/execution/generative_assignment.hpp"
-#include "ov_sql_executor/execution/limit_offset.hpp"
-#include "ov_sql_executor/execution/order_by.hpp"
-#include "ov_sql_executor/execution/projection.hpp"
-#include "ov_sql_executor/execution/uniond.hpp"
 #include "ov_sql_executor/values/sort_order.hpp"
 #include "valueless.hpp"
 

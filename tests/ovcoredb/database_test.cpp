@@ -109,6 +109,66 @@ TEST_F(database_test, unique_index_keeps_its_first_object) {
               ElementsAre(3, 2, 4, 1));
 }
 
+using components = std::vector<std::uint64_t>;  // of an object or an end, which may say less; 0 is no value, the lowest
+
+// In the order of an index whose columns descend as these bits say.
+int order_of(const components& object, const components& end, unsigned descending) {
+  for (std::size_t n = 0; n < end.size(); ++n) {
+    const int order = object[n] < end[n] ? -1 : object[n] > end[n] ? 1 : 0;
+    if (order != 0) return (descending >> n & 1) != 0 ? -order : order;
+  }
+  return 0;
+}
+
+std::vector<std::uint8_t> key_of(const components& end) {
+  key_writer key;
+  for (const std::uint64_t each : end) each == 0 ? key.lowest() : key.number(each);
+  return key.end();
+}
+
+// Every range over two columns of few values.
+TEST_F(database_test, ranges_hold_what_lies_between_their_ends) {
+  std::vector<components> objects;
+  std::vector<components> ends = {{}, {2}, {1, 9}, {2, 9}};
+  const std::uint16_t table =
+      db.database.create_table({.set_specifier = u"/Two/", .columns = {column_type::uint64, column_type::uint64}});
+  for (const std::uint64_t first : {0, 1, 3}) {
+    ends.push_back({first});
+    for (const std::uint64_t second : {2, 0, 1}) {
+      const auto cell_of = [](std::uint64_t number) { return number == 0 ? cell() : number; };
+      db.database.insert(table, std::vector<cell>{cell_of(first), cell_of(second)});
+      objects.push_back({first, second});
+      ends.push_back(objects.back());
+    }
+  }
+  const auto check = [&](std::uint64_t index, unsigned directions, std::uint32_t flags, const components& first,
+                         const components& last) {
+    const bool backwards = (flags & ORV_ITERATOR_DESCENDING) != 0;
+    const unsigned descending = backwards ? ~directions : directions;
+    std::vector<std::uint64_t> expected;
+    for (std::uint64_t number = 1; number <= objects.size(); ++number) {
+      const int from = order_of(objects[number - 1], first, descending);
+      const int to = order_of(objects[number - 1], last, descending);
+      if (from < 0 || (from == 0 && (flags & ORV_ITERATOR_FIRST_INCLUSIVE) == 0)) continue;
+      if (to > 0 || (to == 0 && (flags & ORV_ITERATOR_LAST_INCLUSIVE) == 0)) continue;
+      expected.push_back(number);
+    }
+    std::sort(expected.begin(), expected.end(), [&](std::uint64_t left, std::uint64_t right) {
+      return order_of(objects[left - 1], objects[right - 1], descending) < 0;
+    });
+    ASSERT_EQ(walk(handle, index, flags, key_of(first), key_of(last)), expected);
+  };
+  for (const unsigned directions : {0U, 1U, 2U, 3U}) {
+    const std::uint64_t index =
+        db.database.create_index({.table = table, .columns = {{2, (directions & 1) == 0}, {3, (directions & 2) == 0}}});
+    for (const std::uint32_t flags : {0x00U, 0x10U, 0x20U, 0x30U, 0x80000U, 0x80010U, 0x80020U, 0x80030U}) {
+      for (const components& first : ends) {
+        for (const components& last : ends) check(index, directions, flags, first, last);
+      }
+    }
+  }
+}
+
 // Columns and blocks of indexes move to large pages as they grow, some of them when entries are put between others.
 TEST_F(database_test, large_tables_hold_what_was_loaded) {
   constexpr std::uint64_t count = 300'000;

@@ -18,22 +18,13 @@ class key_writer {
     for (int shift = 56; shift >= 0; shift -= 8) bytes_.push_back(static_cast<std::uint8_t>(word >> shift));
     return *this;
   }
-  key_writer& int64(std::int64_t value) { return number(static_cast<std::uint64_t>(value) + (std::uint64_t{1} << 63)); }
-  key_writer& decimal(std::int64_t millionths) {
-    const std::int64_t a = millionths < 0 ? -millionths : millionths;
-    const std::int64_t packed = a / 1000000 * (1 << 21) + a % 1000000 / 10000 * (1 << 14) + a % 10000;
-    return int64(millionths < 0 ? -packed : packed);
+  // Of a text that one chunk takes.
+  key_writer& text(const std::u16string& units) {
+    std::vector<std::uint8_t> encoded(orv_convert_ucs2_to_turbotext(units.c_str(), 0, nullptr, 0));
+    orv_convert_ucs2_to_turbotext(units.c_str(), 0, encoded.data(), static_cast<std::uint32_t>(encoded.size()));
+    encoded[0] = static_cast<std::uint8_t>(0x20 | (encoded.size() - 1));  // instead of the text's own header
+    return raw(encoded).raw({0x80});
   }
-
-  key_writer& text(const std::u16string& units, bool upper_limit = false) {
-    std::vector<std::uint8_t> encoded(orv_convert_ucs2_to_turbotext(units.c_str(), upper_limit, nullptr, 0));
-    orv_convert_ucs2_to_turbotext(units.c_str(), upper_limit, encoded.data(),
-                                  static_cast<std::uint32_t>(encoded.size()));
-    return chunks({encoded.begin() + 1, encoded.end()}, {});
-  }
-  key_writer& binary(const std::vector<std::uint8_t>& data) { return chunks(data, {0x00}); }
-  key_writer& highest_binary() { return raw({0x21, 0x01, 0x80}); }
-
   key_writer& raw(const std::vector<std::uint8_t>& bytes) {
     bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
     return *this;
@@ -47,22 +38,6 @@ class key_writer {
   }
 
  private:
-  // `front` counts for the first chunk's length.
-  key_writer& chunks(const std::vector<std::uint8_t>& data, const std::vector<std::uint8_t>& front) {
-    std::vector<std::uint8_t> all = front;
-    all.insert(all.end(), data.begin(), data.end());
-    std::size_t done = 0;
-    do {
-      const std::size_t length = std::min<std::size_t>(all.size() - done, 31);
-      bytes_.push_back(static_cast<std::uint8_t>((done == 0 ? 0x20 : 0) | length));
-      bytes_.insert(bytes_.end(), all.begin() + static_cast<std::ptrdiff_t>(done),
-                    all.begin() + static_cast<std::ptrdiff_t>(done + length));
-      done += length;
-    } while (done < all.size());
-    bytes_.push_back(0x80);
-    return *this;
-  }
-
   std::vector<std::uint8_t> bytes_;
 };
 

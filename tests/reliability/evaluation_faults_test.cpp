@@ -3,17 +3,6 @@
 #include <iostream>
 
 #include "nodes/given_rows.hpp"
-#include "ov_sql_executor/execution/aggregator.hpp"
-#include "ov_sql_executor/execution/extension.hpp"
-#include "ov_sql_executor/execution/filter.hpp"
-#include "ov_sql_executor/execution/full_join.hpp"
-#include "ov_sql_executor/execution/generative_assignment.hpp"
-#include "ov_sql_executor/execution/left_join.hpp"
-#include "ov_sql_executor/execution/limit_offset.hpp"
-#include "ov_sql_executor/execution/nested_loop_inner_join.hpp"
-#include "ov_sql_executor/execution/order_by.hpp"
-#include "ov_sql_executor/execution/projection.hpp"
-#include "ov_sql_executor/execution/uniond.hpp"
 #include "ov_sql_executor/expressions/arithmetic.hpp"
 #include "ov_sql_executor/expressions/comparison.hpp"
 #include "ov_sql_executor/expressions/logical.hpp"
