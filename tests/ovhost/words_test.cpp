@@ -1,15 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <sstream>
-
 #include "ovhost/decimal_text.hpp"
 #include "ovhost/expression_words.hpp"
 #include "ovhost/plan_words.hpp"
+#include "ovhost/staff.hpp"
 #include "ovhost/table_printer.hpp"
 #include "ovhost/text.hpp"
 #include "ovhost/value_words.hpp"
-#include "staff_database.hpp"
 
 namespace ovhost {
 namespace {
@@ -18,19 +13,12 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 
 // Every operation, with the type of its result.
-TEST(PlanWords, SayEveryOperation) {
+TEST_F(Staff, SaysEveryOperation) {
   using kind = value_kind;
-  const staff_database staff;
-  query q;
-  const table_variable e = q.over("Staff.Employee", "e");
   const expression name = e["name"];
   const expression born = e["born"];
   const expression active = e["active"];
-  const struct {
-    expression said;
-    value_kind type;
-    const char* words;
-  } cases[] = {
+  const std::tuple<expression, value_kind, const char*> cases[] = {
       {eq(name, text(u"Ada")), kind::boolean, "e.name = 'Ada'"},
       {negated(both(ne(born, lit(1)), is_null(e["boss"]))), kind::boolean, "not ((e.born <> 1) and (e.boss is null))"},
       {either(is_not_null(e["boss"]), le(born, lit(-1))), kind::boolean, "(e.boss is not null) or (e.born <= -1)"},
@@ -52,17 +40,16 @@ TEST(PlanWords, SayEveryOperation) {
       {e.follow("boss").follow("boss")["salary"], kind::decimal, "e.boss.boss.salary"},
   };
   const expression_words words(q.names(), q.columns());
-  for (const auto& each : cases) {
-    EXPECT_EQ(words(each.said), each.words);
-    EXPECT_EQ(kind_of(each.said), each.type) << each.words;
+  for (const auto& [said, type, expected] : cases) {
+    EXPECT_EQ(words(said), expected);
+    EXPECT_EQ(kind_of(said), type) << expected;
   }
   EXPECT_THROW(to(kind::reference, name), std::invalid_argument);
   EXPECT_THROW(decimal("1.0000001"), std::invalid_argument);
 }
 
 // Every alternative of a plan, in a tree that need not make sense.
-plan one_of_each(query& q) {
-  const table_variable e = q.over("Staff.Employee", "e");
+plan one_of_each(query& q, const table_variable& e) {
   const table_variable boss = e.follow("boss");
   const computation twice = q.define("twice", mul(e["born"], lit(2)));
   const computation name = q.define("name", e["name"]);
@@ -77,10 +64,8 @@ plan one_of_each(query& q) {
       limit(lit(3U), lit(1U), order({ascending(name), descending(mean)}, unite(std::move(grouped), bind(boss)))));
 }
 
-TEST(PlanWords, DescribeEveryStep) {
-  const staff_database staff;
-  query q;
-  const plan_step steps = describe(one_of_each(q), q.names(), q.columns());
+TEST_F(Staff, DescribesEveryStep) {
+  const plan_step steps = describe(one_of_each(q, e), q.names(), q.columns());
   EXPECT_THAT(steps.columns, ElementsAre("name", "people", "mean"));
   EXPECT_EQ(as_tree(steps),
             "project: name, people, mean\n"
@@ -101,10 +86,7 @@ TEST(PlanWords, DescribeEveryStep) {
             "        one row: Staff.Employee e.boss := e.boss\n");
 }
 
-TEST(PlanWords, DrawAGraphWithQuotedLabels) {
-  const staff_database staff;
-  query q;
-  const table_variable e = q.over("Staff.Employee", "e");
+TEST_F(Staff, DrawsAGraphWithQuotedLabels) {
   const plan drawn = project({e["name"]}, filter(eq(e["name"], text(u"\"\\")), scan(e, "by_name")));
   const std::string dot = as_dot(describe(drawn, q.names(), q.columns()));
   EXPECT_THAT(dot, HasSubstr(R"(step1 [label="filter\le.name = '\"\\'\l"];)"));
@@ -112,17 +94,14 @@ TEST(PlanWords, DrawAGraphWithQuotedLabels) {
   EXPECT_THAT(dot, HasSubstr(R"(step1 -> step0 [label="e"];)"));
 }
 
-TEST(Plans, RefuseNamesAndKeysThatDoNotExist) {
-  const staff_database staff;
-  query q;
-  const table_variable e = q.over("Staff.Employee", "e");
+TEST_F(Staff, RefusesNamesAndKeysThatDoNotExist) {
   EXPECT_THROW(q.over("Staff.Nobody", "n"), unknown_name);
   EXPECT_THROW(e["shoe"], unknown_name);
   EXPECT_THROW(e.follow("shoe"), unknown_name);
   EXPECT_THROW(e.follow("name"), std::invalid_argument);
   EXPECT_THROW(scan(e, "everybody"), unknown_name) << "an index of the base holds other objects too";
-  EXPECT_THAT(message_of<unknown_name>([&] { scan(e, "by_shoe"); }),
-              HasSubstr("no index of table \"Staff.Employee\" called \"by_shoe\"; there are: by_name"));
+  expect_refused<unknown_name>("no index of table \"Staff.Employee\" called \"by_shoe\"; there are: by_name",
+                               [&] { scan(e, "by_shoe"); });
   EXPECT_THROW(scan(e, "by_name", {key::any(), key::any()}), std::invalid_argument);
   EXPECT_THROW(bind(e), std::logic_error);
 }
