@@ -68,9 +68,11 @@ TEST_F(Planning, a_projection_has_the_columns_that_it_names) {
 
 TEST_F(Planning, columns_that_are_there_are_not_read_again_and_the_first_of_equal_ones_wins) {
   const ovhost::statement once(project({t["size"], t["size"]}, only(t["size"])));
+  for (const auto& [call, found] : {std::pair(2, "4711"), {3, "(u5 u5)(u5 u5)"}}) {  // once for each of two objects
+    core_shim::fail_call("orv_context_get_ulong", static_cast<std::uint64_t>(call), 4711);
+    EXPECT_EQ(tests::rows_of(once, reading.context()), found);
+  }
   core_shim::reset();
-  EXPECT_EQ(tests::rows_of(once, reading.context()), "(u5 u5)(u5 u5)");
-  EXPECT_EQ(core_shim::calls("orv_context_get_ulong"), 2U) << "once for each of two objects";
   EXPECT_EQ(rows_of_plan(project({c}, ovhost::extend({c, c.with(lit(2))}, only(t["size"])))), "(i1)(i1)");
   EXPECT_EQ(rows_of_plan(project({c}, ovhost::extend({c.with(lit(2))}, ovhost::extend({c}, all(t))))), "(i1)(i1)");
   const ovhost::computation n = names.define("n", t["name"]);
