@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "core_shim/core_shim.hpp"
 #include "outcome.hpp"
 #include "ov_sql_executor/database/column_read.hpp"
@@ -12,8 +14,7 @@ namespace tests {
 namespace {
 
 namespace layout = metalayer::layout;
-using ovcoredb::cell;
-using ovcoredb::column_type;
+using ovcoredb::cell, ovcoredb::column_type;
 
 template <class T>
 using numbered = std::vector<std::pair<std::uint32_t, T>>;
@@ -140,6 +141,20 @@ TEST_F(Metadata, key_columns_are_in_the_order_of_their_positions) {
 TEST_F(Metadata, an_iterator_that_cannot_be_freed_ends_the_process) {
   EXPECT_DEATH((core_shim::fail_call("orv_iterator_free", 1, 4103), meta_data::make_table_ref({1, 0})),
                "0xE0530002 \\(1070, ");
+}
+
+TEST(DottedName, digest_tells_names_apart) {
+  const metalayer::DottedName names[] = {{}, {u""}, {u"a"}, {u"a", u"b"}, {u"ab"}, {u"a", u"", u"b"}, {u"b", u"a"}};
+  std::set<std::pair<std::uint64_t, std::uint64_t>> digests;
+  for (const auto& name : names) {
+    const metalayer::RawView view = metalayer::DottedName2RawView(name);
+    digests.emplace(view.words[0], view.words[1]);
+  }
+  EXPECT_EQ(digests.size(), std::size(names));
+  // Computed from the definition elsewhere.
+  const metalayer::RawView a = metalayer::DottedName2RawView({u"a"});
+  EXPECT_EQ(a.words[0], 0x697128E1AE757277u);
+  EXPECT_EQ(a.words[1], 0xB806E976F4C4D852u);
 }
 
 // Of an object that has values, of one with other values and of one without any. The test of scans reads the other

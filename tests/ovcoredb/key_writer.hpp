@@ -31,11 +31,7 @@ class key_writer {
   }
 
   // Ends with the terminator itself, so that a sanitizer sees a core that reads further.
-  std::vector<std::uint8_t> end() const {
-    std::vector<std::uint8_t> ended = bytes_;
-    ended.push_back(0xC0);
-    return ended;
-  }
+  std::vector<std::uint8_t> end() { return raw({0xC0}).bytes_; }
 
  private:
   std::vector<std::uint8_t> bytes_;
@@ -51,9 +47,11 @@ inline std::vector<std::uint64_t> walk(std::uint64_t context, std::uint64_t inde
   std::vector<std::uint64_t> found;
   if (opened != ORV_OK) return found;
   ORV_REFERENCE_VALUE reference{};
-  while (orv_iterator_next(iterator, &reference) == ORV_OK && reference.object_number != 0) {
-    found.push_back(reference.object_number);
-  }
+  const auto is_next = [&] {
+    return orv_iterator_next(iterator, &reference) == ORV_OK && reference.object_number != 0;
+  };
+  while (is_next()) found.push_back(reference.object_number);
+  if (is_next()) found.push_back(0);  // the end should stay the end
   orv_iterator_free(iterator);
   return found;
 }

@@ -11,9 +11,7 @@ namespace {
 
 using namespace physical_queryplan::QueryPlan;  // NOLINT: the alternatives are what is tested
 using namespace physical_queryplan;             // NOLINT
-using ovhost::lit;
-using ovhost::plan;
-using ovhost::project;
+using ovhost::extend, ovhost::group, ovhost::lit, ovhost::plan, ovhost::project, ovhost::value_kind;
 
 const char* const no_plan = "7022 Not implemented error";
 const char* const no_column = "7007 Internal error: expression is not a variable";
@@ -23,7 +21,7 @@ const char* const no_scope = "7007 Internal error: column is not in scope";
 class Planning : public HostTest {
  protected:
   Planning()
-      : HostTest({{"Town", {{"name", ovhost::value_kind::text}, {"size", ovhost::value_kind::uint64}}}},
+      : HostTest({{"Town", {{"name", value_kind::text}, {"size", value_kind::uint64}}}},
                  {{"Town", "by_size", {{"size"}}}}) {
     for (const std::u16string_view name : {u"Aden", u"Bern"}) insert("Town", {name, std::uint64_t{5}});
   }
@@ -32,6 +30,10 @@ class Planning : public HostTest {
   plan where_size(expression bound) { return ovhost::scan(s, "by_size", {ovhost::key::equal(std::move(bound))}); }
   plan only(expression item) { return project({std::move(item)}, all(t)); }
   plan where(expression predicate) { return project({t}, ovhost::filter(std::move(predicate), all(t))); }
+  // "ok" or the error.
+  static std::string planned(plan of) {
+    return outcome([&] { static_cast<void>(physical_to_exec::Plan(std::move(of))); });
+  }
   // Several plans that end alike.
   template <class... Plans>
   static void expect_planned(const char* result, Plans... plans) {
@@ -106,11 +108,6 @@ TEST_F(Planning, the_plan_is_gone_when_the_call_returns_or_fails) {
     EXPECT_EQ(cache.use_count(), 1);
   }
 }
-
-using namespace physical_queryplan;  // NOLINT: the alternatives are what is tested
-using ovhost::extend;
-using ovhost::group;
-using ovhost::value_kind;
 
 // A city has a property "p" and its number of every type but set specifiers, and of its own a country.
 ovhost::table_definition city_table() {
