@@ -17,9 +17,8 @@
 namespace tests {
 
 // All rows of a statement, spelled; or the error that ends it.
-inline std::string rows_of(const ovhost::statement& planned, std::uint64_t context,
-                           std::vector<value> parameters = {}) {
-  return outcome([&] { return planned.rows(context, std::move(parameters)); });
+inline std::string rows_of(const ovhost::statement& planned, std::uint64_t context) {
+  return outcome([&] { return planned.rows(context); });
 }
 
 class HostTest : public testing::Test {
@@ -34,16 +33,8 @@ class HostTest : public testing::Test {
     return database.insert(ovhost::catalog(reading.context()).table(table).tag, cells);
   }
 
-  // The constants of a plan, or why there is none.
-  static std::string planned(ovhost::plan of) {
-    return outcome([&] {
-      const std::string constants = spell(std::get<0>(physical_to_exec::Plan(std::move(of))).constants);
-      return "ok" + (constants.empty() ? "" : " " + constants);
-    });
-  }
-
-  std::string rows_of_plan(ovhost::plan of, std::vector<value> parameters = {}) {
-    return outcome([&] { return ovhost::statement(std::move(of)).rows(reading.context(), std::move(parameters)); });
+  std::string rows_of_plan(ovhost::plan of) {
+    return outcome([&] { return ovhost::statement(std::move(of)).rows(reading.context()); });
   }
 
   ovcoredb::database database;

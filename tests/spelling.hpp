@@ -21,10 +21,7 @@
 namespace tests {
 
 using namespace ov::sql_executor;
-using operator_library::Binary;
-using operator_library::Decimal;
-using operator_library::NullValue;
-using operator_library::SetSpecifier;
+using operator_library::Binary, operator_library::Decimal, operator_library::NullValue, operator_library::SetSpecifier;
 using rows = std::vector<row>;
 using byte_list = std::vector<std::uint8_t>;
 

@@ -6,7 +6,6 @@
 #include <boost/preprocessor/punctuation/comma_if.hpp>
 #include <boost/preprocessor/seq/for_each_i.hpp>
 #include <boost/preprocessor/variadic/to_seq.hpp>
-#include <map>
 #include <set>
 #include <string>
 #include <utility>
@@ -35,7 +34,6 @@ struct records {
 };
 
 records now;
-std::map<std::string_view, std::uint64_t> counts;  // of calls; entries stay where they are
 std::set<std::uint64_t> open;
 std::uint64_t frees_of_nothing = 0;
 
@@ -53,14 +51,8 @@ class stay {
   place before_;
 };
 
-std::uint64_t& count_of(std::string_view name) {
-  const stay in(place::shim);
-  return counts[name];
-}
-
-// Counts a call; the status that it is to fail with, or 0.
-std::uint32_t begin(std::string_view name, std::uint64_t& count) {
-  ++count;
+// The status that a call is to fail with, or 0.
+std::uint32_t begin(std::string_view name) {
   planned_failure& failure = now.failure;
   if (failure.calls_left == 0 || !failure.concerns(name) || --failure.calls_left != 0) return 0;
   if (failure.how == repeat::from_then_on) failure.calls_left = 1;
@@ -79,17 +71,10 @@ Function* next_definition(const char* name) {
 void reset() {
   const stay in(place::shim);
   now = {};
-  for (auto& [name, count] : counts) count = 0;
 }
 
 place where() { return here; }
 std::uint64_t failures() { return now.failures; }
-
-std::uint64_t calls(std::string_view name) {
-  const auto found = counts.find(name);
-  return found == counts.end() ? 0 : found->second;
-}
-
 std::size_t open_iterators() { return open.size(); }
 std::uint64_t wrong_frees() { return frees_of_nothing; }
 
@@ -111,21 +96,18 @@ using namespace core_shim;
 #define CORE_SHIM_EACH(what, ...) BOOST_PP_SEQ_FOR_EACH_I(what, _, BOOST_PP_VARIADIC_TO_SEQ(__VA_ARGS__))
 
 // A call that returns a status.
-#define CORE_SHIM_CALL(name, ...)                                        \
-  uint32_t name(CORE_SHIM_EACH(CORE_SHIM_PARAMETER, __VA_ARGS__)) {      \
-    static auto* const next = next_definition<decltype(name)>(#name);    \
-    static std::uint64_t& count = count_of(#name);                       \
-    if (const std::uint32_t status = begin(#name, count)) return status; \
-    const stay in(place::core);                                          \
-    return next(CORE_SHIM_EACH(CORE_SHIM_ARGUMENT, __VA_ARGS__));        \
+#define CORE_SHIM_CALL(name, ...)                                     \
+  uint32_t name(CORE_SHIM_EACH(CORE_SHIM_PARAMETER, __VA_ARGS__)) {   \
+    static auto* const next = next_definition<decltype(name)>(#name); \
+    if (const std::uint32_t status = begin(#name)) return status;     \
+    const stay in(place::core);                                       \
+    return next(CORE_SHIM_EACH(CORE_SHIM_ARGUMENT, __VA_ARGS__));     \
   }
 
-// A call that returns a count and cannot fail.
-#define CORE_SHIM_COUNT(result, name, ...)                            \
+// A call that returns a size and cannot fail.
+#define CORE_SHIM_SIZE(result, name, ...)                             \
   result name(CORE_SHIM_EACH(CORE_SHIM_PARAMETER, __VA_ARGS__)) {     \
     static auto* const next = next_definition<decltype(name)>(#name); \
-    static std::uint64_t& count = count_of(#name);                    \
-    ++count;                                                          \
     const stay in(place::core);                                       \
     return next(CORE_SHIM_EACH(CORE_SHIM_ARGUMENT, __VA_ARGS__));     \
   }
@@ -149,16 +131,15 @@ CORE_SHIM_CALL(orv_context_convert_turbotext_to_base_ucs2, uint64_t, const uint8
                uint32_t)
 CORE_SHIM_CALL(orv_context_convert_ucs2_to_turbotext, uint64_t, const ORV_UCS2*, uint8_t, const uint8_t**)
 CORE_SHIM_CALL(orv_context_convert_ucs2_to_setspectt, uint64_t, const ORV_UCS2*, uint8_t, const uint8_t**)
-CORE_SHIM_COUNT(int32_t, orv_convert_turbotext_to_ucs2, const uint8_t*, uint32_t, ORV_UCS2*, uint32_t)
-CORE_SHIM_COUNT(int32_t, orv_convert_turbotext_to_base_ucs2, const uint8_t*, uint32_t, ORV_UCS2*, uint32_t)
-CORE_SHIM_COUNT(uint32_t, orv_convert_ucs2_to_turbotext, const ORV_UCS2*, uint8_t, uint8_t*, uint32_t)
+CORE_SHIM_SIZE(int32_t, orv_convert_turbotext_to_ucs2, const uint8_t*, uint32_t, ORV_UCS2*, uint32_t)
+CORE_SHIM_SIZE(int32_t, orv_convert_turbotext_to_base_ucs2, const uint8_t*, uint32_t, ORV_UCS2*, uint32_t)
+CORE_SHIM_SIZE(uint32_t, orv_convert_ucs2_to_turbotext, const ORV_UCS2*, uint8_t, uint8_t*, uint32_t)
 CORE_SHIM_CALL(orv_iterator_next, uint64_t, ORV_REFERENCE_VALUE*)
 
 uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, uint32_t flags, const uint8_t* first_key,
                                      const uint8_t* last_key, uint64_t* iterator) {
   static auto* const next = next_definition<decltype(orv_context_create_iterator)>("orv_context_create_iterator");
-  static std::uint64_t& count = count_of("orv_context_create_iterator");
-  if (const std::uint32_t status = begin("orv_context_create_iterator", count)) return status;
+  if (const std::uint32_t status = begin("orv_context_create_iterator")) return status;
   std::uint32_t status = ORV_OK;
   {
     const stay in(place::core);
@@ -172,8 +153,7 @@ uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, uint32_t 
 
 uint32_t orv_iterator_free(uint64_t iterator) {
   static auto* const next = next_definition<decltype(orv_iterator_free)>("orv_iterator_free");
-  static std::uint64_t& count = count_of(free_name);
-  const std::uint32_t failure = begin(free_name, count);
+  const std::uint32_t failure = begin(free_name);
   {
     const stay in(place::shim);
     if (open.erase(iterator) == 0) ++frees_of_nothing;

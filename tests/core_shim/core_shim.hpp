@@ -1,6 +1,6 @@
-// A core in front of the core. A test program that links this defines every symbol of the C interface itself; each call
-// is counted and handed on to the definition that the program would otherwise have found. Calls of the metadata layer
-// come by here, too. One thread at a time.
+// A core in front of the core. A test program that links this defines every symbol of the C interface itself and hands
+// each call on to the definition that it would otherwise have found. Calls of the metadata layer come by here, too. One
+// thread at a time.
 #ifndef TESTS_CORE_SHIM_CORE_SHIM_HPP_
 #define TESTS_CORE_SHIM_CORE_SHIM_HPP_
 
@@ -11,11 +11,8 @@
 
 namespace core_shim {
 
-// Forgets counts, records and failures to come. Iterators that are open stay open.
+// Forgets records and failures to come. Iterators that are open stay open.
 void reset();
-
-// Of a name, such as "orv_iterator_next".
-std::uint64_t calls(std::string_view name);
 
 // Iterators opened and not freed since the program began, and frees of handles that were not open.
 std::size_t open_iterators();

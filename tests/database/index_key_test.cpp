@@ -10,13 +10,7 @@
 namespace tests {
 namespace {
 
-using db_util::fixed_key;
-using db_util::growing_key;
-using db_util::key_binary;
-using db_util::key_bound;
-using db_util::key_object;
-using db_util::key_text;
-using db_util::lowest_marker;
+using namespace db_util;  // NOLINT: both kinds of key, and what they are made of
 
 byte_list payload(std::size_t size) {
   byte_list bytes(size);

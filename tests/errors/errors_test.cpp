@@ -52,20 +52,17 @@ struct thing {
   virtual ~thing() = default;
 };
 
-class branch : public destroyed_in_turn<thing> {
- public:
-  branch(std::string& gone, char name, std::vector<std::unique_ptr<thing>> parts = {}) : gone_(gone), name_(name) {
-    for (auto& each : parts) parts_.emplace_back(std::move(each));
+struct branch final : destroyed_in_turn<thing> {
+  branch(std::string& log, char own_name, std::vector<std::unique_ptr<thing>> list) : gone(log), name(own_name) {
+    for (auto& each : list) parts.emplace_back(std::move(each));
   }
   ~branch() override {
-    gone_ += name_;
-    while (!parts_.empty()) parts_.erase(parts_.begin());
+    gone += name;
+    while (!parts.empty()) parts.erase(parts.begin());
   }
-
- private:
-  std::string& gone_;
-  char name_;
-  std::vector<owned_part<thing, branch>> parts_;
+  std::string& gone;
+  char name;
+  std::vector<owned_part<thing, branch>> parts;
 };
 
 template <class... Parts>
@@ -75,13 +72,10 @@ std::unique_ptr<thing> make(std::string& gone, char name, Parts... parts) {
   return std::make_unique<branch>(gone, name, std::move(list));
 }
 
-class foreign final : public thing {
- public:
-  explicit foreign(std::string& gone) : gone_(gone) {}
-  ~foreign() override { gone_ += 'x'; }
-
- private:
-  std::string& gone_;
+struct foreign final : thing {
+  explicit foreign(std::string& log) : gone(log) {}
+  ~foreign() override { gone += 'x'; }
+  std::string& gone;
 };
 
 // As if each destroyed its own parts, but after its own members; what is not of the family goes at once.

@@ -4,17 +4,6 @@
 #include <typeinfo>
 
 #include "expressions/operator_test.hpp"
-#include "ov_sql_executor/expressions/arithmetic.hpp"
-#include "ov_sql_executor/expressions/cast.hpp"
-#include "ov_sql_executor/expressions/comparison.hpp"
-#include "ov_sql_executor/expressions/concat.hpp"
-#include "ov_sql_executor/expressions/is.hpp"
-#include "ov_sql_executor/expressions/like.hpp"
-#include "ov_sql_executor/expressions/logical.hpp"
-#include "ov_sql_executor/expressions/null_test.hpp"
-#include "ov_sql_executor/expressions/object_cast.hpp"
-#include "ov_sql_executor/expressions/oid.hpp"
-#include "ov_sql_executor/expressions/starts_with.hpp"
 #include "valueless.hpp"
 
 namespace tests {

@@ -1,4 +1,5 @@
-// What the tests of operators share: operands that record their evaluation, and a core with one object to read from.
+// Every operator, and what the tests of them share: operands that record their evaluation, and a core with one object
+// to read from.
 #ifndef TESTS_EXPRESSIONS_OPERATOR_TEST_HPP_
 #define TESTS_EXPRESSIONS_OPERATOR_TEST_HPP_
 
@@ -10,8 +11,20 @@
 #include <vector>
 
 #include "outcome.hpp"
+#include "ov_sql_executor/expressions/arithmetic.hpp"
+#include "ov_sql_executor/expressions/cast.hpp"
+#include "ov_sql_executor/expressions/comparison.hpp"
+#include "ov_sql_executor/expressions/concat.hpp"
+#include "ov_sql_executor/expressions/if_op.hpp"
+#include "ov_sql_executor/expressions/is.hpp"
+#include "ov_sql_executor/expressions/like.hpp"
+#include "ov_sql_executor/expressions/logical.hpp"
+#include "ov_sql_executor/expressions/null_test.hpp"
+#include "ov_sql_executor/expressions/object_cast.hpp"
+#include "ov_sql_executor/expressions/oid.hpp"
 #include "ov_sql_executor/expressions/operand.hpp"
 #include "ov_sql_executor/expressions/property_read.hpp"
+#include "ov_sql_executor/expressions/starts_with.hpp"
 #include "ov_sql_executor/expressions/value_from_context.hpp"
 #include "ovcoredb/database.hpp"
 #include "valueless.hpp"

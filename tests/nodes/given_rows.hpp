@@ -1,4 +1,4 @@
-// A node that yields given rows, and what the tests of nodes say with it.
+// Every node, one more that yields given rows, and what the tests of nodes say with them.
 #ifndef TESTS_NODES_GIVEN_ROWS_HPP_
 #define TESTS_NODES_GIVEN_ROWS_HPP_
 
@@ -11,7 +11,18 @@
 #include <vector>
 
 #include "outcome.hpp"
+#include "ov_sql_executor/execution/aggregator.hpp"
+#include "ov_sql_executor/execution/extension.hpp"
+#include "ov_sql_executor/execution/filter.hpp"
+#include "ov_sql_executor/execution/full_join.hpp"
+#include "ov_sql_executor/execution/generative_assignment.hpp"
+#include "ov_sql_executor/execution/left_join.hpp"
+#include "ov_sql_executor/execution/limit_offset.hpp"
+#include "ov_sql_executor/execution/nested_loop_inner_join.hpp"
 #include "ov_sql_executor/execution/node.hpp"
+#include "ov_sql_executor/execution/order_by.hpp"
+#include "ov_sql_executor/execution/projection.hpp"
+#include "ov_sql_executor/execution/uniond.hpp"
 #include "ov_sql_executor/expressions/operator_base.hpp"
 #include "ov_sql_executor/expressions/value_from_context.hpp"
 
@@ -33,30 +44,28 @@ class given_rows final : public node {
       : make_(std::move(make)), log_(std::move(log)), name_(std::move(name)) {}
 
   enumerator* create_enumerator(execution_context& context) const override {
-    return new given_enumerator(make_(context), log_, name_);
+    return new given_enumerator(*this, make_(context));
   }
 
  private:
   class given_enumerator final : public enumerator {
    public:
-    given_enumerator(rows all, shared_journal log, std::string name)
-        : rows_(std::move(all)), log_(std::move(log)), name_(std::move(name)) {
-      ++log_->alive;
-      log_->events += "+" + name_;
+    given_enumerator(const given_rows& of, rows all) : of_(of), rows_(std::move(all)) {
+      ++of_.log_->alive;
+      of_.log_->events += "+" + of_.name_;
     }
     ~given_enumerator() override {
-      --log_->alive;
-      log_->events += "-" + name_;
+      --of_.log_->alive;
+      of_.log_->events += "-" + of_.name_;
     }
     std::optional<row> next(execution_context& /*context*/) override {
       return cursor_ == rows_.size() ? std::nullopt : std::optional(rows_[cursor_++]);
     }
 
    private:
+    const given_rows& of_;
     rows rows_;
     std::size_t cursor_ = 0;
-    shared_journal log_;
-    std::string name_;
   };
 
   source make_;
@@ -90,10 +99,10 @@ inline std::vector<operator_ptr> columns(const std::vector<std::int16_t>& positi
   for (const std::int16_t position : positions) list.push_back(column(position));
   return list;
 }
-template <class... Operators>
-std::vector<operator_ptr> list_of(Operators... operators) {
-  std::vector<operator_ptr> made;
-  (made.push_back(std::move(operators)), ...);
+template <class Item = operator_ptr, class... Items>
+std::vector<Item> list_of(Items... items) {
+  std::vector<Item> made;
+  (made.emplace_back(std::move(items)), ...);
   return made;
 }
 

@@ -1,11 +1,11 @@
 
 
+#include <algorithm>
+#include <random>
+
 #include "nodes/given_rows.hpp"
-#include "ov_sql_executor/execution/aggregator.hpp"
-#include "ov_sql_executor/execution/full_join.hpp"
-#include "ov_sql_executor/execution/left_join.hpp"
-#include "ov_sql_executor/execution/nested_loop_inner_join.hpp"
 #include "ov_sql_executor/expressions/comparison.hpp"
+#include "ov_sql_executor/values/group_key.hpp"
 
 namespace tests {
 namespace {
@@ -18,16 +18,6 @@ given_rows::source as_many_as(std::size_t position) {
     for (std::int64_t n = 1; count != nullptr && n <= *count; ++n) all.push_back({i(n)});
     return all;
   };
-}
-
-TEST(NestedLoopJoins, run_the_inner_side_for_each_outer_row_in_scope) {
-  const char* const outer = "(u7 i2)(u8 i0)(u9 NULL)(u10 i1)";
-  const nested_loop_inner_join inner(given(outer), given(as_many_as(3)));
-  const left_join left(given(outer), given(as_many_as(3)), 1);
-  for (int time = 0; time < 2; ++time) {
-    EXPECT_EQ(run(inner, vals("i5 i5")), "(u7 i2 i1)(u7 i2 i2)(u10 i1 i1)") << time;
-    EXPECT_EQ(run(left, vals("i5 i5")), "(u7 i2 i1)(u7 i2 i2)(u8 i0 NULL)(u9 NULL NULL)(u10 i1 i1)") << time;
-  }
 }
 
 TEST(NestedLoopJoins, make_a_new_inner_enumerator_before_the_old_one_goes) {
@@ -45,25 +35,14 @@ TEST(NestedLoopJoins, make_a_new_inner_enumerator_before_the_old_one_goes) {
 std::optional<operator_ptr> same_number() { return std::make_unique<operators::equal>(column(0), column(1)); }
 
 TEST(FullJoin, keeps_the_rows_of_both_sides) {
-  const struct {
-    const char* left;
-    const char* right;
-    const char* with_condition;
-    const char* without;
-  } cases[] = {
+  const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
       {"(i1)(i2)", "(i2)(i3)", "(i1 NULL)(i2 i2)(NULL i3)", "(i1 i2)(i1 i3)(i2 i2)(i2 i3)"},
       {"(NULL)", "(NULL)", "(NULL NULL)(NULL NULL)", "(NULL NULL)"},
       {"", "(i2)(i3)", "(NULL i2)(NULL i3)", "(NULL i2)(NULL i3)"},
-      {"(i1)(i2)", "", "(i1 NULL)(i2 NULL)", "(i1 NULL)(i2 NULL)"},
-      {"", "", "", ""},
-  };
-  for (const auto& each : cases) {
-    const auto log = std::make_shared<journal>();
-    const full_join join(given(each.left, log), given(each.right, log), 1, 1, same_number());
-    const full_join cross(given(each.left, log), given(each.right, log), 1, 1, std::nullopt);
-    EXPECT_EQ(run(join), each.with_condition);
-    for (int time = 0; time < 2; ++time) EXPECT_EQ(run(cross), each.without) << time;
-    EXPECT_EQ(log->alive, 0);
+      {"(i1)(i2)", "", "(i1 NULL)(i2 NULL)", "(i1 NULL)(i2 NULL)"}};
+  for (const auto& [left, right, with_condition, without] : cases) {
+    EXPECT_EQ(run(full_join(given(left), given(right), 1, 1, same_number())), with_condition);
+    EXPECT_EQ(run(full_join(given(left), given(right), 1, 1, std::nullopt)), without);
   }
 }
 
@@ -85,20 +64,14 @@ TEST(FullJoin, takes_only_truth_values_and_opens_left_first) {
 
 namespace kinds = ov::sql_executor::aggregates;
 
-template <class... Kinds>
-std::vector<aggregate_entry> aggregates_of(Kinds... kinds) {
-  std::vector<aggregate_entry> list;
-  (list.emplace_back(std::move(kinds)), ...);
-  return list;
-}
-
 // One aggregate over one column of the values.
 template <class Kind>
 void check_over(std::initializer_list<std::string> cases) {
   check(cases, [](const std::string& words) {
     rows input;
     for (const value& any : vals(words)) input.push_back({any});
-    const std::string result = run(aggregator(given(input), {}, aggregates_of(Kind{operators::operand(column(0))})));
+    const std::string result =
+        run(aggregator(given(input), {}, list_of<aggregate_entry>(Kind{operators::operand(column(0))})));
     return result[0] == '(' ? result.substr(1, result.size() - 2) : result;
   });
 }
@@ -127,24 +100,51 @@ TEST(Aggregator, groups_in_first_seen_order_with_aggregates_before_keys) {
   const auto counts = [] {
     kinds::count_distinct_rows distinct;
     for (operator_ptr& each : columns({1, 2})) distinct.arguments.emplace_back(std::move(each));
-    return aggregates_of(kinds::count_rows{}, std::move(distinct));
+    return list_of<aggregate_entry>(kinds::count_rows{}, std::move(distinct));
   };
   EXPECT_EQ(run(aggregator(given(input), columns({0}), counts())), "(i3 u2 i5)(i2 u1 NULL)(i1 u1 u5)");
   EXPECT_EQ(run(aggregator(given(input), {}, counts())), "(i6 u3)");
   EXPECT_EQ(run(aggregator(given(""), columns({0}), counts())), "");
   EXPECT_EQ(run(aggregator(given(""), {}, counts())), "(i0 u0)");
   EXPECT_EQ(run(aggregator(given(input), columns({1, 0}), {})), "(i1 i5)(i1 NULL)(NULL u5)");
-  // Zeros fall together, every NaN stands alone.
-  const aggregator floats(given("(d0)(dnan)(d-0)(dnan)"), columns({0}), aggregates_of(kinds::count_rows{}));
-  EXPECT_EQ(run(floats), "(i2 d0)(i1 dnan)(i1 dnan)");
 }
 
-TEST(Aggregator, finds_its_groups_among_many) {
-  rows input;
-  std::string groups;
-  for (int n = 0; n < 100'000; ++n) input.push_back({i(n % 20'000), text(n % 2 == 0 ? u"x" : u"y")});
-  for (int n = 0; n < 20'000; ++n) groups += "(i5 i" + std::to_string(n) + (n % 2 == 0 ? " 'x')" : " 'y')");
-  EXPECT_EQ(run(aggregator(given(input), columns({0, 1}), aggregates_of(kinds::count_rows{}))), groups);
+// Values that are equal to others of theirs and values that look as if they were.
+value any_key(std::mt19937& random, std::int64_t different) {
+  const std::int64_t number = static_cast<std::int64_t>(random() >> 1) % different;
+  const row list = vals("d-0 d0 dnan NULL bytes'800102' x'800102'");
+  const value numbers[] = {i(number), u(number), static_cast<double>(number), static_cast<float>(number),
+                           OV_OBJ_REF{static_cast<std::uint64_t>(number), random()}};
+  const std::size_t kind = random() % (list.size() + std::size(numbers));
+  return kind < list.size() ? list[kind] : numbers[kind - list.size()];
+}
+
+// A few groups are looked through, and many are found by their hashes.
+TEST(Aggregator, finds_its_groups_again_and_no_other) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 200; ++round) {
+    const std::int64_t different = round % 2 == 0 ? 2 : 1000;
+    const std::vector<std::int16_t> keys =
+        round % 3 == 0 ? std::vector<std::int16_t>{0} : std::vector<std::int16_t>{0, 1};
+    rows input;
+    rows groups;  // each behind the number of its rows
+    for (std::size_t left = round == 1 ? 3000 : random() % 200; left != 0; --left) {
+      row& key = input.emplace_back();
+      for (std::size_t n = 0; n < keys.size(); ++n) key.push_back(any_key(random, different));
+      const auto is_same = [&key](const row& group) {
+        return std::equal(key.begin(), key.end(), group.begin() + 1,
+                          [](const value& own, const value& other) { return key_equal(view_of(own), view_of(other)); });
+      };
+      auto found = std::find_if(groups.begin(), groups.end(), is_same);
+      if (found == groups.end()) {
+        found = groups.insert(found, {i(0)});
+        found->insert(found->end(), key.begin(), key.end());
+      }
+      ++std::get<std::int64_t>(found->front());
+    }
+    const aggregator root(given(input), columns(keys), list_of<aggregate_entry>(kinds::count_rows{}));
+    ASSERT_EQ(run(root), spell(groups)) << "round " << round;
+  }
 }
 
 }  // namespace

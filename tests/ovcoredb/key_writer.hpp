@@ -18,51 +18,22 @@ class key_writer {
     for (int shift = 56; shift >= 0; shift -= 8) bytes_.push_back(static_cast<std::uint8_t>(word >> shift));
     return *this;
   }
-  key_writer& int64(std::int64_t value) { return number(static_cast<std::uint64_t>(value) + (std::uint64_t{1} << 63)); }
-  key_writer& decimal(std::int64_t millionths) {
-    const std::int64_t a = millionths < 0 ? -millionths : millionths;
-    const std::int64_t packed = a / 1000000 * (1 << 21) + a % 1000000 / 10000 * (1 << 14) + a % 10000;
-    return int64(millionths < 0 ? -packed : packed);
+  // Of a text that one chunk takes.
+  key_writer& text(const std::u16string& units) {
+    std::vector<std::uint8_t> encoded(orv_convert_ucs2_to_turbotext(units.c_str(), 0, nullptr, 0));
+    orv_convert_ucs2_to_turbotext(units.c_str(), 0, encoded.data(), static_cast<std::uint32_t>(encoded.size()));
+    encoded[0] = static_cast<std::uint8_t>(0x20 | (encoded.size() - 1));  // instead of the text's own header
+    return raw(encoded).raw({0x80});
   }
-
-  key_writer& text(const std::u16string& units, bool upper_limit = false) {
-    std::vector<std::uint8_t> encoded(orv_convert_ucs2_to_turbotext(units.c_str(), upper_limit, nullptr, 0));
-    orv_convert_ucs2_to_turbotext(units.c_str(), upper_limit, encoded.data(),
-                                  static_cast<std::uint32_t>(encoded.size()));
-    return chunks({encoded.begin() + 1, encoded.end()}, {});
-  }
-  key_writer& binary(const std::vector<std::uint8_t>& data) { return chunks(data, {0x00}); }
-  key_writer& highest_binary() { return raw({0x21, 0x01, 0x80}); }
-
   key_writer& raw(const std::vector<std::uint8_t>& bytes) {
     bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
     return *this;
   }
 
   // Ends with the terminator itself, so that a sanitizer sees a core that reads further.
-  std::vector<std::uint8_t> end() const {
-    std::vector<std::uint8_t> ended = bytes_;
-    ended.push_back(0xC0);
-    return ended;
-  }
+  std::vector<std::uint8_t> end() { return raw({0xC0}).bytes_; }
 
  private:
-  // `front` counts for the first chunk's length.
-  key_writer& chunks(const std::vector<std::uint8_t>& data, const std::vector<std::uint8_t>& front) {
-    std::vector<std::uint8_t> all = front;
-    all.insert(all.end(), data.begin(), data.end());
-    std::size_t done = 0;
-    do {
-      const std::size_t length = std::min<std::size_t>(all.size() - done, 31);
-      bytes_.push_back(static_cast<std::uint8_t>((done == 0 ? 0x20 : 0) | length));
-      bytes_.insert(bytes_.end(), all.begin() + static_cast<std::ptrdiff_t>(done),
-                    all.begin() + static_cast<std::ptrdiff_t>(done + length));
-      done += length;
-    } while (done < all.size());
-    bytes_.push_back(0x80);
-    return *this;
-  }
-
   std::vector<std::uint8_t> bytes_;
 };
 
@@ -76,9 +47,11 @@ inline std::vector<std::uint64_t> walk(std::uint64_t context, std::uint64_t inde
   std::vector<std::uint64_t> found;
   if (opened != ORV_OK) return found;
   ORV_REFERENCE_VALUE reference{};
-  while (orv_iterator_next(iterator, &reference) == ORV_OK && reference.object_number != 0) {
-    found.push_back(reference.object_number);
-  }
+  const auto is_next = [&] {
+    return orv_iterator_next(iterator, &reference) == ORV_OK && reference.object_number != 0;
+  };
+  while (is_next()) found.push_back(reference.object_number);
+  if (is_next()) found.push_back(0);  // the end should stay the end
   orv_iterator_free(iterator);
   return found;
 }

@@ -18,13 +18,8 @@
 
 namespace {
 
-using physical_queryplan::computed;
-using physical_queryplan::expression;
-using physical_queryplan::literal;
-using physical_queryplan::QueryPlan::Filter;
-using physical_queryplan::QueryPlan::GenerativeAssignment;
-using physical_queryplan::QueryPlan::PredicateVariant;
-using physical_queryplan::QueryPlan::Projection;
+using namespace physical_queryplan;             // NOLINT: plans are made of them
+using namespace physical_queryplan::QueryPlan;  // NOLINT
 
 const computed<bool> answer{{1, 0, 0, 0}};
 
@@ -34,19 +29,14 @@ std::unique_ptr<PredicateVariant> one_row(expression any) {
 
 Projection select(expression any) { return {{answer}, one_row(std::move(any))}; }
 
-// A plan that holds no alternative at all.
-PredicateVariant valueless_plan() {
-  PredicateVariant plan = select(literal(true));
-  tests::make_valueless<GenerativeAssignment>(plan);
-  return plan;
-}
-
 TEST(LibraryBoundary, PlanningErrorsAreCaughtByTheirTypes) {
   using physical_to_exec::Plan;
   EXPECT_THROW(Plan(Filter{literal(true), one_row(literal(true))}), error_handling::OVException);
-  EXPECT_THROW(Plan(select(physical_queryplan::Less{})), std::out_of_range);
-  EXPECT_THROW(Plan(select(literal(physical_queryplan::parameter<bool>{32768}))), boost::numeric::positive_overflow);
-  EXPECT_THROW(Plan(valueless_plan()), std::bad_variant_access);
+  EXPECT_THROW(Plan(select(Less{})), std::out_of_range);
+  EXPECT_THROW(Plan(select(literal(parameter<bool>{32768}))), boost::numeric::positive_overflow);
+  PredicateVariant nothing = select(literal(true));
+  tests::make_valueless<GenerativeAssignment>(nothing);
+  EXPECT_THROW(Plan(std::move(nothing)), std::bad_variant_access);
 }
 
 TEST(LibraryBoundary, ExecutionErrorsAreCaughtByTheirTypes) {
@@ -58,11 +48,11 @@ TEST(LibraryBoundary, ExecutionErrorsAreCaughtByTheirTypes) {
 }
 
 TEST(LibraryBoundary, AVariableMovedFromIsStillOne) {
-  physical_queryplan::variable city;
-  city.parent = std::make_unique<physical_queryplan::variable_origin>();
-  const physical_queryplan::variable moved = std::move(city);
-  EXPECT_FALSE(moved == city);                       // NOLINT(bugprone-use-after-move): that it may be used
-  const physical_queryplan::variable copied = city;  // NOLINT(bugprone-use-after-move): is the point
+  variable city;
+  city.parent = std::make_unique<variable_origin>();
+  const variable moved = std::move(city);
+  EXPECT_FALSE(moved == city);   // NOLINT(bugprone-use-after-move): that it may be used
+  const variable copied = city;  // NOLINT(bugprone-use-after-move): is the point
   EXPECT_FALSE(copied.parent.has_value());
 }
 

@@ -43,14 +43,14 @@ class random_query {
     std::string list;
     for (const both_ways& each : made.columns) {
       items.push_back(each.plan);
-      list += (list.empty() ? "" : ", ") + each.sql;
+      add_to(list, each.sql);
     }
-    made.plan = ovhost::project(std::move(items), std::move(made.plan));
-    made.sql = "SELECT " + list + made.from();
-    return made;
+    return {ovhost::project(std::move(items), std::move(made.plan)), "SELECT " + list + made.from(), {}};
   }
 
  private:
+  static void add_to(std::string& list, const std::string& item) { list += (list.empty() ? "" : ", ") + item; }
+
   query_pair relation(int steps) {
     if (steps <= 0) return scanned();
     const int kind = below(9);
@@ -72,16 +72,12 @@ class random_query {
     std::string list;
     for (const std::string property : {"id", "a", "b", "t"}) {
       made.push_back({variable[property], fresh("c"), property == "t"});
-      list += (list.empty() ? "" : ", ") + (property + " AS " + made.back().sql);
+      add_to(list, property + " AS " + made.back().sql);
     }
     const std::int64_t bound = below(12) - 3;
     const std::string sql = std::to_string(bound);
     const auto number = ovhost::lit(bound);
-    const struct {
-      const char* index;
-      std::vector<ovhost::scan_range> ranges;
-      std::string condition;
-    } kinds[] = {
+    const std::tuple<const char*, std::vector<ovhost::scan_range>, std::string> kinds[] = {
         {"by_id", {}, ""},
         {"by_id", {key::below(number)}, " WHERE id < " + sql},
         {"by_a", {key::equal(number)}, " WHERE a = " + sql},
@@ -116,11 +112,11 @@ class random_query {
     std::string list;
     const auto add = [&](ovhost::expression read, const std::string& sql, bool is_text) {
       made.push_back({std::move(read), fresh("c"), is_text});
-      list += (list.empty() ? "" : ", ") + sql + " AS " + made.back().sql;
+      add_to(list, sql + " AS " + made.back().sql);
     };
-    const auto aggregate = [&](const ovhost::aggregation_column& column, const std::string& sql, bool is_read = true) {
+    const auto aggregate = [&](const ovhost::aggregation_column& column, const std::string& sql) {
       aggregates.push_back(column);
-      if (is_read) add(column, sql, false);
+      add(column, sql, false);
     };
     const both_ways argument = number(of.columns, 1);
     const std::string in_brackets = "(" + argument.sql + ")";
@@ -129,19 +125,18 @@ class random_query {
     aggregate(query_.sum(fresh("x"), argument.plan), "sum" + in_brackets);
     aggregate(query_.minimum(fresh("x"), argument.plan), "min" + in_brackets);
     aggregate(query_.maximum(fresh("x"), argument.plan), "max" + in_brackets);
-    const auto distinct = query_.count_distinct(fresh("x"), argument.plan);
-    aggregate(distinct, "", false);
+    // NULL counts as one more distinct value.
+    aggregate(query_.count_distinct(fresh("x"), argument.plan),
+              "count(DISTINCT " + argument.sql + ") + coalesce(max(" + in_brackets + " IS NULL), 0)");
     for (int left = below(3); left != 0; --left) {
       const both_ways& of_key = of.columns[random_() % of.columns.size()];
       const ovhost::computation key = query_.define(fresh("x"), of_key.plan);
       keys.push_back(key);
       add(key, of_key.sql, of_key.is_text);
-      key_list += (key_list.empty() ? " GROUP BY " : ", ") + of_key.sql;
+      add_to(key_list, of_key.sql);
     }
-    // NULL counts as one more distinct value.
-    add(distinct, "count(DISTINCT " + argument.sql + ") + coalesce(max(" + in_brackets + " IS NULL), 0)", false);
     return {ovhost::group(std::move(aggregates), std::move(keys), std::move(of.plan)),
-            "SELECT " + list + of.from() + key_list, std::move(made)};
+            "SELECT " + list + of.from() + (key_list.empty() ? "" : " GROUP BY " + key_list), std::move(made)};
   }
 
   // Ordered by every column, so that it does not matter which of equal rows are left out.
@@ -151,14 +146,15 @@ class random_query {
     for (const both_ways& each : of.columns) {
       const bool ascending = below(2) == 0;
       keys.push_back(ascending ? ovhost::ascending(each.plan) : ovhost::descending(each.plan));
-      list += (list.empty() ? " ORDER BY " : ", ") + each.sql + (ascending ? "" : " DESC");
+      add_to(list, each.sql + (ascending ? "" : " DESC"));
     }
     const int limit = below(20);
     const int offset = below(5);
     auto skipped = offset == 0 ? std::nullopt : std::optional<ovhost::expression>(ovhost::lit(offset));
     auto ordered = ovhost::order(std::move(keys), std::move(of.plan));
     return {ovhost::limit(ovhost::lit(limit), std::move(skipped), std::move(ordered)),
-            "SELECT *" + of.from() + list + " LIMIT " + std::to_string(limit) + " OFFSET " + std::to_string(offset),
+            "SELECT *" + of.from() + " ORDER BY " + list + " LIMIT " + std::to_string(limit) + " OFFSET " +
+                std::to_string(offset),
             of.columns};
   }
 
@@ -181,15 +177,13 @@ class random_query {
 
   query_pair full_joined(query_pair left, query_pair right) {
     columns both = of_both(left, right);
-    std::optional<ovhost::expression> condition;
-    std::string sql = "TRUE";  // every pair
-    if (below(3) != 0) {
-      both_ways test = comparison(both);
-      condition = std::move(test.plan);
-      sql = std::move(test.sql);
-    }
-    sql = "SELECT *" + left.from() + " FULL JOIN (" + right.sql + ") ON " + sql;
-    return {ovhost::full_join(std::move(condition), std::move(left.plan), std::move(right.plan)), sql, both};
+    const bool has_condition = below(3) != 0;  // without one there is every pair
+    const both_ways test = comparison(both);
+    const std::string sql =
+        "SELECT *" + left.from() + " FULL JOIN (" + right.sql + ") ON " + (has_condition ? test.sql : "TRUE");
+    return {ovhost::full_join(has_condition ? std::optional(test.plan) : std::nullopt, std::move(left.plan),
+                              std::move(right.plan)),
+            sql, both};
   }
 
   // Both sides must name their columns alike and have one type; distinct counts are unsigned.
@@ -224,12 +218,10 @@ class random_query {
     if (depth == 0 || below(2) == 0) return comparison(of);
     const both_ways left = condition(of, depth - 1);
     const int kind = below(4);
-    if (kind == 0) return {ovhost::negated(left.plan), "NOT (" + left.sql + ")"};
-    if (kind == 1) {
-      const both_ways tested = number(of, 1);
-      return {ovhost::is_null(tested.plan), "(" + tested.sql + ") IS NULL"};
-    }
+    const both_ways tested = number(of, 1);
     const both_ways right = condition(of, depth - 1);
+    if (kind == 0) return {ovhost::negated(left.plan), "NOT (" + left.sql + ")"};
+    if (kind == 1) return {ovhost::is_null(tested.plan), "(" + tested.sql + ") IS NULL"};
     return {kind == 2 ? ovhost::both(left.plan, right.plan) : ovhost::either(left.plan, right.plan),
             "((" + left.sql + (kind == 2 ? ") AND (" : ") OR (") + right.sql + "))"};
   }
@@ -278,21 +270,36 @@ class random_query {
   int names_ = 0;
 };
 
-// An in-memory SQLite database beside the one under test.
-class sqlite_database {
- public:
-  sqlite_database() : handle_(nullptr, &sqlite3_close) {
-    sqlite3* handle = nullptr;
-    EXPECT_EQ(sqlite3_open(":memory:", &handle), SQLITE_OK);
-    handle_.reset(handle);
+// The same tables in both databases.
+class RandomQueries : public HostTest {
+ protected:
+  RandomQueries() : HostTest({definition("r"), definition("s")}, {}) {
+    EXPECT_EQ(sqlite3_open(":memory:", &peer), SQLITE_OK);
+    for (const std::string table : {"r", "s"}) {
+      definitions.define_index({table, "by_id", {{"id", false}}, true});
+      definitions.define_index({table, "by_a", {{"a"}}});
+      definitions.define_index({table, "by_b_t", {{"b"}, {"t", false}}});
+      ask_sqlite("CREATE TABLE " + table + " (id INTEGER, a INTEGER, b INTEGER, t TEXT)");
+    }
+    defined = database.object_count();
+  }
+
+  ~RandomQueries() override { sqlite3_close(peer); }
+
+  void refill(std::mt19937& random) {
+    database.remove_after(defined);
+    for (const std::string table : {"r", "s"}) {
+      ask_sqlite("DELETE FROM " + table);
+      fill(table, random);
+    }
   }
 
   // Runs a statement and returns its rows, each spelled with all its numbers as int64 or double. A failure is a test
   // failure that shows the statement.
-  std::vector<std::string> query(const std::string& sql) {
+  std::vector<std::string> ask_sqlite(const std::string& sql) {
     sqlite3_stmt* raw = nullptr;
-    const int status = sqlite3_prepare_v2(handle_.get(), sql.c_str(), -1, &raw, nullptr);
-    EXPECT_EQ(status, SQLITE_OK) << sqlite3_errmsg(handle_.get()) << " in " << sql;
+    const int status = sqlite3_prepare_v2(peer, sql.c_str(), -1, &raw, nullptr);
+    EXPECT_EQ(status, SQLITE_OK) << sqlite3_errmsg(peer) << " in " << sql;
     const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> statement(raw, &sqlite3_finalize);
     std::vector<std::string> found;
     while (status == SQLITE_OK && sqlite3_step(raw) == SQLITE_ROW) {
@@ -313,33 +320,6 @@ class sqlite_database {
     return text({held.begin(), held.end()});
   }
 
-  std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle_;
-};
-
-// The same tables in both databases.
-class RandomQueries : public HostTest {
- protected:
-  RandomQueries() : HostTest({definition("r"), definition("s")}, {}) {
-    for (const std::string table : {"r", "s"}) {
-      definitions.define_index({table, "by_id", {{"id", false}}, true});
-      definitions.define_index({table, "by_a", {{"a"}}});
-      definitions.define_index({table, "by_b_t", {{"b"}, {"t", false}}});
-      peer.query("CREATE TABLE " + table + " (id INTEGER, a INTEGER, b INTEGER, t TEXT)");
-    }
-    defined = database.object_count();
-  }
-
-  void refill(std::mt19937& random) {
-    database.remove_after(defined);
-    for (const std::string table : {"r", "s"}) {
-      peer.query("DELETE FROM " + table);
-      fill(table, random);
-    }
-  }
-
-  sqlite_database peer;
-
- private:
   static ovhost::table_definition definition(const char* table) {
     using enum ovhost::value_kind;
     return {table, {{"id", int64}, {"a", int64}, {"b", int64}, {"t", ovhost::value_kind::text}}};
@@ -359,10 +339,11 @@ class RandomQueries : public HostTest {
         list += ", " + (is_null ? "NULL" : column == 3 ? quoted : std::to_string(number));
       }
       insert(table.c_str(), cells);
-      peer.query("INSERT INTO " + table + " VALUES (" + list + ")");
+      ask_sqlite("INSERT INTO " + table + " VALUES (" + list + ")");
     }
   }
 
+  sqlite3* peer = nullptr;    // a database in memory beside the one under test
   std::uint64_t defined = 0;  // objects of the metadata
 };
 
@@ -386,7 +367,7 @@ TEST_F(RandomQueries, agree_with_sqlite) {
       std::vector<std::string> ours;
       const ovhost::statement statement(std::move(made.plan));
       for (const row& each : statement.rows(reading.context())) ours.push_back(spell_signed(each));
-      std::vector<std::string> theirs = peer.query(made.sql);
+      std::vector<std::string> theirs = ask_sqlite(made.sql);
       std::sort(ours.begin(), ours.end());
       std::sort(theirs.begin(), theirs.end());
       ASSERT_EQ(ours, theirs) << "seed " << seed << ", filling " << filling << ", " << number << ": " << made.sql;

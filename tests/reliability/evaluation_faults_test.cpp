@@ -3,17 +3,6 @@
 #include <iostream>
 
 #include "nodes/given_rows.hpp"
-#include "ov_sql_executor/execution/aggregator.hpp"
-#include "ov_sql_executor/execution/extension.hpp"
-#include "ov_sql_executor/execution/filter.hpp"
-#include "ov_sql_executor/execution/full_join.hpp"
-#include "ov_sql_executor/execution/generative_assignment.hpp"
-#include "ov_sql_executor/execution/left_join.hpp"
-#include "ov_sql_executor/execution/limit_offset.hpp"
-#include "ov_sql_executor/execution/nested_loop_inner_join.hpp"
-#include "ov_sql_executor/execution/order_by.hpp"
-#include "ov_sql_executor/execution/projection.hpp"
-#include "ov_sql_executor/execution/uniond.hpp"
 #include "ov_sql_executor/expressions/arithmetic.hpp"
 #include "ov_sql_executor/expressions/comparison.hpp"
 #include "ov_sql_executor/expressions/logical.hpp"
@@ -27,19 +16,17 @@ struct evaluation_failure {};
 // Evaluations until one fails; 0: none does.
 std::uint64_t evaluations_left = 0;
 
-class failing_operand final : public operators::operator_base {
- public:
-  explicit failing_operand(operator_ptr of) : of_(std::move(of)) {}
+struct failing_operand final : operators::operator_base {
+  explicit failing_operand(operator_ptr operand) : of(std::move(operand)) {}
   value evaluate(execution_context& context) const override {
     if (evaluations_left != 0 && --evaluations_left == 0) throw evaluation_failure();
-    return of_->evaluate(context);
+    return of->evaluate(context);
   }
-
- private:
-  operator_ptr of_;
+  operator_ptr of;
 };
 
 operator_ptr at(std::int16_t position) { return std::make_unique<failing_operand>(column(position)); }
+operator_ptr at_constant(std::int16_t position) { return std::make_unique<failing_operand>(constant(position)); }
 template <class Operator, class... Operands>
 operator_ptr make(Operands... operands) {
   return std::make_unique<failing_operand>(std::make_unique<Operator>(std::move(operands)...));
@@ -63,15 +50,11 @@ class EvaluationFaults : public testing::Test {
   std::vector<aggregate_entry> every_aggregate() {
     namespace kinds = aggregates;
     const auto operand = [](std::int16_t position) { return operators::operand(at(position)); };
-    std::vector<aggregate_entry> made;
-    const auto add = [&](auto... entries) { (made.emplace_back(std::move(entries)), ...); };
-    kinds::count_distinct_rows distinct;
-    for (const std::int16_t position : {std::int16_t{1}, std::int16_t{0}})
-      distinct.arguments.push_back(operand(position));
-    add(kinds::sum{operand(0)}, kinds::count_values{operand(2)}, kinds::maximum{operand(1)}, kinds::minimum{operand(1)},
-        kinds::average_as_double{operand(0)}, kinds::average_as_decimal{operand(2)},
-        kinds::count_distinct_values{operand(1)}, std::move(distinct));
-    return made;
+    kinds::count_distinct_rows distinct{list_of<operators::operand>(at(1), at(0))};
+    return list_of<aggregate_entry>(kinds::sum{operand(0)}, kinds::count_values{operand(2)}, kinds::maximum{operand(1)},
+                                    kinds::minimum{operand(1)}, kinds::average_as_double{operand(0)},
+                                    kinds::average_as_decimal{operand(2)}, kinds::count_distinct_values{operand(1)},
+                                    std::move(distinct));
   }
 
   std::vector<std::pair<const char*, std::unique_ptr<node>>> trees() {
@@ -101,10 +84,6 @@ class EvaluationFaults : public testing::Test {
         tree<aggregator>(tree<left_join>(input(5), std::move(sorted), width), list_of(at(1)), every_aggregate());
     add("groups of sorted inner sides", tree<order_by>(std::move(counted), list_of(at(8)), std::vector<bool>{true}));
     return made;
-  }
-
-  static operator_ptr at_constant(std::int16_t position) {
-    return std::make_unique<failing_operand>(constant(position));
   }
 
   const std::shared_ptr<journal> log = std::make_shared<journal>();

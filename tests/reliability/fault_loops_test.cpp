@@ -6,16 +6,106 @@
 #include <functional>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "core_shim/core_shim.hpp"
 #include "outcome.hpp"
 #include "ov_sql_executor/errors/stack_weights.hpp"
 #include "ov_sql_executor/execution/enumerator.hpp"
 #include "ov_sql_executor/planning/plan.hpp"
-#include "reliability/failing_allocations.hpp"
 #include "reliability/plan_catalogue.hpp"
+
+namespace {
+
+// operator new, counted and made to fail, in every form and also for the shared libraries. The core shim tells who
+// asks; its own memory never runs out. One thread at a time.
+namespace failing_allocations {
+
+using core_shim::place, core_shim::repeat;
+
+struct plan {
+  std::uint64_t calls_left = 0;  // 0: nothing fails
+  repeat how = repeat::once;
+  place in = place::elsewhere;
+  std::uint64_t failures = 0;
+};
+
+plan now;
+bool paused = false;     // what the host does for itself is not made to fail
+std::int64_t alive = 0;  // allocations that are not freed, made and freed outside of core and shim
+
+bool is_to_fail() {
+  if (now.calls_left == 0 || paused || core_shim::where() != now.in) return false;
+  if (now.calls_left > 1) {
+    --now.calls_left;
+    return false;
+  }
+  if (now.how == repeat::once) now.calls_left = 0;
+  ++now.failures;
+  return true;
+}
+
+void* allocate(std::size_t size, std::size_t alignment = alignof(std::max_align_t)) {
+  if (is_to_fail()) throw std::bad_alloc();
+  if (core_shim::where() == place::elsewhere) ++alive;
+  return std::aligned_alloc(alignment, (size + alignment) / alignment * alignment);
+}
+
+// Who asks in this way goes on without: it is no failure of its own, but one of those from then on.
+void* allocate_or_not(std::size_t size, std::size_t alignment = alignof(std::max_align_t)) noexcept {
+  const bool is_failing = now.failures != 0 && now.calls_left != 0 && core_shim::where() == now.in;
+  const bool was_paused = std::exchange(paused, true);
+  void* const memory = is_failing ? nullptr : allocate(size, alignment);
+  paused = was_paused;
+  return memory;
+}
+
+void release(void* memory) noexcept {
+  if (memory != nullptr && core_shim::where() == place::elsewhere) --alive;
+  std::free(memory);
+}
+
+// The k-th allocation from now on (the next one is 1) that is made in that place throws std::bad_alloc.
+void fail(std::uint64_t k, repeat how, place in) { now = {k, how, in, 0}; }
+
+// Nothing fails any more. Returns how often something did.
+std::uint64_t stop() { return std::exchange(now, {}).failures; }
+
+}  // namespace failing_allocations
+
+}  // namespace
+
+using failing_allocations::allocate, failing_allocations::allocate_or_not, failing_allocations::release;
+using std::align_val_t, std::nothrow_t, std::size_t;
+
+void* operator new(size_t size) { return allocate(size); }
+void* operator new[](size_t size) { return allocate(size); }
+void* operator new(size_t size, align_val_t alignment) { return allocate(size, static_cast<size_t>(alignment)); }
+void* operator new[](size_t size, align_val_t alignment) { return allocate(size, static_cast<size_t>(alignment)); }
+void* operator new(size_t size, const nothrow_t&) noexcept { return allocate_or_not(size); }
+void* operator new[](size_t size, const nothrow_t&) noexcept { return allocate_or_not(size); }
+void* operator new(size_t size, align_val_t at, const nothrow_t&) noexcept {
+  return allocate_or_not(size, static_cast<size_t>(at));
+}
+void* operator new[](size_t size, align_val_t at, const nothrow_t&) noexcept {
+  return allocate_or_not(size, static_cast<size_t>(at));
+}
+
+void operator delete(void* memory) noexcept { release(memory); }
+void operator delete[](void* memory) noexcept { release(memory); }
+void operator delete(void* memory, size_t) noexcept { release(memory); }
+void operator delete[](void* memory, size_t) noexcept { release(memory); }
+void operator delete(void* memory, align_val_t) noexcept { release(memory); }
+void operator delete[](void* memory, align_val_t) noexcept { release(memory); }
+void operator delete(void* memory, size_t, align_val_t) noexcept { release(memory); }
+void operator delete[](void* memory, size_t, align_val_t) noexcept { release(memory); }
+void operator delete(void* memory, const nothrow_t&) noexcept { release(memory); }
+void operator delete[](void* memory, const nothrow_t&) noexcept { release(memory); }
+void operator delete(void* memory, align_val_t, const nothrow_t&) noexcept { release(memory); }
+void operator delete[](void* memory, align_val_t, const nothrow_t&) noexcept { release(memory); }
 
 namespace tests {
 namespace {
@@ -29,16 +119,16 @@ const std::uint64_t stride = is_slow && std::getenv("OV_EVERY_FAULT") == nullptr
 
 // Runs a statement to its end and destroys what the run needed. Of allocations only the library's own can fail.
 rows run(const runnable& planned, std::uint64_t context_handle, const std::vector<value>& parameters) {
-  std::optional<failing_allocations::pause> host(std::in_place);
+  failing_allocations::paused = true;
   execution_context context{planned.constants, parameters, {}, context_handle};
   rows all;
-  host.reset();
+  failing_allocations::paused = false;
   const std::unique_ptr<enumerator> source(planned.root->create_enumerator(context));
   while (std::optional<row> next = source->next(context)) {
-    host.emplace();
+    failing_allocations::paused = true;
     EXPECT_TRUE(context.row_stack.empty());
     all.push_back(*std::move(next));
-    host.reset();
+    failing_allocations::paused = false;
   }
   return all;
 }
@@ -115,9 +205,9 @@ class FaultLoops : public testing::Test {
       bool is_reached = true;
       for (std::uint64_t k = 1; is_reached; k += stride) {
         if (with.in_new_context) sessions.push_back(std::make_unique<ovhost::session>(catalogue.database));
-        const std::int64_t alive = failing_allocations::alive();
+        const std::int64_t alive = failing_allocations::alive;
         is_reached = check_point(each, expected, with, k);
-        EXPECT_EQ(failing_allocations::alive(), alive) << "a leak";
+        EXPECT_EQ(failing_allocations::alive, alive) << "a leak";
         if (is_reached) ++points;
         if (!HasFailure()) continue;
         ADD_FAILURE() << "failure " << k << " of plan \"" << each.name << '"';

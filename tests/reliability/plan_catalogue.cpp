@@ -12,8 +12,7 @@ namespace tests {
 namespace {
 
 using namespace ovhost;
-using operator_library::Binary;
-using ovcoredb::cell;
+using operator_library::Binary, ovcoredb::cell;
 
 const std::vector<member_definition> members = {{"name", value_kind::text},    {"state", value_kind::text},
                                                 {"size", value_kind::uint64},  {"before", refers_to{"Town"}},

@@ -34,9 +34,8 @@ TEST(LargeMemory, serves_resources_of_any_size_and_alignment) {
       large_memory()->deallocate(memory, size, alignment);
     }
   }
-  EXPECT_THROW(
-      static_cast<void>(large_allocator<std::uint64_t>().allocate(std::numeric_limits<std::size_t>::max() / 8)),
-      std::bad_array_new_length);
+  constexpr std::size_t too_many = std::numeric_limits<std::size_t>::max() / 8;
+  EXPECT_THROW(static_cast<void>(large_allocator<std::uint64_t>().allocate(too_many)), std::bad_array_new_length);
 }
 
 }  // namespace
