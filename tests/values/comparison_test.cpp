@@ -12,6 +12,7 @@
 #include "outcome.hpp"
 #include "ov_sql_executor/values/group_key.hpp"
 #include "ov_sql_executor/values/numeric_type.hpp"
+#include "ov_sql_executor/values/sort_order.hpp"
 #include "valueless.hpp"
 
 namespace tests {
@@ -187,6 +188,14 @@ TEST(GroupKey, equality_is_that_of_groups) {
   EXPECT_EQ(hash_of(same), hash_of(other_tag));
   const value nothing = valueless();
   EXPECT_THROW(key_equal(view_of(nothing), view_of(nothing)), std::bad_variant_access);
+}
+
+TEST(SortOrder, has_no_answer_for_a_valueless_value) {
+  const value nothing = valueless();
+  for (const value& other : vals("i1 NULL")) {
+    EXPECT_THROW(sort_order(view_of(nothing), view_of(other)), std::bad_variant_access);
+    EXPECT_THROW(sort_order(view_of(other), view_of(nothing)), std::bad_variant_access);
+  }
 }
 
 }  // namespace
