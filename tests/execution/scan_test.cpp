@@ -299,9 +299,13 @@ TEST_F(Scan, yields_what_a_filter_yields_in_the_order_of_the_index) {
       ASSERT_EQ(scanned(index, keys, ranges, ascending), filtered(keys, ranges, ascending));
       // Getters remember where objects lie that were asked for one after the other.
       const auto column = static_cast<std::uint32_t>(1 + below(key_count - 1));
-      value room;
-      const value_view held = db_util::read_column(key_types[column], context.handle(), {number, table}, column, room);
-      ASSERT_EQ(spell(held), spell(like[column]));
+      for (const std::size_t last = std::min(number + 3, objects.size()); number <= last; ++number) {
+        const row& object = objects[number - 1];
+        value room;
+        if (object.empty()) continue;
+        ASSERT_EQ(spell(db_util::read_column(key_types[column], context.handle(), {number, table}, column, room)),
+                  spell(object[column]));
+      }
     }
   }
 }

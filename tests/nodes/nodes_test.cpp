@@ -1,7 +1,6 @@
 // The nodes that neither join nor group, over nodes and expressions that are not the library's own.
 #include <algorithm>
 #include <random>
-#include <ranges>
 
 #include "nodes/given_rows.hpp"
 #include "ov_sql_executor/values/sort_order.hpp"
@@ -158,8 +157,9 @@ TEST(OrderBy, gives_references_back_whole) {
   };
   for (const rows& list : lists) {
     const rows found = rows_of(order_by(given(list), columns({0}), {true}));
-    EXPECT_EQ(spell(found), spell(rows(list.rbegin(), list.rend())));
-    EXPECT_TRUE(std::ranges::equal(found, list | std::views::reverse, {}, second_words, second_words));
+    const rows turned(list.rbegin(), list.rend());
+    EXPECT_EQ(spell(found), spell(turned));
+    EXPECT_TRUE(std::ranges::equal(found, turned, {}, second_words, second_words));
   }
 }
 
