@@ -6,7 +6,20 @@
 namespace ovcoredb {
 namespace {
 
-enum : std::uint8_t { lowest_mark = 0x60, bytes_mark = 0x20, bytes_end_mark = 0x80, longest_chunk = 31 };
+enum : std::uint8_t {
+  lowest_mark = 0x60,
+  number_mark = 0x28,
+  bytes_mark = 0x20,
+  bytes_end_mark = 0x80,
+  key_end_mark = 0xC0,
+  longest_chunk = 31
+};
+
+std::uint64_t read_word(const std::uint8_t* bytes) {
+  std::uint64_t word;
+  std::memcpy(&word, bytes, sizeof word);
+  return __builtin_bswap64(word);
+}
 
 class key_reader {
  public:
@@ -81,13 +94,24 @@ void place_bytes(std::span<const key_part> parts, range_end& end) {
   }
 }
 
+void place_end_at(const key_component& first, bool ascending, bool behind_equal, range_end& end) {
+  const leading_order leading = leading_order_of(first, ascending);
+  end.behind_equal = behind_equal;
+  end.word = leading.word;
+  end.tagged = std::uint32_t{leading.high} << 31 | (behind_equal ? index_number_mask : 0);
+}
+
 void place_end(std::span<const key_part> parts, bool behind_equal, range_end& end) {
-  if (!end.components.empty()) {
-    return end.place_at(leading_order_of(end.components.front(), parts.front().ascending), behind_equal);
-  }
+  if (!end.components.empty()) return place_end_at(end.components.front(), parts.front().ascending, behind_equal, end);
   end.behind_equal = behind_equal;
   end.word = behind_equal ? ~std::uint64_t{0} : 0;
   end.tagged = static_cast<std::uint32_t>(end.word);
+}
+
+// The commonest key, one number, all of which is in the end's first word.
+bool is_lone_number(const std::uint8_t* key, std::span<const key_part> parts) {
+  if (parts.size() != 1 || parts.front().holds_bytes() || parts.front().type == column_type::boolean) return false;
+  return key[0] == number_mark && key[1 + sizeof(std::uint64_t)] == key_end_mark;
 }
 
 key_component read_column(const column& from, std::uint64_t row) {
@@ -116,12 +140,12 @@ key_component read_component(const key_part& part, std::uint64_t number, const o
   return bytes_component(std::span(place.in->encoded_set_specifier).subspan(1));
 }
 
-bool takes_number_keys(std::span<const key_part> parts) {
-  return parts.size() == 1 && !parts.front().holds_bytes() && parts.front().type != column_type::boolean;
-}
-
 bool read_key(const std::uint8_t* key, std::span<const key_part> parts, bool behind_equal, range_end& end) {
   end.components.clear();
+  if (is_lone_number(key, parts)) {
+    place_end_at(number_component(read_word(key + 1)), parts.front().ascending, behind_equal, end);
+    return true;
+  }
   end.bytes.clear();
   key_reader reader(key, end);
   for (const key_part& part : parts) {

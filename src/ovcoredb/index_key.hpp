@@ -4,7 +4,6 @@
 #define OVCOREDB_INDEX_KEY_HPP_
 
 #include <cstdint>
-#include <cstring>
 #include <span>
 #include <vector>
 
@@ -52,27 +51,7 @@ struct range_end {
   // The end as an entry would lie there (see index_entry), as far as its first component tells.
   std::uint64_t word = 0;
   std::uint32_t tagged = 0;
-
-  void place_at(leading_order leading, bool behind) {
-    behind_equal = behind;
-    word = leading.word;
-    tagged = std::uint32_t{leading.high} << 31 | (behind ? index_number_mask : 0);
-  }
 };
-
-// The commonest key: that of an index of one column of numbers, one number. All of it is in the first word of an end.
-bool takes_number_keys(std::span<const key_part> parts);
-inline constexpr std::uint8_t number_mark = 0x28;
-inline constexpr std::uint8_t key_end_mark = 0xC0;
-inline std::uint64_t read_word(const std::uint8_t* bytes) {
-  std::uint64_t word;
-  std::memcpy(&word, bytes, sizeof word);
-  return __builtin_bswap64(word);
-}
-inline bool is_number_key(const std::uint8_t* key) {
-  return key[0] == number_mark && key[1 + sizeof(std::uint64_t)] == key_end_mark;
-}
-inline std::uint64_t number_of_key(const std::uint8_t* key) { return read_word(key + 1); }
 
 // Replaces the end by that of `key`. False when the key is not well formed or does not fit the parts.
 // Reads nothing behind the key's terminator or its first malformed byte.

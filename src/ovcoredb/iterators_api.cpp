@@ -65,21 +65,13 @@ void look_from(iterator_state& iterator, position at) {
   }
 }
 
-bool read_end(const ordered_index& index, const std::uint8_t* key, bool behind_equal, range_end& end) {
-  if (index.has_number_key() && is_number_key(key)) {
-    end.place_at(leading_order_of(number_component(number_of_key(key)), index.parts().front().ascending), behind_equal);
-    return true;
-  }
-  return read_key(key, index.parts(), behind_equal, end);
-}
-
 std::uint32_t start(context_state& reader, iterator_state& iterator, const ordered_index& index, std::uint32_t flags,
                     const std::uint8_t* first_key, const std::uint8_t* last_key) {
   const bool descending = (flags & ORV_ITERATOR_DESCENDING) != 0;
   const bool from_behind = ((flags & ORV_ITERATOR_FIRST_INCLUSIVE) != 0) == descending;
   const bool to_behind = ((flags & ORV_ITERATOR_LAST_INCLUSIVE) != 0) != descending;
-  if (!read_end(index, first_key, from_behind, reader.first)) return ORV_BAD_KEY;
-  if (!read_end(index, last_key, to_behind, iterator.last)) return ORV_BAD_KEY;
+  if (!read_key(first_key, index.parts(), from_behind, reader.first)) return ORV_BAD_KEY;
+  if (!read_key(last_key, index.parts(), to_behind, iterator.last)) return ORV_BAD_KEY;
   iterator.step = descending ? ~std::uint32_t{0} : 1;
   iterator.index = &index;
   iterator.stop = descending ? index.begin() : index.end();

@@ -12,7 +12,6 @@ ordered_index::ordered_index(const object_store& objects, std::uint64_t handle, 
       unique_(unique),
       first_rest_(parts_.front().holds_bytes() ? 0 : 1),
       leading_is_key_(first_rest_ == parts_.size()),
-      has_number_key_(takes_number_keys(parts_)),
       entries_(entry_order{this}) {}
 
 void ordered_index::insert(std::uint64_t number) {

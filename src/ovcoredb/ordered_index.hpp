@@ -49,7 +49,6 @@ class ordered_index {
 
   std::uint64_t handle() const { return handle_; }
   const std::vector<key_part>& parts() const { return parts_; }
-  bool has_number_key() const { return has_number_key_; }  // see takes_number_keys
 
   void insert(std::uint64_t number);  // throws unique_violation
   void erase(std::uint64_t number);   // while the object's columns can still be read
@@ -118,7 +117,6 @@ class ordered_index {
   bool unique_;
   std::size_t first_rest_;  // the first part that equal beginnings leave open
   bool leading_is_key_;     // none is left open
-  bool has_number_key_;
   entries entries_;
 };
 

@@ -42,7 +42,6 @@ class packed_values {
                               boost::container::deque_options_t<boost::container::block_size<std::size_t{1024}>>>;
 
   void push(std::uint8_t kind, std::uint64_t word);
-
   bool push_text(const db_string::tt_string& text);
 
   const bool packs_texts_;
@@ -51,7 +50,7 @@ class packed_values {
   large_vector<std::uint8_t> kinds_;  // alternatives, or that of no value for what lies among the others
   std::uint64_t second_word_ = 0;     // of the references; another one lies among the others
   bool has_references_ = false;
-  large_vector<std::uint8_t> bytes_;
+  large_vector<std::uint8_t> bytes_;  // of packed texts
   blocks others_;
 };
 

@@ -55,25 +55,15 @@ class key_ends {
       apply_condition(interval, column.type, condition, context_, kept_);
       return append(column, interval);
     }
-    if (column.type == type_code::int64 && condition.bound.is_int64_property()) {
-      std::int64_t number = 0;
-      if (condition.bound.read_int64(context_, number)) return append_number(db_util::key_number(number));
-      return append_evaluated(column, condition, operator_library::NullValue{});
-    }
     value room;
     const value_view bound = condition.bound.hold(context_, room);
-    if (const auto key = exact_key(column.type, bound)) return append_number(*key);
-    append_evaluated(column, condition, bound);
-  }
-
-  void append_number(std::uint64_t number) {
-    keys_.first.append_number(number);
-    keys_.last.append_number(number);
-    first_inclusive_ = true;
-    last_inclusive_ = true;
-  }
-
-  void append_evaluated(const key_column& column, const key_condition& condition, const value_view& bound) {
+    if (const auto key = exact_key(column.type, bound)) {
+      keys_.first.append_number(*key);
+      keys_.last.append_number(*key);
+      first_inclusive_ = true;
+      last_inclusive_ = true;
+      return;
+    }
     key_interval interval(column.type, context_, kept_);
     apply_evaluated(interval, column.type, condition, bound, context_, kept_);
     append(column, interval);
