@@ -94,6 +94,8 @@ std::uint32_t hand_out(iterator_state& iterator, std::uint64_t number, ORV_REFER
   return ORV_OK;
 }
 
+std::uint32_t step(iterator_state& iterator, ORV_REFERENCE_VALUE& reference);
+
 // Both are out of line, which keeps the common step short.
 [[gnu::noinline]] std::uint32_t step_to_other_run(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
   const std::uint64_t number = iterator.entries[iterator.at].number();
@@ -110,7 +112,14 @@ std::uint32_t hand_out(iterator_state& iterator, std::uint64_t number, ORV_REFER
     iterator.knows_end = true;
   }
   look_from(iterator, at);
-  return iterator.at == iterator.limit ? std::uint32_t{ORV_OK} : orv_iterator_next(iterator.handle, &reference);
+  return iterator.at == iterator.limit ? std::uint32_t{ORV_OK} : step(iterator, reference);
+}
+
+std::uint32_t step(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
+  if (iterator.at == iterator.limit) return step_further(iterator, reference);
+  const std::uint64_t number = iterator.entries[iterator.at].number();
+  if (number - iterator.run.first >= iterator.run.count) return step_to_other_run(iterator, reference);
+  return hand_out(iterator, number, reference);
 }
 
 }  // namespace
@@ -143,10 +152,7 @@ uint32_t orv_iterator_next(uint64_t iterator, ORV_REFERENCE_VALUE* reference) {
   if (reference == nullptr) return ORV_BAD_ARGUMENT;
   iterator_state* const found = find_iterator(iterator);
   if (found == nullptr) return ORV_BAD_ITERATOR;
-  if (found->at == found->limit) return step_further(*found, *reference);
-  const std::uint64_t number = found->entries[found->at].number();
-  if (number - found->run.first >= found->run.count) return step_to_other_run(*found, *reference);
-  return hand_out(*found, number, *reference);
+  return step(*found, *reference);
 }
 
 uint32_t orv_iterator_free(uint64_t iterator) {
