@@ -1,8 +1,7 @@
 #include "ov_sql_executor/execution/aggregate.hpp"
 
+#include <algorithm>
 #include <compare>
-#include <concepts>
-#include <memory>
 #include <new>
 #include <type_traits>
 
@@ -21,130 +20,126 @@ namespace {
 using operator_library::NullValue;
 using operators::operand;
 
-bool is_null(const value_view& view) { return std::holds_alternative<NullValue>(view); }
-
 bool is_number(const value_view& view) {
-  return std::visit([]<class T>(const T&) { return numeric_alternative<T>; }, view);
+  return visit_view([]<class T>(const T&) { return numeric_alternative<T>; }, view);
 }
 
-template <class View>
-constexpr bool is_borrowing =
-    std::same_as<View, text_view> || std::same_as<View, binary_view> || std::same_as<View, std::u16string_view>;
-
-// Integer columns, the commonest arguments, and integers take the short way; the rest of the way is the same.
-value_view look_at(const operand& argument, execution_context& context, value& room) {
-  if (!argument.is_int64_property()) return argument.lend(context, room);
-  std::int64_t number = 0;
-  if (argument.read_int64(context, number)) return number;
-  return NullValue{};
+// Hands over the argument's value unless it is NULL: integers, the commonest, as they are, others as views.
+template <class Take>
+void take_value(const operand& argument, execution_context& context, Take take) {
+  if (argument.is_int64_property()) {
+    std::int64_t number = 0;
+    if (argument.read_int64(context, number)) take(number);
+    return;
+  }
+  value room;
+  const value_view seen = argument.lend(context, room);
+  if (const auto* const number = std::get_if<std::int64_t>(&seen)) return take(*number);
+  if (!std::holds_alternative<NullValue>(seen)) take(seen);
 }
 
-std::strong_ordering order_of(const value_view& left, const value_view& right) {
-  const auto* const a = std::get_if<std::int64_t>(&left);
-  const auto* const b = std::get_if<std::int64_t>(&right);
-  return a != nullptr && b != nullptr ? *a <=> *b : sort_order(left, right);
+// Promoted with itself, so that the total of one value has the type that the total of several would have.
+void add_to(kept_value& total, const value_view& seen, state_memory& memory) {
+  const value_view promoted = promote_pair(seen, seen).right;
+  if (!is_number(promoted)) throw db_util::db_exception{db_util::type_error};
+  total.become(total.is_null() ? promoted : add_values(total.view(), promoted), memory.values);
 }
 
-// Looks at the distinct keys of an aggregate, which most groups have none of before their first row.
-row_set& made(std::unique_ptr<row_set>& rows, std::size_t width) {
-  if (!rows) rows = std::make_unique<row_set>(width);
-  return *rows;
+void add_to(kept_value& total, std::int64_t number, state_memory& memory) {
+  if (total.is_null()) return total.become(number);
+  std::int64_t* const integer = total.integer();
+  if (integer == nullptr) return add_to(total, value_view(number), memory);
+  *integer = checked_add(*integer, number);
 }
 
-std::uint64_t size_of(const std::unique_ptr<row_set>& rows) { return rows ? rows->size() : 0; }
+enum class end : bool { least, greatest };
+
+void keep_extreme(end wanted, kept_value& kept, const value_view& seen, state_memory& memory) {
+  if (!kept.is_null()) {
+    const std::strong_ordering order = sort_order(seen, kept.view());
+    if (wanted == end::greatest ? order <= 0 : order >= 0) return;
+  }
+  kept.become(seen, memory.values);
+}
+
+void keep_extreme(end wanted, kept_value& kept, std::int64_t number, state_memory& memory) {
+  if (kept.is_null()) return kept.become(number);
+  std::int64_t* const integer = kept.integer();
+  if (integer == nullptr) return keep_extreme(wanted, kept, value_view(number), memory);
+  *integer = wanted == end::greatest ? std::max(*integer, number) : std::min(*integer, number);
+}
+
+double to_number(std::int64_t number) { return static_cast<double>(number); }
+double to_number(const value_view& seen) { return std::get<double>(convert_to<double>(seen)); }
+
+Decimal to_decimal(std::int64_t number) { return decimal_of(number); }
+Decimal to_decimal(const value_view& seen) { return std::get<Decimal>(convert_to<Decimal>(seen)); }
 
 }  // namespace
 
 namespace aggregates {
 
-void sum::add_row(state& kept, execution_context& context) const {
-  value room;
-  const value_view seen = look_at(argument, context, room);
-  if (is_null(seen)) return;
-  auto* const total = std::get_if<std::int64_t>(&kept.total);
-  const auto* const number = std::get_if<std::int64_t>(&seen);
-  if (total != nullptr && number != nullptr) {
-    *total = checked_add(*total, *number);
-    return;
-  }
-  // Promoted with itself, so that the total of one value has the type that the total of several would have.
-  const value_view promoted = promote_pair(seen, seen).right;
-  if (!is_number(promoted)) throw db_util::db_exception{db_util::type_error};
-  kept.total = is_null(kept.total) ? promoted : add_values(kept.total, promoted);
+void sum::add_row(state& kept, execution_context& context, state_memory& memory) const {
+  take_value(argument, context, [&](const auto& seen) { add_to(kept.total, seen, memory); });
 }
 
-void count_values::add_row(state& kept, execution_context& context) const {
-  value room;
-  if (!is_null(look_at(argument, context, room))) ++kept.count;
+void count_values::add_row(state& kept, execution_context& context, state_memory& /*memory*/) const {
+  take_value(argument, context, [&](const auto& /*seen*/) { ++kept.count; });
 }
 
-void extreme_value::become(const value_view& other) {
-  const bool is_borrowed = std::visit([]<class View>(const View&) { return is_borrowing<View>; }, other);
-  if (!is_borrowed) {
-    view = other;
-    return;
-  }
-  if (!memory) memory = std::make_unique<value>();
-  *memory = to_value(other);
-  view = view_of(*memory);
+void maximum::add_row(state& kept, execution_context& context, state_memory& memory) const {
+  take_value(argument, context, [&](const auto& seen) { keep_extreme(end::greatest, kept.extreme, seen, memory); });
 }
 
-// NULL is below every value, so that it never replaces one.
-void maximum::add_row(state& kept, execution_context& context) const {
-  value room;
-  const value_view seen = look_at(argument, context, room);
-  if (order_of(seen, kept.extreme.view) > 0) kept.extreme.become(seen);
+void minimum::add_row(state& kept, execution_context& context, state_memory& memory) const {
+  take_value(argument, context, [&](const auto& seen) { keep_extreme(end::least, kept.extreme, seen, memory); });
 }
 
-void minimum::add_row(state& kept, execution_context& context) const {
-  value room;
-  const value_view seen = look_at(argument, context, room);
-  if (is_null(seen)) return;
-  if (is_null(kept.extreme.view) || order_of(seen, kept.extreme.view) < 0) kept.extreme.become(seen);
+// The first value is taken, not added to zero: a lone -0.0 stays what it is.
+void average_as_double::add_row(state& kept, execution_context& context, state_memory& /*memory*/) const {
+  take_value(argument, context, [&](const auto& seen) {
+    const double number = to_number(seen);
+    kept.total = kept.count == 0 ? number : kept.total + number;
+    ++kept.count;
+  });
 }
 
-void average_as_double::add_row(state& kept, execution_context& context) const {
-  value room;
-  const value_view converted = convert_to<double>(look_at(argument, context, room));
-  if (is_null(converted)) return;
-  const double number = std::get<double>(converted);
-  // The first value is taken, not added to zero: a lone -0.0 stays what it is.
-  kept.total = kept.count == 0 ? number : kept.total + number;
-  ++kept.count;
-}
-
-value average_as_double::result(const state& kept) const {
+value_view average_as_double::result(const state& kept) const {
   if (kept.count == 0) return NullValue{};
   return kept.total / static_cast<double>(kept.count);
 }
 
-void average_as_decimal::add_row(state& kept, execution_context& context) const {
-  value room;
-  const value_view converted = convert_to<operator_library::Decimal>(look_at(argument, context, room));
-  if (is_null(converted)) return;
-  kept.total.raw = checked_add(kept.total.raw, std::get<operator_library::Decimal>(converted).raw);
-  ++kept.count;
+void average_as_decimal::add_row(state& kept, execution_context& context, state_memory& /*memory*/) const {
+  take_value(argument, context, [&](const auto& seen) {
+    kept.total.raw = checked_add(kept.total.raw, to_decimal(seen).raw);
+    ++kept.count;
+  });
 }
 
-value average_as_decimal::result(const state& kept) const {
+value_view average_as_decimal::result(const state& kept) const {
   if (kept.count == 0) return NullValue{};
   return divide(kept.total, decimal_of(kept.count));
 }
 
-void count_distinct_rows::add_row(state& kept, execution_context& context) const {
-  if (!kept.views) kept.views = std::make_unique<operators::operand_views>(arguments.size());
-  made(kept.rows, arguments.size()).find_or_insert(kept.views->evaluate(arguments, context));
+void count_distinct_rows::add_row(state& kept, execution_context& context, state_memory& memory) const {
+  if (kept.seen == nullptr) kept.seen = &memory.row_sets.emplace_front(arguments.size());
+  kept.seen->rows.find_or_insert(kept.seen->views.evaluate(arguments, context));
 }
 
-value count_distinct_rows::result(const state& kept) const { return size_of(kept.rows); }
+value_view count_distinct_rows::result(const state& kept) const {
+  return std::uint64_t{kept.seen != nullptr ? kept.seen->rows.size() : 0};
+}
 
-void count_distinct_values::add_row(state& kept, execution_context& context) const {
+void count_distinct_values::add_row(state& kept, execution_context& context, state_memory& memory) const {
   value room;
   const value_view seen = argument.lend(context, room);
-  made(kept.values, 1).find_or_insert({&seen, 1});
+  if (kept.seen == nullptr) kept.seen = &memory.value_sets.emplace_front(1);
+  kept.seen->find_or_insert({&seen, 1});
 }
 
-value count_distinct_values::result(const state& kept) const { return size_of(kept.values); }
+value_view count_distinct_values::result(const state& kept) const {
+  return std::uint64_t{kept.seen != nullptr ? kept.seen->size() : 0};
+}
 
 }  // namespace aggregates
 
@@ -163,32 +158,23 @@ std::size_t state_size(const aggregate_entry& aggregate) {
   return std::visit(
       []<class Kind>(const Kind&) {
         using state = typename Kind::state;
+        static_assert(std::is_trivially_copyable_v<state>);
         static_assert(alignof(state) == alignof(std::uint64_t));  // so that states fit side by side
         return sizeof(state);
       },
       aggregate);
 }
 
-bool is_state_trivial(const aggregate_entry& aggregate) {
-  return std::visit([]<class Kind>(const Kind&) { return std::is_trivially_destructible_v<typename Kind::state>; },
-                    aggregate);
-}
-
 void construct_state(const aggregate_entry& aggregate, void* state) noexcept {
   std::visit([state]<class Kind>(const Kind&) { new (state) typename Kind::state{}; }, aggregate);
 }
 
-void destroy_state(const aggregate_entry& aggregate, void* state) noexcept {
-  std::visit([state]<class Kind>(const Kind&) { std::destroy_at(&state_at<Kind>(state)); }, aggregate);
+void add_row(const aggregate_entry& aggregate, void* state, execution_context& context, state_memory& memory) {
+  std::visit([&]<class Kind>(const Kind& kind) { kind.add_row(state_at<Kind>(state), context, memory); }, aggregate);
 }
 
-void add_row(const aggregate_entry& aggregate, void* state, execution_context& context) {
-  std::visit([&]<class Kind>(const Kind& kind) { kind.add_row(state_at<Kind>(state), context); }, aggregate);
-}
-
-value finish(const aggregate_entry& aggregate, const void* state) {
-  return std::visit([state]<class Kind>(const Kind& kind) -> value { return kind.result(state_at<Kind>(state)); },
-                    aggregate);
+value_view finish(const aggregate_entry& aggregate, const void* state) {
+  return std::visit([state]<class Kind>(const Kind& kind) { return kind.result(state_at<Kind>(state)); }, aggregate);
 }
 
 }  // namespace ov::sql_executor

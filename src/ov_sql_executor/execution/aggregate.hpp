@@ -4,16 +4,31 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <forward_list>
 #include <variant>
 #include <vector>
 
+#include "ov_sql_executor/execution/kept_value.hpp"
 #include "ov_sql_executor/execution/row_set.hpp"
 #include "ov_sql_executor/expressions/operand.hpp"
 #include "ov_sql_executor/expressions/operand_views.hpp"
 #include "ov_sql_executor/values/value.hpp"
 
 namespace ov::sql_executor {
+
+struct distinct_rows {
+  explicit distinct_rows(std::size_t width) : rows(width), views(width) {}
+
+  row_set rows;
+  operators::operand_views views;
+};
+
+// What the states of groups point to. It goes when all of them go, so that they are plain memory.
+struct state_memory {
+  std::forward_list<value> values;
+  std::forward_list<row_set> value_sets;
+  std::forward_list<distinct_rows> row_sets;
+};
 
 namespace aggregates {
 
@@ -23,11 +38,11 @@ using operators::operand;
 // for a second bool, since bools do not add.
 struct sum {
   struct state {
-    value_view total = operator_library::NullValue{};
+    kept_value total;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context) const;
-  value result(const state& kept) const { return to_value(kept.total); }
+  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  value_view result(const state& kept) const { return kept.total.view(); }
 };
 
 // How many values are not NULL.
@@ -36,43 +51,35 @@ struct count_values {
     std::int64_t count = 0;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context) const;
-  value result(const state& kept) const { return kept.count; }
+  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  value_view result(const state& kept) const { return kept.count; }
 };
 
 struct count_rows {
   struct state {
     std::int64_t count = 0;
   };
-  void add_row(state& kept, execution_context& /*context*/) const { ++kept.count; }
-  value result(const state& kept) const { return kept.count; }
-};
-
-// A value that can be exchanged for another one: a view, and memory for what it cannot hold itself.
-struct extreme_value {
-  value_view view = operator_library::NullValue{};
-  std::unique_ptr<value> memory;
-
-  void become(const value_view& other);
+  void add_row(state& kept, execution_context& /*context*/, state_memory& /*memory*/) const { ++kept.count; }
+  value_view result(const state& kept) const { return kept.count; }
 };
 
 // The greatest and the least value in sort order; NULL when there is none but NULL. Throw what sort_order throws.
 struct maximum {
   struct state {
-    extreme_value extreme;
+    kept_value extreme;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context) const;
-  value result(const state& kept) const { return to_value(kept.extreme.view); }
+  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  value_view result(const state& kept) const { return kept.extreme.view(); }
 };
 
 struct minimum {
   struct state {
-    extreme_value extreme;
+    kept_value extreme;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context) const;
-  value result(const state& kept) const { return to_value(kept.extreme.view); }
+  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  value_view result(const state& kept) const { return kept.extreme.view(); }
 };
 
 // Of the values that are not NULL, converted; NULL without any.
@@ -82,8 +89,8 @@ struct average_as_double {
     std::int64_t count = 0;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context) const;
-  value result(const state& kept) const;
+  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  value_view result(const state& kept) const;
 };
 
 // Throws db_exception out_of_range when the sum of the raw values leaves 64 bits or, at the end, the range of Decimal.
@@ -93,28 +100,27 @@ struct average_as_decimal {
     std::int64_t count = 0;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context) const;
-  value result(const state& kept) const;
+  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  value_view result(const state& kept) const;
 };
 
 // How many different rows the arguments make, by group-key equality; NULL counts like a value.
 struct count_distinct_rows {
   struct state {
-    std::unique_ptr<row_set> rows;  // made for the first row
-    std::unique_ptr<operators::operand_views> views;
+    distinct_rows* seen = nullptr;  // made for the first row
   };
   std::vector<operand> arguments;
-  void add_row(state& kept, execution_context& context) const;
-  value result(const state& kept) const;
+  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  value_view result(const state& kept) const;
 };
 
 struct count_distinct_values {
   struct state {
-    std::unique_ptr<row_set> values;  // made for the first row
+    row_set* seen = nullptr;  // made for the first row
   };
   operand argument;
-  void add_row(state& kept, execution_context& context) const;
-  value result(const state& kept) const;
+  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  value_view result(const state& kept) const;
 };
 
 }  // namespace aggregates
@@ -125,17 +131,16 @@ using aggregate_entry =
                  aggregates::minimum, aggregates::average_as_double, aggregates::average_as_decimal,
                  aggregates::count_distinct_rows, aggregates::count_distinct_values>;
 
-// What each aggregate keeps of one group lies in memory of the caller's: `state` is the address of a Kind::state, where
-// Kind is the entry's alternative.
+// What each aggregate keeps of one group lies in memory of the caller's, in plain bytes: `state` is the address of a
+// Kind::state, where Kind is the entry's alternative.
 std::size_t state_size(const aggregate_entry& aggregate);
-bool is_state_trivial(const aggregate_entry& aggregate);  // which need not be destroyed
 void construct_state(const aggregate_entry& aggregate, void* state) noexcept;
-void destroy_state(const aggregate_entry& aggregate, void* state) noexcept;
 
 // Takes in the row on top of the row stack.
-void add_row(const aggregate_entry& aggregate, void* state, execution_context& context);
+void add_row(const aggregate_entry& aggregate, void* state, execution_context& context, state_memory& memory);
 
-value finish(const aggregate_entry& aggregate, const void* state);
+// Good as long as the state and its memory are not touched.
+value_view finish(const aggregate_entry& aggregate, const void* state);
 
 }  // namespace ov::sql_executor
 

@@ -53,7 +53,8 @@ class aggregator_enumerator final : public row_source {
     if (!filled_) fill(context);
     if (cursor_ == groups_.size()) return false;
     accumulators_.push_results(cursor_, context);
-    for (const value_view& key : groups_.row_at(cursor_++)) append_value(context.row_stack, key);
+    for (std::size_t i = 0; i < group_keys_.size(); ++i) append_value(context.row_stack, groups_.value_at(cursor_, i));
+    ++cursor_;
     return true;
   }
 

@@ -1,5 +1,6 @@
 #include "ov_sql_executor/execution/group_accumulators.hpp"
 
+#include <algorithm>
 #include <bit>
 #include <utility>
 
@@ -15,45 +16,35 @@ constexpr std::size_t first_block = std::size_t{1} << first_block_bits;
 group_accumulators::group_accumulators(const std::vector<aggregate_entry>& aggregates) : aggregates_(aggregates) {
   offsets_.reserve(aggregates_.size());
   for (const aggregate_entry& aggregate : aggregates_) {
-    offsets_.push_back(group_size_);
-    group_size_ += state_size(aggregate);
-    are_trivial_ = are_trivial_ && is_state_trivial(aggregate);
+    offsets_.push_back(new_group_.size());
+    new_group_.resize(new_group_.size() + state_size(aggregate));
   }
-}
-
-group_accumulators::~group_accumulators() {
-  for (std::size_t group = 0; !are_trivial_ && group < count_; ++group) {
-    std::byte* const first = first_state(group);
-    for (std::size_t i = 0; i < offsets_.size(); ++i) destroy_state(aggregates_[i], first + offsets_[i]);
-  }
+  for (std::size_t i = 0; i < offsets_.size(); ++i) construct_state(aggregates_[i], new_group_.data() + offsets_[i]);
 }
 
 void group_accumulators::add_group() {
   const std::size_t block = find(count_).block;
-  if (block == blocks_.size()) {
-    blocks_.emplace_back((first_block << block) * group_size_);
-  }
-  std::byte* const first = first_state(count_++);
-  for (std::size_t i = 0; i < offsets_.size(); ++i) construct_state(aggregates_[i], first + offsets_[i]);
+  if (block == blocks_.size()) blocks_.emplace_back((first_block << block) * new_group_.size());
+  std::copy(new_group_.begin(), new_group_.end(), first_state(count_++));
 }
 
 void group_accumulators::add_row(std::size_t group, execution_context& context) {
   std::byte* const first = first_state(group);
   for (std::size_t i = 0; i < offsets_.size(); ++i) {
-    sql_executor::add_row(aggregates_[i], first + offsets_[i], context);
+    sql_executor::add_row(aggregates_[i], first + offsets_[i], context, memory_);
   }
 }
 
 void group_accumulators::push_results(std::size_t group, execution_context& context) const {
   const std::byte* const first = first_state(group);
   for (std::size_t i = 0; i < offsets_.size(); ++i) {
-    context.row_stack.push_back(finish(aggregates_[i], first + offsets_[i]));
+    append_value(context.row_stack, finish(aggregates_[i], first + offsets_[i]));
   }
 }
 
 const std::byte* group_accumulators::first_state(std::size_t group) const {
   const place at = find(group);
-  return blocks_[at.block].data() + at.group * group_size_;
+  return blocks_[at.block].data() + at.group * new_group_.size();
 }
 
 std::byte* group_accumulators::first_state(std::size_t group) {

@@ -18,7 +18,6 @@ class group_accumulators {
   explicit group_accumulators(const std::vector<aggregate_entry>& aggregates);
   group_accumulators(const group_accumulators&) = delete;
   group_accumulators& operator=(const group_accumulators&) = delete;
-  ~group_accumulators();
 
   // The next group, which has seen no row.
   void add_group();
@@ -40,10 +39,10 @@ class group_accumulators {
 
   const std::vector<aggregate_entry>& aggregates_;
   std::vector<std::size_t> offsets_;  // of each aggregate's state within its group
-  std::size_t group_size_ = 0;        // bytes
-  bool are_trivial_ = true;           // the states need not be destroyed
+  std::vector<std::byte> new_group_;  // the states of a group that has seen no row
   std::size_t count_ = 0;
   std::vector<large_vector<std::byte>> blocks_;
+  state_memory memory_;
 };
 
 }  // namespace ov::sql_executor

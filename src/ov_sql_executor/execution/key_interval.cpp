@@ -85,7 +85,7 @@ void apply_number(key_interval& interval, key_operation op, const number_bracket
 
 template <class T>
 void apply_to_number_column(key_interval& interval, key_operation op, const value_view& bound) {
-  std::visit(
+  visit_view(
       [&]<class Bound>(const Bound& number) {
         if constexpr (numeric_alternative<Bound>) {
           apply_number(interval, op, bracket_number<T>(number));

@@ -2,12 +2,11 @@
 
 #include <boost/mp11/algorithm.hpp>
 #include <concepts>
-#include <cstring>
-#include <type_traits>
 #include <utility>
 #include <variant>
 
 #include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/values/value_word.hpp"
 
 namespace ov::sql_executor {
 
@@ -16,24 +15,7 @@ namespace {
 constexpr std::uint8_t apart = std::variant_size_v<value>;
 
 template <class T>
-concept fits_word = std::is_trivially_copyable_v<T> && sizeof(T) <= sizeof(std::uint64_t);
-
-template <class T>
 constexpr std::uint8_t kind_of = static_cast<std::uint8_t>(boost::mp11::mp_find<value, T>::value);
-
-template <class T>
-T from_word(std::uint64_t word) {
-  T held{};
-  if constexpr (!std::is_empty_v<T>) std::memcpy(static_cast<void*>(&held), &word, sizeof held);
-  return held;
-}
-
-template <class T>
-std::uint64_t to_word(const T& held) {
-  std::uint64_t word = 0;
-  if constexpr (!std::is_empty_v<T>) std::memcpy(&word, &held, sizeof held);
-  return word;
-}
 
 // Where a text lies: its first byte's position in the upper bits, its length in the lower ones.
 constexpr unsigned length_bits = 24;

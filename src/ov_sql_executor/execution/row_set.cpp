@@ -7,14 +7,18 @@
 #include <stdexcept>
 #include <utility>
 #include <variant>
-
-#include "ov_sql_executor/values/group_key.hpp"
+#include <vector>
 
 namespace ov::sql_executor {
 
 namespace {
 
 constexpr std::size_t most_without_index = 8;
+
+constexpr std::uint8_t no_tag = 0;
+
+// From the bits of a hash that say least about its position.
+std::uint8_t tag_of(std::uint32_t hash) { return static_cast<std::uint8_t>(hash | 0x80); }
 
 // A NaN equals nothing, so a row with one is distinct from every other and is never looked for.
 bool has_nan(std::span<const value_view> key) {
@@ -28,7 +32,7 @@ bool has_nan(std::span<const value_view> key) {
 }  // namespace
 
 row_set::place row_set::find_or_insert(std::span<const value_view> key) {
-  if (slots_.empty()) {
+  if (tags_.empty()) {
     for (std::size_t index = 0; index < size_; ++index) {
       if (equals(index, key)) return {index, false};
     }
@@ -37,55 +41,63 @@ row_set::place row_set::find_or_insert(std::span<const value_view> key) {
   }
   const auto hash = static_cast<std::uint32_t>(hash_(key));
   if (has_nan(key)) return {append(key), true};
-  if (slots_.size() <= 2 * size_) grow();
-  std::size_t at = std::size_t{hash} >> shift_;
-  for (; slots_[at].entry != 0; at = (at + 1) & (slots_.size() - 1)) {
-    const std::size_t index = slots_[at].entry - 1;
-    if (slots_[at].hash == hash && equals(index, key)) return {index, false};
+  if (tags_.size() <= 2 * size_) grow();
+  std::size_t at = first_position(hash);
+  for (; tags_[at] != no_tag; at = next_position(at)) {
+    if (tags_[at] != tag_of(hash) || slots_[at].hash != hash) continue;
+    const std::size_t index = slots_[at].index;
+    if (equals(index, key)) return {index, false};
   }
   const std::size_t index = append(key);
-  slots_[at] = {hash, static_cast<std::uint32_t>(index + 1)};
+  enter(at, {hash, static_cast<std::uint32_t>(index)});
   return {index, true};
 }
 
-// Integers, the commonest keys, are compared without asking for the alternative twice.
 bool row_set::equals(std::size_t index, std::span<const value_view> key) const {
-  const std::span<const value_view> kept = row_at(index);
-  return std::equal(kept.begin(), kept.end(), key.begin(), [](const value_view& held, const value_view& view) {
-    const auto* left = std::get_if<std::int64_t>(&held);
-    const auto* right = std::get_if<std::int64_t>(&view);
-    return left != nullptr && right != nullptr ? *left == *right : key_equal(held, view);
-  });
+  for (std::size_t column = 0; column < width_; ++column) {
+    if (!keys_.equals(index * width_ + column, key[column])) return false;
+  }
+  return true;
 }
 
 std::size_t row_set::append(std::span<const value_view> key) {
   if (size_ == std::numeric_limits<std::uint32_t>::max()) throw std::length_error("unordered_map/set too long");
-  if (keys_.empty()) keys_.reserve(2 * width_);
-  for (const value_view& each : key) keeper_.append_to(keys_, each);
+  for (const value_view& each : key) keys_.push_back(each);
   return size_++;
 }
 
 void row_set::index_rows() {
   grow();
+  std::vector<value_view> kept(width_);
   for (std::uint32_t index = 0; index < size_; ++index) {
-    if (!has_nan(row_at(index))) enter({static_cast<std::uint32_t>(hash_(row_at(index))), index + 1});
+    for (std::size_t column = 0; column < width_; ++column) kept[column] = value_at(index, column);
+    if (has_nan(kept)) continue;
+    const auto hash = static_cast<std::uint32_t>(hash_(kept));
+    enter(free_position(hash), {hash, index});
   }
 }
 
 void row_set::grow() {
   constexpr std::size_t smallest = 4 * most_without_index;
-  const large_vector<slot> old = std::exchange(slots_, large_vector<slot>(std::max(smallest, 2 * slots_.size())));
-  shift_ = 32 - std::min(32U, static_cast<unsigned>(std::bit_width(slots_.size() - 1)));
-  for (const slot& each : old) {
-    if (each.entry != 0) enter(each);
+  const std::size_t size = std::max(smallest, 2 * tags_.size());
+  large_vector<slot> slots(size);
+  const large_vector<std::uint8_t> old_tags = std::exchange(tags_, large_vector<std::uint8_t>(size, no_tag));
+  slots_.swap(slots);
+  shift_ = 32 - std::min(32U, static_cast<unsigned>(std::bit_width(size - 1)));
+  for (std::size_t position = 0; position < old_tags.size(); ++position) {
+    if (old_tags[position] != no_tag) enter(free_position(slots[position].hash), slots[position]);
   }
 }
 
-// In the first place that is free. The row is in none.
-void row_set::enter(slot entered) {
-  std::size_t at = std::size_t{entered.hash} >> shift_;
-  while (slots_[at].entry != 0) at = (at + 1) & (slots_.size() - 1);
-  slots_[at] = entered;
+std::size_t row_set::free_position(std::uint32_t hash) const {
+  std::size_t position = first_position(hash);
+  while (tags_[position] != no_tag) position = next_position(position);
+  return position;
+}
+
+void row_set::enter(std::size_t position, slot entered) {
+  tags_[position] = tag_of(entered.hash);
+  slots_[position] = entered;
 }
 
 }  // namespace ov::sql_executor

@@ -7,8 +7,8 @@
 
 #include "ov_sql_executor/values/keyed_hash.hpp"
 #include "ov_sql_executor/values/large_memory.hpp"
+#include "ov_sql_executor/values/packed_views.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
-#include "ov_sql_executor/values/view_keeper.hpp"
 
 namespace ov::sql_executor {
 
@@ -27,28 +27,34 @@ class row_set {
 
   std::size_t size() const { return size_; }
 
-  // Good until the next insertion.
-  std::span<const value_view> row_at(std::size_t index) const { return {keys_.data() + index * width_, width_}; }
+  // A value of one of the rows, good as long as the set lives.
+  value_view value_at(std::size_t index, std::size_t column) const { return keys_[index * width_ + column]; }
 
  private:
   struct slot {
-    std::uint32_t hash = 0;
-    std::uint32_t entry = 0;  // index of a row plus one, or 0
+    std::uint32_t hash;
+    std::uint32_t index;  // of a row
   };
 
   bool equals(std::size_t index, std::span<const value_view> key) const;
   std::size_t append(std::span<const value_view> key);
   void index_rows();
   void grow();
-  void enter(slot entered);
+  std::size_t first_position(std::uint32_t hash) const { return std::size_t{hash} >> shift_; }
+  std::size_t next_position(std::size_t position) const { return (position + 1) & (tags_.size() - 1); }
+  std::size_t free_position(std::uint32_t hash) const;
+  void enter(std::size_t position, slot entered);
 
   const keyed_hash& hash_ = keyed_hash::of_process();
   std::size_t width_;
   std::size_t size_ = 0;
-  large_vector<value_view> keys_;
-  view_keeper keeper_;
-  large_vector<slot> slots_;  // a power of two, at most half in use, or none; the top bits of a hash say where to begin
-  unsigned shift_ = 32;       // of a hash to its slot
+  packed_views keys_;
+  // A power of two of positions, at most half in use, or none; the top bits of a hash say where to begin. Most of what is
+  // looked for is told by a tag, a byte with some other bits of the hash, or 0 where the position is free: tags are few
+  // enough to stay near the processor when the slots are not.
+  large_vector<std::uint8_t> tags_;
+  large_vector<slot> slots_;
+  unsigned shift_ = 32;  // of a hash to its position
 };
 
 }  // namespace ov::sql_executor

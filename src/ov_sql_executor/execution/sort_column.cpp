@@ -50,7 +50,7 @@ void sort_column::add_prefix(const value_view& key) {
   const bool is_null = std::holds_alternative<NullValue>(key);
   if (is_null && nulls_.empty()) nulls_.resize(prefixes_.size());
   if (is_null || has_nulls()) nulls_.push_back(is_null);
-  std::visit(
+  visit_view(
       [this]<class Key>(const Key& held) {
         if constexpr (fits_sort_prefix<Key>) {
           prefixes_.push_back(sort_prefix(held));
@@ -83,7 +83,7 @@ void sort_column::read_prefixes(std::span<sort_entry> rows, std::uint64_t turned
   if (!has_views_) {
     for (sort_entry& each : rows) each.prefix = prefixes_[each.row] ^ turned;
   } else if (!rows.empty()) {
-    std::visit(
+    visit_view(
         [&]<class Key>(const Key& /*first*/) {
           if constexpr (sorted_by_units<Key>) {
             for (sort_entry& each : rows) {
@@ -98,7 +98,7 @@ void sort_column::read_prefixes(std::span<sort_entry> rows, std::uint64_t turned
 }
 
 bool sort_column::ends_with_word(std::size_t row_number, std::size_t word) const {
-  return std::visit(
+  return visit_view(
       [word]<class Key>(const Key& key) {
         if constexpr (sorted_by_units<Key>) return sql_executor::ends_with_word(sorted_units(key), word);
         return true;

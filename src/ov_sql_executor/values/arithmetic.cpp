@@ -116,7 +116,7 @@ value_view divide_values(const value_view& left, const value_view& right) {
 }
 
 value_view negate_value(const value_view& number) {
-  return std::visit([](const auto& held) { return negate_alternative(held); }, number);
+  return visit_view([](const auto& held) { return negate_alternative(held); }, number);
 }
 
 }  // namespace ov::sql_executor

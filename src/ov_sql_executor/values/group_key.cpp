@@ -67,7 +67,7 @@ std::uint64_t hash_combine(std::uint64_t seed, std::uint64_t hash) {
 }
 
 std::uint64_t key_hash(std::uint64_t seed, const value_view& key) {
-  return std::visit(
+  return visit_view(
       [seed]<class Key>(const Key& held) -> std::uint64_t {
         if constexpr (std::same_as<Key, std::monostate>) {
           throw std::bad_variant_access();
@@ -80,7 +80,7 @@ std::uint64_t key_hash(std::uint64_t seed, const value_view& key) {
 
 bool key_equal(const value_view& left, const value_view& right) {
   if (left.index() != right.index()) return false;
-  return std::visit(
+  return visit_view(
       [&right]<class Key>(const Key& key) {
         if constexpr (std::same_as<Key, std::monostate>) {
           throw std::bad_variant_access();

@@ -79,7 +79,7 @@ std::uint64_t keyed_hash::operator()(std::span<const value_view> key) const {
   std::uint64_t hash = start_;
   for (const value_view& each : key) {
     mixture sum(hash, factors_[each.index()]);
-    std::visit([&sum](const auto& held) { add_key(sum, held); }, each);
+    visit_view([&sum](const auto& held) { add_key(sum, held); }, each);
     hash = sum.hash();
   }
   return hash;

@@ -44,7 +44,7 @@ std::strong_ordering order_different(const value_view& left, const value_view& r
 
 std::strong_ordering sort_order(const value_view& left, const value_view& right) {
   if (left.index() != right.index()) return order_different(left, right);
-  return std::visit([&right]<class T>(const T& held) { return order_same(held, *std::get_if<T>(&right)); }, left);
+  return visit_view([&right]<class T>(const T& held) { return order_same(held, *std::get_if<T>(&right)); }, left);
 }
 
 }  // namespace ov::sql_executor

@@ -10,7 +10,7 @@ using operator_library::SetSpecifier;
 // Calls make with the alternative of value and the arguments that build it from the view.
 template <class Make>
 decltype(auto) build(const value_view& view, Make make) {
-  return std::visit(
+  return visit_view(
       [&]<class View>(const View& seen) -> decltype(auto) {
         if constexpr (std::is_same_v<View, std::monostate>) {
           throw std::bad_variant_access();

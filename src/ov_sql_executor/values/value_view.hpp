@@ -3,6 +3,7 @@
 #ifndef OV_SQL_EXECUTOR_VALUES_VALUE_VIEW_HPP_
 #define OV_SQL_EXECUTOR_VALUES_VALUE_VIEW_HPP_
 
+#include <boost/mp11/algorithm.hpp>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -33,6 +34,14 @@ using value_view =
 static_assert(std::is_trivially_copyable_v<value_view>);
 
 inline constexpr std::size_t view_count = std::variant_size_v<value_view>;
+
+// std::visit for views. That one calls through a table where there are more than eleven alternatives; a switch lets the
+// compiler see what happens to each.
+template <class Visitor>
+decltype(auto) visit_view(Visitor&& visitor, const value_view& view) {
+  return boost::mp11::mp_with_index<view_count>(
+      view.index(), [&](auto index) -> decltype(auto) { return visitor(*std::get_if<index()>(&view)); });
+}
 
 // The alternative of value_view that shows an alternative of value.
 template <class T>

@@ -15,7 +15,7 @@ const Unit* view_keeper::copy(const Unit* units, std::size_t count) {
 
 // By alternative: a view that was just made is still being written in parts, and copying it whole would wait for them.
 void view_keeper::append_to(large_vector<value_view>& list, const value_view& view) {
-  std::visit(
+  visit_view(
       [&]<class View>(const View& seen) {
         if constexpr (std::is_same_v<View, std::monostate>) {
           throw std::bad_variant_access();
