@@ -59,7 +59,7 @@ class entry_blocks {
     if (directory_.empty()) return {};
     const place found = locate(word, before);
     const block& in = blocks_[found.number];
-    if (found.offset < in.count || in.next == no_block) return {&in, found.offset};
+    if (found.offset < directory_[found.fence].count || in.next == no_block) return {&in, found.offset};
     return {&blocks_[in.next], 0};
   }
 
@@ -79,6 +79,7 @@ class entry_blocks {
       at = locate(entry);
     }
     insert_at(blocks_[at.number], at.offset, entry);
+    ++directory_[at.fence].count;
   }
 
   // The entry is there.
@@ -94,7 +95,7 @@ class entry_blocks {
       return;
     }
     std::copy(in.entries + offset + 1, in.entries + in.count, in.entries + offset);
-    --in.count;
+    directory_[found].count = --in.count;
     directory_[found].first = in.entries[0];
   }
 
@@ -102,6 +103,7 @@ class entry_blocks {
   struct fence {
     Entry first;
     std::uint32_t number;  // of its block
+    std::uint32_t count;   // the block's, so that a search need not wait for another line of it
   };
 
   // Where an entry belongs; the offset may be the block's count although other blocks follow.
@@ -129,8 +131,8 @@ class entry_blocks {
     const block& in = blocks_[at.number];
     const bool is_last = found + 1 == count;
     const word_range held{at.first.word(),
-                          is_last ? in.entries[in.count - 1].word() + 1 : directory_[found + 1].first.word()};
-    const std::size_t offset = partition_point(in.count, guess(in.count, held, word),
+                          is_last ? in.entries[at.count - 1].word() + 1 : directory_[found + 1].first.word()};
+    const std::size_t offset = partition_point(at.count, guess(at.count, held, word),
                                                [&](std::size_t each) { return before(in.entries[each]); });
     return {found, at.number, static_cast<std::uint32_t>(offset)};
   }
@@ -214,7 +216,7 @@ class entry_blocks {
     added.entries[0] = entry;
     if (previous != no_block) blocks_[previous].next = number;
     if (next != no_block) blocks_[next].previous = number;
-    directory_.insert(directory_.begin() + static_cast<std::ptrdiff_t>(at), {entry, number});
+    directory_.insert(directory_.begin() + static_cast<std::ptrdiff_t>(at), {entry, number, 1});
     return number;
   }
 
@@ -237,7 +239,8 @@ class entry_blocks {
     std::copy(in.entries + kept, in.entries + in.count, added.entries);
     added.count = in.count - kept;
     in.count = kept;
-    directory_[full.fence].first = in.entries[0];
+    directory_[full.fence] = {in.entries[0], full.number, in.count};
+    directory_[full.fence + 1].count = added.count;
     if (full.number == last_) last_ = number;
   }
 
