@@ -118,6 +118,7 @@ class Scan : public testing::Test {
 
   std::size_t below(std::size_t bound) { return random() % bound; }
   std::int64_t small() { return static_cast<std::int64_t>(below(9)) - 4; }
+  std::int64_t millionths() { return small() / 4 * 250'000 + small() / 2; }  // neighbours
 
   // Long enough to need several chunks now and then.
   std::u16string letters() {
@@ -155,7 +156,7 @@ class Scan : public testing::Test {
                 SetSpecifier{tag == table ? u"/T/" : u"/T/D/"},
                 or_one_of("u18446744073709551615", u(below(9))),
                 or_one_of("i-9223372036854775808 i9223372036854775807", i(small())),
-                or_one_of("dec-4398046511103999999 dec4398046511103999999", Decimal{small() * 250'000}),
+                or_one_of("dec-4398046511103999999 dec4398046511103999999", Decimal{millionths()}),
                 text(units),
                 Binary{image},
                 OV_OBJ_REF{below(9), below(3)},
@@ -184,11 +185,12 @@ class Scan : public testing::Test {
 
   // A number that may lie between two values of the column, at its limits or beyond them.
   value number() {
-    const value kinds[] = {u(below(9)), i(small()), Decimal{small() * 125'000}, static_cast<double>(small()) / 2,
-                           static_cast<float>(small()) / 4};
+    const auto halves = static_cast<double>(2 * millionths() + small() / 4);  // of millionths
+    const value kinds[] = {u(below(9)),    i(small()), Decimal{small() * 125'000}, static_cast<double>(small()) / 2,
+                           halves / 2'000'000, static_cast<float>(small()) / 4};
     return or_one_of(
         "u18446744073709551615 i-9223372036854775808 u9223372036854775808 d9223372036854775808 d-inf f1e30 "
-        "d18446744073709551616 fnan dnan d-0 dec-1 dec500001 d0.1 d-0.0000015 u4398046511104 true "
+        "d18446744073709551616 fnan dnan d-0 dec-1 dec1000001 d0.1 d-0.0000015 u4398046511104 true "
         "d-4398046511104 dec-4398046511103999999 dec4398046511103999999 dec9223372036854775807",
         kinds[below(std::size(kinds))]);
   }

@@ -82,11 +82,6 @@ std::uint64_t sort_word(std::span<const Unit> units, std::size_t word) {
   return bits;
 }
 
-template <sorted_by_units Key>
-std::uint64_t sort_prefix(const Key& key) {
-  return sort_word(sorted_units(key), 0);
-}
-
 }  // namespace ov::sql_executor
 
 #endif  // OV_SQL_EXECUTOR_VALUES_SORT_PREFIX_HPP_
