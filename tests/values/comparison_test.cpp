@@ -11,6 +11,7 @@
 
 #include "outcome.hpp"
 #include "ov_sql_executor/values/group_key.hpp"
+#include "ov_sql_executor/values/number_bracket.hpp"
 #include "ov_sql_executor/values/numeric_type.hpp"
 #include "ov_sql_executor/values/sort_order.hpp"
 #include "valueless.hpp"
@@ -151,6 +152,16 @@ std::uint64_t combined(std::size_t hash) {
   std::size_t sum = hash_seed;
   boost::hash_combine(sum, hash);
   return sum;
+}
+
+// Products with a million round up and down.
+TEST(NumericComparison, finds_the_millionths_below_a_number) {
+  for (std::int64_t count = -300'000; count < 300'000; ++count) {
+    const double number = static_cast<double>(count) / 1e6;
+    const std::int64_t floor = floor_in_millionths(number);
+    ASSERT_TRUE(compare_with_millionths(number, floor) >= 0) << count;
+    ASSERT_TRUE(compare_with_millionths(number, floor + 1) < 0) << count;
+  }
 }
 
 TEST(GroupKey, hashes_are_the_stated_ones) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <compare>
 #include <new>
+#include <span>
 #include <type_traits>
 
 #include "ov_sql_executor/errors/db_exception.hpp"
@@ -69,6 +70,13 @@ void keep_extreme(end wanted, kept_value& kept, std::int64_t number, state_memor
   *integer = wanted == end::greatest ? std::max(*integer, number) : std::min(*integer, number);
 }
 
+// The group's number comes first in the key, and says nothing where there is no other group.
+bool is_new(std::span<const value_view> key, state_memory& memory) {
+  const auto row = key.subspan(memory.is_of_one_group ? 1 : 0);
+  if (!memory.distinct) memory.distinct.emplace(row.size());
+  return memory.distinct->find_or_insert(row).is_new;
+}
+
 double to_number(std::int64_t number) { return static_cast<double>(number); }
 double to_number(const value_view& seen) { return std::get<double>(convert_to<double>(seen)); }
 
@@ -79,24 +87,26 @@ Decimal to_decimal(const value_view& seen) { return std::get<Decimal>(convert_to
 
 namespace aggregates {
 
-void sum::add_row(state& kept, execution_context& context, state_memory& memory) const {
+void sum::add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t /*group*/) const {
   take_value(argument, context, [&](const auto& seen) { add_to(kept.total, seen, memory); });
 }
 
-void count_values::add_row(state& kept, execution_context& context, state_memory& /*memory*/) const {
+void count_values::add_row(state& kept, execution_context& context, state_memory& /*memory*/,
+                           std::uint64_t /*group*/) const {
   take_value(argument, context, [&](const auto& /*seen*/) { ++kept.count; });
 }
 
-void maximum::add_row(state& kept, execution_context& context, state_memory& memory) const {
+void maximum::add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t /*group*/) const {
   take_value(argument, context, [&](const auto& seen) { keep_extreme(end::greatest, kept.extreme, seen, memory); });
 }
 
-void minimum::add_row(state& kept, execution_context& context, state_memory& memory) const {
+void minimum::add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t /*group*/) const {
   take_value(argument, context, [&](const auto& seen) { keep_extreme(end::least, kept.extreme, seen, memory); });
 }
 
 // The first value is taken, not added to zero: a lone -0.0 stays what it is.
-void average_as_double::add_row(state& kept, execution_context& context, state_memory& /*memory*/) const {
+void average_as_double::add_row(state& kept, execution_context& context, state_memory& /*memory*/,
+                                std::uint64_t /*group*/) const {
   take_value(argument, context, [&](const auto& seen) {
     const double number = to_number(seen);
     kept.total = kept.count == 0 ? number : kept.total + number;
@@ -109,7 +119,8 @@ value_view average_as_double::result(const state& kept) const {
   return kept.total / static_cast<double>(kept.count);
 }
 
-void average_as_decimal::add_row(state& kept, execution_context& context, state_memory& /*memory*/) const {
+void average_as_decimal::add_row(state& kept, execution_context& context, state_memory& /*memory*/,
+                                 std::uint64_t /*group*/) const {
   take_value(argument, context, [&](const auto& seen) {
     kept.total.raw = checked_add(kept.total.raw, to_decimal(seen).raw);
     ++kept.count;
@@ -121,24 +132,17 @@ value_view average_as_decimal::result(const state& kept) const {
   return divide(kept.total, decimal_of(kept.count));
 }
 
-void count_distinct_rows::add_row(state& kept, execution_context& context, state_memory& memory) const {
-  if (kept.seen == nullptr) kept.seen = &memory.row_sets.emplace_front(arguments.size());
-  kept.seen->rows.find_or_insert(kept.seen->views.evaluate(arguments, context));
+void count_distinct_rows::add_row(state& kept, execution_context& context, state_memory& memory,
+                                  std::uint64_t group) const {
+  if (!memory.views) memory.views.emplace(arguments.size());
+  if (is_new(memory.views->evaluate_behind(group, arguments, context), memory)) ++kept.count;
 }
 
-value_view count_distinct_rows::result(const state& kept) const {
-  return std::uint64_t{kept.seen != nullptr ? kept.seen->rows.size() : 0};
-}
-
-void count_distinct_values::add_row(state& kept, execution_context& context, state_memory& memory) const {
+void count_distinct_values::add_row(state& kept, execution_context& context, state_memory& memory,
+                                    std::uint64_t group) const {
   value room;
-  const value_view seen = argument.lend(context, room);
-  if (kept.seen == nullptr) kept.seen = &memory.value_sets.emplace_front(1);
-  kept.seen->find_or_insert({&seen, 1});
-}
-
-value_view count_distinct_values::result(const state& kept) const {
-  return std::uint64_t{kept.seen != nullptr ? kept.seen->size() : 0};
+  const value_view key[] = {group, argument.lend(context, room)};
+  if (is_new(key, memory)) ++kept.count;
 }
 
 }  // namespace aggregates
@@ -169,8 +173,10 @@ void construct_state(const aggregate_entry& aggregate, void* state) noexcept {
   std::visit([state]<class Kind>(const Kind&) { new (state) typename Kind::state{}; }, aggregate);
 }
 
-void add_row(const aggregate_entry& aggregate, void* state, execution_context& context, state_memory& memory) {
-  std::visit([&]<class Kind>(const Kind& kind) { kind.add_row(state_at<Kind>(state), context, memory); }, aggregate);
+void add_row(const aggregate_entry& aggregate, void* state, execution_context& context, state_memory& memory,
+             std::uint64_t group) {
+  std::visit([&]<class Kind>(const Kind& kind) { kind.add_row(state_at<Kind>(state), context, memory, group); },
+             aggregate);
 }
 
 value_view finish(const aggregate_entry& aggregate, const void* state) {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <forward_list>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -16,18 +17,12 @@
 
 namespace ov::sql_executor {
 
-struct distinct_rows {
-  explicit distinct_rows(std::size_t width) : rows(width), views(width) {}
-
-  row_set rows;
-  operators::operand_views views;
-};
-
-// What the states of groups point to. It goes when all of them go, so that they are plain memory.
+// What the states of an aggregate share and point to. It goes when all of them go, so that they are plain memory.
 struct state_memory {
+  bool is_of_one_group = false;  // there is no other
   std::forward_list<value> values;
-  std::forward_list<row_set> value_sets;
-  std::forward_list<distinct_rows> row_sets;
+  std::optional<row_set> distinct;  // the arguments, behind the number of their group; made for the first of them
+  std::optional<operators::operand_views> views;
 };
 
 namespace aggregates {
@@ -41,7 +36,7 @@ struct sum {
     kept_value total;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
   value_view result(const state& kept) const { return kept.total.view(); }
 };
 
@@ -51,7 +46,7 @@ struct count_values {
     std::int64_t count = 0;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
   value_view result(const state& kept) const { return kept.count; }
 };
 
@@ -59,7 +54,9 @@ struct count_rows {
   struct state {
     std::int64_t count = 0;
   };
-  void add_row(state& kept, execution_context& /*context*/, state_memory& /*memory*/) const { ++kept.count; }
+  void add_row(state& kept, execution_context& /*context*/, state_memory& /*memory*/, std::uint64_t /*group*/) const {
+    ++kept.count;
+  }
   value_view result(const state& kept) const { return kept.count; }
 };
 
@@ -69,7 +66,7 @@ struct maximum {
     kept_value extreme;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
   value_view result(const state& kept) const { return kept.extreme.view(); }
 };
 
@@ -78,7 +75,7 @@ struct minimum {
     kept_value extreme;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
   value_view result(const state& kept) const { return kept.extreme.view(); }
 };
 
@@ -89,7 +86,7 @@ struct average_as_double {
     std::int64_t count = 0;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
   value_view result(const state& kept) const;
 };
 
@@ -100,27 +97,27 @@ struct average_as_decimal {
     std::int64_t count = 0;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory) const;
+  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
   value_view result(const state& kept) const;
 };
 
 // How many different rows the arguments make, by group-key equality; NULL counts like a value.
 struct count_distinct_rows {
   struct state {
-    distinct_rows* seen = nullptr;  // made for the first row
+    std::uint64_t count = 0;
   };
   std::vector<operand> arguments;
-  void add_row(state& kept, execution_context& context, state_memory& memory) const;
-  value_view result(const state& kept) const;
+  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
+  value_view result(const state& kept) const { return kept.count; }
 };
 
 struct count_distinct_values {
   struct state {
-    row_set* seen = nullptr;  // made for the first row
+    std::uint64_t count = 0;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory) const;
-  value_view result(const state& kept) const;
+  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
+  value_view result(const state& kept) const { return kept.count; }
 };
 
 }  // namespace aggregates
@@ -136,8 +133,9 @@ using aggregate_entry =
 std::size_t state_size(const aggregate_entry& aggregate);
 void construct_state(const aggregate_entry& aggregate, void* state) noexcept;
 
-// Takes in the row on top of the row stack.
-void add_row(const aggregate_entry& aggregate, void* state, execution_context& context, state_memory& memory);
+// Takes the row on top of the row stack into the group of this number, which is the state's.
+void add_row(const aggregate_entry& aggregate, void* state, execution_context& context, state_memory& memory,
+             std::uint64_t group);
 
 // Good as long as the state and its memory are not touched.
 value_view finish(const aggregate_entry& aggregate, const void* state);

@@ -20,7 +20,7 @@ class empty_group_by_aggregator_enumerator final : public row_source {
   empty_group_by_aggregator_enumerator(const std::vector<aggregate_entry>& aggregates,
                                        std::unique_ptr<row_source> child)
       : only_counts_(std::ranges::all_of(aggregates, counts_rows)),
-        accumulators_(aggregates),
+        accumulators_(aggregates, true),
         child_(std::move(child)) {
     accumulators_.add_group();
   }
@@ -47,7 +47,7 @@ class aggregator_enumerator final : public row_source {
  public:
   aggregator_enumerator(const std::vector<operators::operand>& group_keys,
                         const std::vector<aggregate_entry>& aggregates, std::unique_ptr<row_source> child)
-      : group_keys_(group_keys), groups_(group_keys.size()), accumulators_(aggregates), child_(std::move(child)) {}
+      : group_keys_(group_keys), groups_(group_keys.size()), accumulators_(aggregates, false), child_(std::move(child)) {}
 
   bool push_next(execution_context& context) override {
     if (!filled_) fill(context);

@@ -13,7 +13,9 @@ constexpr std::size_t first_block = std::size_t{1} << first_block_bits;
 
 }  // namespace
 
-group_accumulators::group_accumulators(const std::vector<aggregate_entry>& aggregates) : aggregates_(aggregates) {
+group_accumulators::group_accumulators(const std::vector<aggregate_entry>& aggregates, bool has_only_group)
+    : aggregates_(aggregates), memory_(aggregates.size()) {
+  for (state_memory& each : memory_) each.is_of_one_group = has_only_group;
   offsets_.reserve(aggregates_.size());
   for (const aggregate_entry& aggregate : aggregates_) {
     offsets_.push_back(new_group_.size());
@@ -31,7 +33,7 @@ void group_accumulators::add_group() {
 void group_accumulators::add_row(std::size_t group, execution_context& context) {
   std::byte* const first = first_state(group);
   for (std::size_t i = 0; i < offsets_.size(); ++i) {
-    sql_executor::add_row(aggregates_[i], first + offsets_[i], context, memory_);
+    sql_executor::add_row(aggregates_[i], first + offsets_[i], context, memory_[i], group);
   }
 }
 

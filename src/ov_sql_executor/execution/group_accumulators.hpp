@@ -14,8 +14,8 @@ namespace ov::sql_executor {
 // groups as all before it, and a few more.
 class group_accumulators {
  public:
-  // The list of aggregates must outlive it.
-  explicit group_accumulators(const std::vector<aggregate_entry>& aggregates);
+  // The list of aggregates must outlive it. has_only_group: no second one will be added.
+  group_accumulators(const std::vector<aggregate_entry>& aggregates, bool has_only_group);
   group_accumulators(const group_accumulators&) = delete;
   group_accumulators& operator=(const group_accumulators&) = delete;
 
@@ -42,7 +42,7 @@ class group_accumulators {
   std::vector<std::byte> new_group_;  // the states of a group that has seen no row
   std::size_t count_ = 0;
   std::vector<large_vector<std::byte>> blocks_;
-  state_memory memory_;
+  std::vector<state_memory> memory_;  // of each aggregate
 };
 
 }  // namespace ov::sql_executor

@@ -7,13 +7,12 @@
 #include <stdexcept>
 #include <utility>
 #include <variant>
-#include <vector>
 
 namespace ov::sql_executor {
 
 namespace {
 
-constexpr std::size_t most_without_index = 8;
+constexpr std::size_t smallest_size = 16;
 
 constexpr std::uint8_t no_tag = 0;
 
@@ -32,13 +31,6 @@ bool has_nan(std::span<const value_view> key) {
 }  // namespace
 
 row_set::place row_set::find_or_insert(std::span<const value_view> key) {
-  if (tags_.empty()) {
-    for (std::size_t index = 0; index < size_; ++index) {
-      if (equals(index, key)) return {index, false};
-    }
-    if (size_ < most_without_index) return {append(key), true};
-    index_rows();
-  }
   const auto hash = static_cast<std::uint32_t>(hash_(key));
   if (has_nan(key)) return {append(key), true};
   if (tags_.size() <= 2 * size_) grow();
@@ -66,20 +58,8 @@ std::size_t row_set::append(std::span<const value_view> key) {
   return size_++;
 }
 
-void row_set::index_rows() {
-  grow();
-  std::vector<value_view> kept(width_);
-  for (std::uint32_t index = 0; index < size_; ++index) {
-    for (std::size_t column = 0; column < width_; ++column) kept[column] = value_at(index, column);
-    if (has_nan(kept)) continue;
-    const auto hash = static_cast<std::uint32_t>(hash_(kept));
-    enter(free_position(hash), {hash, index});
-  }
-}
-
 void row_set::grow() {
-  constexpr std::size_t smallest = 4 * most_without_index;
-  const std::size_t size = std::max(smallest, 2 * tags_.size());
+  const std::size_t size = std::max(smallest_size, 2 * tags_.size());
   large_vector<slot> slots(size);
   const large_vector<std::uint8_t> old_tags = std::exchange(tags_, large_vector<std::uint8_t>(size, no_tag));
   slots_.swap(slots);

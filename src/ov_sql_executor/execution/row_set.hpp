@@ -13,8 +13,7 @@
 namespace ov::sql_executor {
 
 // The distinct rows of one width, by group-key equality, in first-seen order: an open-addressing index over rows that
-// lie in one array. Neither finding a row nor keeping a new one allocates for that row alone. A few rows do without the
-// index: where each of many groups counts its distinct values, most of them have few.
+// lie in one array. Neither finding a row nor keeping a new one allocates for that row alone.
 class row_set {
  public:
   explicit row_set(std::size_t width) : width_(width) {}
@@ -38,7 +37,6 @@ class row_set {
 
   bool equals(std::size_t index, std::span<const value_view> key) const;
   std::size_t append(std::span<const value_view> key);
-  void index_rows();
   void grow();
   std::size_t first_position(std::uint32_t hash) const { return std::size_t{hash} >> shift_; }
   std::size_t next_position(std::size_t position) const { return (position + 1) & (tags_.size() - 1); }
@@ -49,7 +47,7 @@ class row_set {
   std::size_t width_;
   std::size_t size_ = 0;
   packed_views keys_;
-  // A power of two of positions, at most half in use, or none; the top bits of a hash say where to begin. Most of what is
+  // A power of two of positions, at most half in use; the top bits of a hash say where to begin. Most of what is
   // looked for is told by a tag, a byte with some other bits of the hash, or 0 where the position is free: tags are few
   // enough to stay near the processor when the slots are not.
   large_vector<std::uint8_t> tags_;

@@ -1,6 +1,7 @@
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_VIEWS_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_VIEWS_HPP_
 
+#include <cstdint>
 #include <span>
 #include <vector>
 
@@ -13,11 +14,15 @@ namespace ov::sql_executor::operators {
 // for one is put aside while the next is evaluated, in memory that serves for all rows.
 class operand_views {
  public:
-  explicit operand_views(std::size_t count) : slots_(count), views_(count) {}
+  explicit operand_views(std::size_t count) : slots_(count), views_(1 + count) {}
 
   // The values of the operands, which are as many as the count, evaluated in order. Good until the next call, the next
   // core call on the context or a change of its lists.
   std::span<const value_view> evaluate(std::span<const operand> operands, execution_context& context);
+
+  // The same behind a number of the caller's.
+  std::span<const value_view> evaluate_behind(std::uint64_t first, std::span<const operand> operands,
+                                              execution_context& context);
 
  private:
   struct slot {
@@ -26,7 +31,7 @@ class operand_views {
   };
 
   std::vector<slot> slots_;
-  std::vector<value_view> views_;
+  std::vector<value_view> views_;  // behind one place that may be free
 };
 
 }  // namespace ov::sql_executor::operators
