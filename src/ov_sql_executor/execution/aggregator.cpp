@@ -47,7 +47,10 @@ class aggregator_enumerator final : public row_source {
  public:
   aggregator_enumerator(const std::vector<operators::operand>& group_keys,
                         const std::vector<aggregate_entry>& aggregates, std::unique_ptr<row_source> child)
-      : group_keys_(group_keys), groups_(group_keys.size()), accumulators_(aggregates, false), child_(std::move(child)) {}
+      : group_keys_(group_keys),
+        groups_(group_keys.size()),
+        accumulators_(aggregates, false),
+        child_(std::move(child)) {}
 
   bool push_next(execution_context& context) override {
     if (!filled_) fill(context);

@@ -3,13 +3,12 @@
 namespace ov::sql_executor {
 
 std::int64_t floor_in_millionths(double number) {
-  // The product below may round; the estimate is off by one at most, which the exact comparison corrects.
+  // The product below may be rounded up to the next whole number, which the exact comparison corrects; never below one.
   const double whole = std::trunc(number);
   const double millionths = std::floor((number - whole) * static_cast<double>(operator_library::Decimal::scale));
   std::int64_t floor =
       static_cast<std::int64_t>(whole) * operator_library::Decimal::scale + static_cast<std::int64_t>(millionths);
   if (compare_with_millionths(number, floor) < 0) --floor;
-  if (compare_with_millionths(number, floor + 1) >= 0) ++floor;
   return floor;
 }
 
