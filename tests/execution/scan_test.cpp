@@ -186,8 +186,12 @@ class Scan : public testing::Test {
   // A number that may lie between two values of the column, at its limits or beyond them.
   value number() {
     const auto halves = static_cast<double>(2 * millionths() + small() / 4);  // of millionths
-    const value kinds[] = {u(below(9)),    i(small()), Decimal{small() * 125'000}, static_cast<double>(small()) / 2,
-                           halves / 2'000'000, static_cast<float>(small()) / 4};
+    const value kinds[] = {u(below(9)),
+                           i(small()),
+                           Decimal{small() * 125'000},
+                           static_cast<double>(small()) / 2,
+                           halves / 2'000'000,
+                           static_cast<float>(small()) / 4};
     return or_one_of(
         "u18446744073709551615 i-9223372036854775808 u9223372036854775808 d9223372036854775808 d-inf f1e30 "
         "d18446744073709551616 fnan dnan d-0 dec-1 dec1000001 d0.1 d-0.0000015 u4398046511104 true "

@@ -17,7 +17,9 @@ std::span<const std::uint8_t> units(const binary_view& view) { return view.bytes
 std::span<const char16_t> units(std::u16string_view view) { return view; }
 
 template <class View>
-concept borrowing = requires(const View& view) { units(view); };
+concept borrowing = requires(const View& view) {
+  units(view);
+};
 
 // How many units there are stands in front of them.
 template <borrowing View>
@@ -40,7 +42,8 @@ const void* packed_views::copy(const View& view) {
   if constexpr (borrowing<View>) {
     const auto seen = units(view);
     const std::size_t count = seen.size();
-    auto* const room = static_cast<std::byte*>(memory_.allocate(sizeof count + seen.size_bytes(), alignof(std::size_t)));
+    auto* const room =
+        static_cast<std::byte*>(memory_.allocate(sizeof count + seen.size_bytes(), alignof(std::size_t)));
     std::memcpy(room, &count, sizeof count);
     if (count != 0) std::memcpy(room + sizeof count, seen.data(), seen.size_bytes());
     return room;
