@@ -15,14 +15,14 @@ concept fits_word = std::is_trivially_copyable_v<T> && sizeof(T) <= sizeof(std::
 template <fits_word T>
 std::uint64_t to_word(const T& held) {
   std::uint64_t word = 0;
-  if constexpr (!std::is_empty_v<T>) std::memcpy(&word, &held, sizeof held);
+  if constexpr (!std::is_empty_v<T>) std::memcpy(&word, &held, sizeof(T));
   return word;
 }
 
 template <fits_word T>
 T from_word(std::uint64_t word) {
   T held{};
-  if constexpr (!std::is_empty_v<T>) std::memcpy(static_cast<void*>(&held), &word, sizeof held);
+  if constexpr (!std::is_empty_v<T>) std::memcpy(static_cast<void*>(&held), &word, sizeof(T));
   return held;
 }
 
