@@ -76,7 +76,7 @@ value_view packed_views::operator[](std::size_t position) const {
     } else if constexpr (borrowing<view>) {
       return view_at<view>(from_word<const void*>(word));
     } else {
-      return *from_word<const view*>(word);
+      return *static_cast<const view*>(from_word<const void*>(word));
     }
   });
 }
