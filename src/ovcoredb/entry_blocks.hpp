@@ -1,5 +1,6 @@
 // The entries of an index in order, in blocks of a few hundred that lie side by side: a step is a step in an array. An
-// array of the blocks' first entries, which is small enough to stay in the cache, finds the block of an entry.
+// array of the blocks' first entries and counts, which is small enough to stay in the cache, finds the block of an
+// entry.
 //
 //    directory    fence 1 ------> fence 2 ------> fence 3
 //                    |               |               |

@@ -72,7 +72,7 @@ void keep_extreme(end wanted, kept_value& kept, std::int64_t number, state_memor
 
 // The group's number comes first in the key, and says nothing where there is no other group.
 bool is_new(std::span<const value_view> key, state_memory& memory) {
-  const auto row = key.subspan(memory.is_of_one_group ? 1 : 0);
+  const auto row = key.subspan(memory.groups == group_count::one ? 1 : 0);
   if (!memory.distinct) memory.distinct.emplace(row.size());
   return memory.distinct->find_or_insert(row).is_new;
 }

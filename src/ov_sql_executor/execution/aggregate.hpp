@@ -17,10 +17,13 @@
 
 namespace ov::sql_executor {
 
+// How many groups there will be: the one that there is without group keys, or any number.
+enum class group_count : bool { one, any };
+
 // What the states of an aggregate share and point to. It goes when all of them go, so that they are plain memory.
 struct state_memory {
-  bool is_of_one_group = false;  // there is no other
-  std::forward_list<value> values;
+  group_count groups = group_count::any;
+  std::forward_list<value> values;  // what kept values do not hold themselves
   std::optional<row_set> distinct;  // the arguments, behind the number of their group; made for the first of them
   std::optional<operators::operand_views> views;
 };

@@ -20,7 +20,7 @@ class empty_group_by_aggregator_enumerator final : public row_source {
   empty_group_by_aggregator_enumerator(const std::vector<aggregate_entry>& aggregates,
                                        std::unique_ptr<row_source> child)
       : only_counts_(std::ranges::all_of(aggregates, counts_rows)),
-        accumulators_(aggregates, true),
+        accumulators_(aggregates, group_count::one),
         child_(std::move(child)) {
     accumulators_.add_group();
   }
@@ -49,7 +49,7 @@ class aggregator_enumerator final : public row_source {
                         const std::vector<aggregate_entry>& aggregates, std::unique_ptr<row_source> child)
       : group_keys_(group_keys),
         groups_(group_keys.size()),
-        accumulators_(aggregates, false),
+        accumulators_(aggregates, group_count::any),
         child_(std::move(child)) {}
 
   bool push_next(execution_context& context) override {

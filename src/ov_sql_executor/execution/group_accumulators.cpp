@@ -13,9 +13,9 @@ constexpr std::size_t first_block = std::size_t{1} << first_block_bits;
 
 }  // namespace
 
-group_accumulators::group_accumulators(const std::vector<aggregate_entry>& aggregates, bool has_only_group)
+group_accumulators::group_accumulators(const std::vector<aggregate_entry>& aggregates, group_count groups)
     : aggregates_(aggregates), memory_(aggregates.size()) {
-  for (state_memory& each : memory_) each.is_of_one_group = has_only_group;
+  for (state_memory& each : memory_) each.groups = groups;
   offsets_.reserve(aggregates_.size());
   for (const aggregate_entry& aggregate : aggregates_) {
     offsets_.push_back(new_group_.size());

@@ -14,8 +14,8 @@ namespace ov::sql_executor {
 // groups as all before it, and a few more.
 class group_accumulators {
  public:
-  // The list of aggregates must outlive it. has_only_group: no second one will be added.
-  group_accumulators(const std::vector<aggregate_entry>& aggregates, bool has_only_group);
+  // The list of aggregates must outlive it. No more groups may be added than are announced.
+  group_accumulators(const std::vector<aggregate_entry>& aggregates, group_count groups);
   group_accumulators(const group_accumulators&) = delete;
   group_accumulators& operator=(const group_accumulators&) = delete;
 

@@ -3,6 +3,8 @@
 #include <concepts>
 #include <cstring>
 #include <new>
+#include <span>
+#include <variant>
 
 #include "ov_sql_executor/values/group_key.hpp"
 #include "ov_sql_executor/values/value_word.hpp"

@@ -11,7 +11,7 @@
 namespace ov::sql_executor {
 
 // A list of values in nine bytes for each, where a view takes 24. What does not fit into a word, as a text, is copied
-// behind the others of its kind, into memory that is freed all at once.
+// behind what was copied before, into memory that is freed all at once.
 class packed_views {
  public:
   // Throws std::bad_variant_access for the view of a valueless value.
