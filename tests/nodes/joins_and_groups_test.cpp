@@ -1,10 +1,14 @@
 
 
 #include <algorithm>
+#include <limits>
+#include <map>
 #include <random>
+#include <stdexcept>
 
 #include "nodes/given_rows.hpp"
 #include "ov_sql_executor/expressions/comparison.hpp"
+#include "ov_sql_executor/expressions/lending_operator.hpp"
 #include "ov_sql_executor/values/group_key.hpp"
 
 namespace tests {
@@ -145,6 +149,104 @@ TEST(Aggregator, finds_its_groups_again_and_no_other) {
     const aggregator root(given(input), columns(keys), list_of<aggregate_entry>(kinds::count_rows{}));
     ASSERT_EQ(run(root), spell(groups)) << "round " << round;
   }
+}
+
+// Lends a text of the row as the core does: until it lends another one to anybody.
+struct lent_column final : operators::lending_operator {
+  explicit lent_column(std::int16_t position) : at(position) {}
+  value_view lend(execution_context& context, value& /*room*/) const override {
+    static std::vector<std::uint8_t> buffer;
+    const value_view seen = view_of(context.row_stack.at(static_cast<std::size_t>(at)));
+    const auto* const text = std::get_if<text_view>(&seen);
+    if (text == nullptr) return seen;
+    std::fill(buffer.begin(), buffer.end(), std::uint8_t{0xFF});
+    buffer.assign(text->bytes.begin(), text->bytes.end());
+    return text_view{{buffer.data(), buffer.size()}};
+  }
+  std::int16_t at;
+};
+
+// Rows of many groups are looked at before they are taken; those of each group on its own are few and taken at once.
+TEST(Aggregator, takes_rows_of_many_groups_as_those_of_each_alone) {
+  std::mt19937 random(4);
+  const auto any_text = [&] { return text(std::u16string(random() % 90, static_cast<char16_t>(u'a' + random() % 3))); };
+  const auto key_of = [](std::size_t group) {
+    const std::string number = std::to_string(group);
+    if (group % 3 == 0) return val("i" + number);
+    if (group % 3 == 1) return val("x'" + std::string(number.size() % 2, '0') + number + "'");
+    return val("'a-key-that-owns-its-bytes-" + number + "'");
+  };
+  std::vector<rows> of_group(3000);
+  std::vector<std::size_t> seen;  // the groups, in this order
+  rows input;
+  for (int n = 0; n < 15'000; ++n) {
+    const std::size_t group = random() % of_group.size();
+    if (of_group[group].empty()) seen.push_back(group);
+    const value number = random() % 4 == 0 ? null() : i(static_cast<std::int64_t>(random() % 5) - 2);
+    const value other = random() % 2 == 0 ? any_text() : val(random() % 2 == 0 ? "set'ab'" : "x'AB'");
+    input.push_back({key_of(group), number, any_text(), other});
+    of_group[group].push_back(input.back());
+  }
+  const auto grouped = [](const rows& all) {
+    const auto lent = [](std::int16_t position) { return std::make_unique<lent_column>(position); };
+    const auto operand = [](operator_ptr of) { return operators::operand(std::move(of)); };
+    kinds::count_distinct_rows distinct{list_of<operators::operand>(column(3), lent(2))};
+    auto aggregates = list_of<aggregate_entry>(
+        kinds::count_rows{}, kinds::sum{operand(column(1))}, kinds::count_values{operand(lent(1))},
+        kinds::maximum{operand(lent(2))}, kinds::minimum{operand(column(2))}, std::move(distinct),
+        kinds::average_as_double{operand(column(1))}, kinds::count_distinct_values{operand(column(3))},
+        kinds::average_as_decimal{operand(lent(1))}, kinds::count_rows{});
+    return rows_of(aggregator(given(all), list_of<operator_ptr>(lent(0), column(0)), std::move(aggregates)));
+  };
+  const rows found = grouped(input);
+  ASSERT_EQ(found.size(), seen.size());
+  for (std::size_t n = 0; n < seen.size(); ++n) ASSERT_EQ(spell(found[n]), spell(grouped(of_group[seen[n]]).at(0)));
+}
+
+// Throws for NULL.
+struct picky_column final : operators::operator_base {
+  explicit picky_column(std::int16_t position) : of(column(position)) {}
+  value evaluate(execution_context& context) const override {
+    value found = of->evaluate(context);
+    if (std::holds_alternative<operator_library::NullValue>(found)) throw std::runtime_error("picky");
+    return found;
+  }
+  operator_ptr of;
+};
+
+// What fails first is what is thrown: a row before, an aggregate before, also when rows have been looked at ahead.
+TEST(Aggregator, fails_among_many_groups_as_among_few) {
+  std::mt19937 random(5);
+  const auto failure = [](const rows& all) {
+    auto aggregates = list_of<aggregate_entry>(
+        kinds::sum{operators::operand(column(1))}, kinds::maximum{operators::operand(std::make_unique<picky_column>(2))},
+        kinds::count_distinct_values{operators::operand(column(0))},
+        kinds::average_as_double{operators::operand(column(1))});
+    auto child = std::make_unique<filter>(given(all), std::make_unique<picky_column>(3));
+    const std::string result = run(aggregator(std::move(child), columns({0}), std::move(aggregates)));
+    return result[0] == '(' ? "none" : result;
+  };
+  rows before;
+  for (std::int64_t group = 0; group < 1500; ++group) before.push_back({i(group), i(0), i(0), true});
+  std::map<std::string, int> counts;
+  for (int round = 0; round < 200; ++round) {
+    rows few;
+    for (int left = 40; left != 0; --left) {
+      row& added = few.emplace_back(vals("i7 i1 i1 true"));
+      const auto kind = random() % 200;
+      if (kind == 0) added[1] = i(std::numeric_limits<std::int64_t>::max());
+      if (kind == 1) added[1] = val("'no number'");
+      if (kind == 2 || kind == 3) added[2] = kind == 2 ? null() : u(1);
+      if (kind == 4) added[3] = null();
+      if (kind == 5) added = {i(7), i(std::numeric_limits<std::int64_t>::max()), null(), true};
+    }
+    rows many = before;
+    many.insert(many.end(), few.begin(), few.end());
+    const std::string expected = failure(few);
+    ASSERT_EQ(failure(many), expected) << "round " << round;
+    ++counts[expected];
+  }
+  EXPECT_EQ(counts.size(), 5U) << "none, overflow, no number, incompatible types, picky";
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <compare>
+#include <concepts>
 #include <new>
 #include <span>
 #include <type_traits>
@@ -25,7 +26,13 @@ bool is_number(const value_view& view) {
   return visit_view([]<class T>(const T&) { return numeric_alternative<T>; }, view);
 }
 
-// Hands over the argument's value unless it is NULL: integers, the commonest, as they are, others as views.
+// Hands over a value unless it is NULL: integers, the commonest, as they are, others as views.
+template <class Take>
+void take_value(const value_view& seen, Take take) {
+  if (const auto* const number = std::get_if<std::int64_t>(&seen)) return take(*number);
+  if (!std::holds_alternative<NullValue>(seen)) take(seen);
+}
+
 template <class Take>
 void take_value(const operand& argument, execution_context& context, Take take) {
   if (argument.is_int64_property()) {
@@ -34,16 +41,14 @@ void take_value(const operand& argument, execution_context& context, Take take) 
     return;
   }
   value room;
-  const value_view seen = argument.lend(context, room);
-  if (const auto* const number = std::get_if<std::int64_t>(&seen)) return take(*number);
-  if (!std::holds_alternative<NullValue>(seen)) take(seen);
+  take_value(argument.lend(context, room), take);
 }
 
 // Promoted with itself, so that the total of one value has the type that the total of several would have.
 void add_to(kept_value& total, const value_view& seen, state_memory& memory) {
   const value_view promoted = promote_pair(seen, seen).right;
   if (!is_number(promoted)) throw db_util::db_exception{db_util::type_error};
-  total.become(total.is_null() ? promoted : add_values(total.view(), promoted), memory.values);
+  total.become(total.is_null() ? promoted : add_values(total.view(), promoted), memory.kept);
 }
 
 void add_to(kept_value& total, std::int64_t number, state_memory& memory) {
@@ -60,7 +65,7 @@ void keep_extreme(end wanted, kept_value& kept, const value_view& seen, state_me
     const std::strong_ordering order = sort_order(seen, kept.view());
     if (wanted == end::greatest ? order <= 0 : order >= 0) return;
   }
-  kept.become(seen, memory.values);
+  kept.become(seen, memory.kept);
 }
 
 void keep_extreme(end wanted, kept_value& kept, std::int64_t number, state_memory& memory) {
@@ -70,9 +75,18 @@ void keep_extreme(end wanted, kept_value& kept, std::int64_t number, state_memor
   *integer = wanted == end::greatest ? std::max(*integer, number) : std::min(*integer, number);
 }
 
-// The group's number comes first in the key, and says nothing where there is no other group.
-bool is_new(std::span<const value_view> key, state_memory& memory) {
-  const auto row = key.subspan(memory.groups == group_count::one ? 1 : 0);
+// The row of the set of distinct rows that stands for what is seen in a group. Its number comes first, and says nothing
+// where there is no other group.
+std::span<const value_view> distinct_row(std::span<const value_view> seen, state_memory& memory, std::uint64_t group) {
+  if (memory.groups == group_count::one) return seen;
+  memory.key.resize(1 + seen.size());
+  memory.key.front() = group;
+  std::ranges::copy(seen, memory.key.begin() + 1);
+  return memory.key;
+}
+
+bool is_new(std::span<const value_view> seen, state_memory& memory, std::uint64_t group) {
+  const auto row = distinct_row(seen, memory, group);
   if (!memory.distinct) memory.distinct.emplace(row.size());
   return memory.distinct->find_or_insert(row).is_new;
 }
@@ -87,31 +101,21 @@ Decimal to_decimal(const value_view& seen) { return std::get<Decimal>(convert_to
 
 namespace aggregates {
 
-void sum::add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t /*group*/) const {
-  take_value(argument, context, [&](const auto& seen) { add_to(kept.total, seen, memory); });
+void sum::add(state& kept, const auto& seen, state_memory& memory) const { add_to(kept.total, seen, memory); }
+
+void maximum::add(state& kept, const auto& seen, state_memory& memory) const {
+  keep_extreme(end::greatest, kept.extreme, seen, memory);
 }
 
-void count_values::add_row(state& kept, execution_context& context, state_memory& /*memory*/,
-                           std::uint64_t /*group*/) const {
-  take_value(argument, context, [&](const auto& /*seen*/) { ++kept.count; });
-}
-
-void maximum::add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t /*group*/) const {
-  take_value(argument, context, [&](const auto& seen) { keep_extreme(end::greatest, kept.extreme, seen, memory); });
-}
-
-void minimum::add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t /*group*/) const {
-  take_value(argument, context, [&](const auto& seen) { keep_extreme(end::least, kept.extreme, seen, memory); });
+void minimum::add(state& kept, const auto& seen, state_memory& memory) const {
+  keep_extreme(end::least, kept.extreme, seen, memory);
 }
 
 // The first value is taken, not added to zero: a lone -0.0 stays what it is.
-void average_as_double::add_row(state& kept, execution_context& context, state_memory& /*memory*/,
-                                std::uint64_t /*group*/) const {
-  take_value(argument, context, [&](const auto& seen) {
-    const double number = to_number(seen);
-    kept.total = kept.count == 0 ? number : kept.total + number;
-    ++kept.count;
-  });
+void average_as_double::add(state& kept, const auto& seen, state_memory& /*memory*/) const {
+  const double number = to_number(seen);
+  kept.total = kept.count == 0 ? number : kept.total + number;
+  ++kept.count;
 }
 
 value_view average_as_double::result(const state& kept) const {
@@ -119,12 +123,9 @@ value_view average_as_double::result(const state& kept) const {
   return kept.total / static_cast<double>(kept.count);
 }
 
-void average_as_decimal::add_row(state& kept, execution_context& context, state_memory& /*memory*/,
-                                 std::uint64_t /*group*/) const {
-  take_value(argument, context, [&](const auto& seen) {
-    kept.total.raw = checked_add(kept.total.raw, to_decimal(seen).raw);
-    ++kept.count;
-  });
+void average_as_decimal::add(state& kept, const auto& seen, state_memory& /*memory*/) const {
+  kept.total.raw = checked_add(kept.total.raw, to_decimal(seen).raw);
+  ++kept.count;
 }
 
 value_view average_as_decimal::result(const state& kept) const {
@@ -132,22 +133,18 @@ value_view average_as_decimal::result(const state& kept) const {
   return divide(kept.total, decimal_of(kept.count));
 }
 
-void count_distinct_rows::add_row(state& kept, execution_context& context, state_memory& memory,
-                                  std::uint64_t group) const {
-  if (!memory.views) memory.views.emplace(arguments.size());
-  if (is_new(memory.views->evaluate_behind(group, arguments, context), memory)) ++kept.count;
-}
-
-void count_distinct_values::add_row(state& kept, execution_context& context, state_memory& memory,
-                                    std::uint64_t group) const {
-  value room;
-  const value_view key[] = {group, argument.lend(context, room)};
-  if (is_new(key, memory)) ++kept.count;
-}
-
 }  // namespace aggregates
 
 namespace {
+
+template <class Kind>
+concept adds_values = requires(const Kind& kind, typename Kind::state& kept, std::int64_t seen, state_memory& memory) {
+  kind.add(kept, seen, memory);
+};
+
+template <class Kind>
+concept counts_distinct =
+    std::same_as<Kind, aggregates::count_distinct_rows> || std::same_as<Kind, aggregates::count_distinct_values>;
 
 template <class Kind, class Memory>
 auto& state_at(Memory* memory) {
@@ -175,8 +172,61 @@ void construct_state(const aggregate_entry& aggregate, void* state) noexcept {
 
 void add_row(const aggregate_entry& aggregate, void* state, execution_context& context, state_memory& memory,
              std::uint64_t group) {
-  std::visit([&]<class Kind>(const Kind& kind) { kind.add_row(state_at<Kind>(state), context, memory, group); },
-             aggregate);
+  std::visit(
+      [&]<class Kind>(const Kind& kind) {
+        auto& kept = state_at<Kind>(state);
+        if constexpr (adds_values<Kind>) {
+          take_value(kind.argument, context, [&](const auto& seen) { kind.add(kept, seen, memory); });
+        } else if constexpr (std::same_as<Kind, aggregates::count_distinct_values>) {
+          value room;
+          const value_view seen = kind.argument.lend(context, room);
+          if (is_new({&seen, 1}, memory, group)) ++kept.count;
+        } else if constexpr (std::same_as<Kind, aggregates::count_distinct_rows>) {
+          if (!memory.views) memory.views.emplace(kind.arguments.size());
+          if (is_new(memory.views->evaluate(kind.arguments, context), memory, group)) ++kept.count;
+        } else {
+          ++kept.count;
+        }
+      },
+      aggregate);
+}
+
+std::span<const operand> arguments_of(const aggregate_entry& aggregate) {
+  return std::visit(
+      []<class Kind>(const Kind& kind) -> std::span<const operand> {
+        if constexpr (requires { kind.argument; }) {
+          return {&kind.argument, 1};
+        } else if constexpr (requires { kind.arguments; }) {
+          return kind.arguments;
+        } else {
+          return {};
+        }
+      },
+      aggregate);
+}
+
+void add_values(const aggregate_entry& aggregate, void* state, std::span<const value_view> seen, state_memory& memory,
+                std::uint64_t group) {
+  std::visit(
+      [&]<class Kind>(const Kind& kind) {
+        auto& kept = state_at<Kind>(state);
+        if constexpr (adds_values<Kind>) {
+          take_value(seen.front(), [&](const auto& taken) { kind.add(kept, taken, memory); });
+        } else if constexpr (counts_distinct<Kind>) {
+          if (is_new(seen, memory, group)) ++kept.count;
+        } else {
+          ++kept.count;
+        }
+      },
+      aggregate);
+}
+
+bool looks_further(const aggregate_entry& aggregate) {
+  return std::visit([]<class Kind>(const Kind&) { return counts_distinct<Kind>; }, aggregate);
+}
+
+void ask_for_values(std::span<const value_view> seen, state_memory& memory, std::uint64_t group) {
+  if (memory.distinct) memory.distinct->ask_for_place(memory.distinct->hash_of(distinct_row(seen, memory, group)));
 }
 
 value_view finish(const aggregate_entry& aggregate, const void* state) {

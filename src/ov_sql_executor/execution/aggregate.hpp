@@ -4,8 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <forward_list>
 #include <optional>
+#include <span>
 #include <variant>
 #include <vector>
 
@@ -23,14 +23,17 @@ enum class group_count : bool { one, any };
 // What the states of an aggregate share and point to. It goes when all of them go, so that they are plain memory.
 struct state_memory {
   group_count groups = group_count::any;
-  std::forward_list<value> values;  // what kept values do not hold themselves
+  kept_memory kept;                 // what kept values do not hold themselves
   std::optional<row_set> distinct;  // the arguments, behind the number of their group; made for the first of them
+  std::vector<value_view> key;      // one of these rows, while it is looked for
   std::optional<operators::operand_views> views;
 };
 
 namespace aggregates {
 
 using operators::operand;
+
+// Those whose one argument counts unless it is NULL take its values by `add`: integers as they are, others as views.
 
 // Of the promoted values that are not NULL; NULL without any. Throws db_exception type_error for what is no number, and
 // for a second bool, since bools do not add.
@@ -39,7 +42,7 @@ struct sum {
     kept_value total;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
+  void add(state& kept, const auto& seen, state_memory& memory) const;
   value_view result(const state& kept) const { return kept.total.view(); }
 };
 
@@ -49,7 +52,7 @@ struct count_values {
     std::int64_t count = 0;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
+  void add(state& kept, const auto& /*seen*/, state_memory& /*memory*/) const { ++kept.count; }
   value_view result(const state& kept) const { return kept.count; }
 };
 
@@ -57,9 +60,6 @@ struct count_rows {
   struct state {
     std::int64_t count = 0;
   };
-  void add_row(state& kept, execution_context& /*context*/, state_memory& /*memory*/, std::uint64_t /*group*/) const {
-    ++kept.count;
-  }
   value_view result(const state& kept) const { return kept.count; }
 };
 
@@ -69,7 +69,7 @@ struct maximum {
     kept_value extreme;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
+  void add(state& kept, const auto& seen, state_memory& memory) const;
   value_view result(const state& kept) const { return kept.extreme.view(); }
 };
 
@@ -78,7 +78,7 @@ struct minimum {
     kept_value extreme;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
+  void add(state& kept, const auto& seen, state_memory& memory) const;
   value_view result(const state& kept) const { return kept.extreme.view(); }
 };
 
@@ -89,7 +89,7 @@ struct average_as_double {
     std::int64_t count = 0;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
+  void add(state& kept, const auto& seen, state_memory& memory) const;
   value_view result(const state& kept) const;
 };
 
@@ -100,7 +100,7 @@ struct average_as_decimal {
     std::int64_t count = 0;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
+  void add(state& kept, const auto& seen, state_memory& memory) const;
   value_view result(const state& kept) const;
 };
 
@@ -110,7 +110,6 @@ struct count_distinct_rows {
     std::uint64_t count = 0;
   };
   std::vector<operand> arguments;
-  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
   value_view result(const state& kept) const { return kept.count; }
 };
 
@@ -119,7 +118,6 @@ struct count_distinct_values {
     std::uint64_t count = 0;
   };
   operand argument;
-  void add_row(state& kept, execution_context& context, state_memory& memory, std::uint64_t group) const;
   value_view result(const state& kept) const { return kept.count; }
 };
 
@@ -139,6 +137,15 @@ void construct_state(const aggregate_entry& aggregate, void* state) noexcept;
 // Takes the row on top of the row stack into the group of this number, which is the state's.
 void add_row(const aggregate_entry& aggregate, void* state, execution_context& context, state_memory& memory,
              std::uint64_t group);
+
+// The same for a row that is gone, by the values that its arguments had.
+std::span<const operators::operand> arguments_of(const aggregate_entry& aggregate);
+void add_values(const aggregate_entry& aggregate, void* state, std::span<const value_view> seen, state_memory& memory,
+                std::uint64_t group);
+
+// Whether that looks at more memory than the state, and the asking for it.
+bool looks_further(const aggregate_entry& aggregate);
+void ask_for_values(std::span<const value_view> seen, state_memory& memory, std::uint64_t group);
 
 // Good as long as the state and its memory are not touched.
 value_view finish(const aggregate_entry& aggregate, const void* state);

@@ -1,17 +1,22 @@
 #include "ov_sql_executor/execution/aggregator.hpp"
 
 #include <algorithm>
+#include <optional>
 #include <variant>
 
 #include "ov_sql_executor/execution/group_accumulators.hpp"
 #include "ov_sql_executor/execution/row_set.hpp"
 #include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/waiting_rows.hpp"
 #include "ov_sql_executor/expressions/operand_list.hpp"
 #include "ov_sql_executor/expressions/operand_views.hpp"
 
 namespace ov::sql_executor {
 
 namespace {
+
+// As many stay near the processor, so that it does not pay to have rows wait for memory together.
+constexpr std::size_t few_groups = 1024;
 
 bool counts_rows(const aggregate_entry& aggregate) { return std::holds_alternative<aggregates::count_rows>(aggregate); }
 
@@ -48,6 +53,7 @@ class aggregator_enumerator final : public row_source {
   aggregator_enumerator(const std::vector<operators::operand>& group_keys,
                         const std::vector<aggregate_entry>& aggregates, std::unique_ptr<row_source> child)
       : group_keys_(group_keys),
+        aggregates_(aggregates),
         groups_(group_keys.size()),
         accumulators_(aggregates, group_count::any),
         child_(std::move(child)) {}
@@ -64,17 +70,34 @@ class aggregator_enumerator final : public row_source {
  private:
   void fill(execution_context& context) {
     filled_ = true;
+    std::optional<waiting_rows> waiting;
+    try {
+      take_rows(waiting, context);
+    } catch (...) {
+      if (waiting) waiting->settle();  // those rows came before what failed, and may fail first
+      throw;
+    }
+    if (waiting) waiting->settle();
+  }
+
+  void take_rows(std::optional<waiting_rows>& waiting, execution_context& context) {
     operators::operand_views keys(group_keys_.size());
     const std::size_t size = context.row_stack.size();
     while (child_->push_next(context)) {
-      const row_set::place group = groups_.find_or_insert(keys.evaluate(group_keys_, context));
-      if (group.is_new) accumulators_.add_group();
-      accumulators_.add_row(group.index, context);
+      if (groups_.size() > few_groups) {
+        if (!waiting) waiting.emplace(group_keys_, aggregates_, groups_, accumulators_);
+        waiting->add(context);
+      } else {
+        const row_set::place group = groups_.find_or_insert(keys.evaluate(group_keys_, context));
+        if (group.is_new) accumulators_.add_group();
+        accumulators_.add_row(group.index, context);
+      }
       cut_row_stack(context, size);
     }
   }
 
-  const std::vector<operators::operand>& group_keys_;  // the node's
+  const std::vector<operators::operand>& group_keys_;  // the node's, like the aggregates
+  const std::vector<aggregate_entry>& aggregates_;
   row_set groups_;
   group_accumulators accumulators_;
   bool filled_ = false;

@@ -14,11 +14,15 @@ constexpr std::size_t first_block = std::size_t{1} << first_block_bits;
 }  // namespace
 
 group_accumulators::group_accumulators(const std::vector<aggregate_entry>& aggregates, group_count groups)
-    : aggregates_(aggregates), memory_(aggregates.size()) {
+    : aggregates_(aggregates),
+      looks_further_(std::ranges::any_of(aggregates, looks_further)),
+      memory_(aggregates.size()) {
   for (state_memory& each : memory_) each.groups = groups;
   offsets_.reserve(aggregates_.size());
+  widths_.reserve(aggregates_.size());
   for (const aggregate_entry& aggregate : aggregates_) {
     offsets_.push_back(new_group_.size());
+    widths_.push_back(arguments_of(aggregate).size());
     new_group_.resize(new_group_.size() + state_size(aggregate));
   }
   for (std::size_t i = 0; i < offsets_.size(); ++i) construct_state(aggregates_[i], new_group_.data() + offsets_[i]);
@@ -34,6 +38,26 @@ void group_accumulators::add_row(std::size_t group, execution_context& context) 
   std::byte* const first = first_state(group);
   for (std::size_t i = 0; i < offsets_.size(); ++i) {
     sql_executor::add_row(aggregates_[i], first + offsets_[i], context, memory_[i], group);
+  }
+}
+
+void group_accumulators::add_values(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
+  std::byte* const first = first_state(group);
+  for (std::size_t i = 0; i < aggregate_count; seen += widths_[i++]) {
+    sql_executor::add_values(aggregates_[i], first + offsets_[i], {seen, widths_[i]}, memory_[i], group);
+  }
+}
+
+void group_accumulators::ask_for_states(std::size_t group) const {
+  const std::byte* const first = first_state(group);
+  ask_for_memory(first);
+  ask_for_memory(first + new_group_.size() - 1);
+}
+
+void group_accumulators::ask_for_values(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
+  if (!looks_further_) return;
+  for (std::size_t i = 0; i < aggregate_count; seen += widths_[i++]) {
+    if (looks_further(aggregates_[i])) sql_executor::ask_for_values({seen, widths_[i]}, memory_[i], group);
   }
 }
 

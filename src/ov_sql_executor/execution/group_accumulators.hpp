@@ -25,6 +25,14 @@ class group_accumulators {
   // Takes the row on top of the row stack into a group, by number.
   void add_row(std::size_t group, execution_context& context);
 
+  // The same for a row that is gone, by the values that the aggregates' arguments had, one after the other; only for so
+  // many of the aggregates.
+  void add_values(std::size_t group, const value_view* seen, std::size_t aggregate_count);
+
+  // Asks for the memory of the states of a group that is going to take a row; and for what else that row looks at.
+  void ask_for_states(std::size_t group) const;
+  void ask_for_values(std::size_t group, const value_view* seen, std::size_t aggregate_count);
+
   // Appends a group's results to the row stack.
   void push_results(std::size_t group, execution_context& context) const;
 
@@ -39,6 +47,8 @@ class group_accumulators {
 
   const std::vector<aggregate_entry>& aggregates_;
   std::vector<std::size_t> offsets_;  // of each aggregate's state within its group
+  std::vector<std::size_t> widths_;   // how many arguments each aggregate has
+  bool looks_further_;                // one of them does
   std::vector<std::byte> new_group_;  // the states of a group that has seen no row
   std::size_t count_ = 0;
   std::vector<large_vector<std::byte>> blocks_;

@@ -30,8 +30,28 @@ bool has_nan(std::span<const value_view> key) {
 
 }  // namespace
 
-row_set::place row_set::find_or_insert(std::span<const value_view> key) {
-  const auto hash = static_cast<std::uint32_t>(hash_(key));
+void row_set::ask_for_place(std::uint32_t hash) const {
+  if (tags_.empty()) return;
+  ask_for_memory(&tags_[first_position(hash)]);
+  ask_for_memory(&slots_[first_position(hash)]);
+}
+
+std::optional<std::size_t> row_set::ask_for_row(std::uint32_t hash) const {
+  if (tags_.empty()) return std::nullopt;
+  for (std::size_t at = first_position(hash); tags_[at] != no_tag; at = next_position(at)) {
+    if (tags_[at] != tag_of(hash) || slots_[at].hash != hash) continue;
+    const std::size_t index = slots_[at].index;
+    keys_.ask_for(index * width_);
+    return index;
+  }
+  return std::nullopt;
+}
+
+void row_set::ask_for_copies(std::size_t index) const {
+  for (std::size_t column = 0; column < width_; ++column) keys_.ask_for_copy(index * width_ + column);
+}
+
+row_set::place row_set::find_or_insert(std::span<const value_view> key, std::uint32_t hash) {
   if (has_nan(key)) return {append(key), true};
   if (tags_.size() <= 2 * size_) grow();
   std::size_t at = first_position(hash);

@@ -32,18 +32,17 @@ value_view operand::keep(const value_view& view, value& room) {
   return view_of(room);
 }
 
-value_view operand::hold(execution_context& context, value& room, byte_buffer& bytes) const {
-  value_view view = lend(context, room);
-  if (context_read_ != nullptr || lender_ == nullptr || !is_lendable(view) || lies_in(view, room)) return view;
+value_view operand::keep(const value_view& view, value& room, byte_buffer& bytes) {
+  if (lies_in(view, room)) return view;
   if (const auto* text = std::get_if<text_view>(&view)) {
     bytes.assign(text->bytes.begin(), text->bytes.end());
-    view = text_view{{bytes.data(), bytes.size()}};
-  } else {
-    const auto& lent = std::get<binary_view>(view).bytes;
-    bytes.assign(lent.begin(), lent.end());
-    view = binary_view{{bytes.data(), bytes.size()}};
+    return text_view{{bytes.data(), bytes.size()}};
   }
-  return view;
+  if (const auto* binary = std::get_if<binary_view>(&view)) {
+    bytes.assign(binary->bytes.begin(), binary->bytes.end());
+    return binary_view{{bytes.data(), bytes.size()}};
+  }
+  return keep(view, room);
 }
 
 void operand::append_to(std::vector<value>& list, execution_context& context) const {

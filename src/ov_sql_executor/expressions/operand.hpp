@@ -53,14 +53,24 @@ class operand {
 
   // A look that stays good while other operands are evaluated: what the core lends is copied into room.
   value_view hold(execution_context& context, value& room) const {
-    value_view view = lend(context, room);
-    const bool is_own = context_read_ != nullptr || lender_ == nullptr;
-    if (!is_own && is_lendable(view)) view = keep(view, room);
-    return view;
+    const value_view view = lend(context, room);
+    return may_be_lent(view) ? keep(view, room) : view;
   }
 
   // The same, with the bytes that the core lends copied into memory that can serve again.
-  value_view hold(execution_context& context, value& room, byte_buffer& bytes) const;
+  value_view hold(execution_context& context, value& room, byte_buffer& bytes) const {
+    if (is_int64_property()) return property_->read(context, room);
+    const value_view view = lend(context, room);
+    return may_be_lent(view) ? keep(view, room, bytes) : view;
+  }
+
+  // A look that stays good when the row is gone, and the other lists of the context: what does not lie in the view is
+  // copied.
+  value_view preserve(execution_context& context, value& room, byte_buffer& bytes) const {
+    if (is_int64_property()) return property_->read(context, room);
+    const value_view view = lend(context, room);
+    return borrows(view) ? keep(view, room, bytes) : view;
+  }
 
   // Whether the operand is a property of int64; and the reading of its value, false for NULL.
   bool is_int64_property() const { return property_ != nullptr && property_->is_int64(); }
@@ -87,10 +97,12 @@ class operand {
 
  private:
   // The core lends texts and binaries only.
-  static bool is_lendable(const value_view& view) {
-    return std::holds_alternative<text_view>(view) || std::holds_alternative<binary_view>(view);
+  bool may_be_lent(const value_view& view) const {
+    return (std::holds_alternative<text_view>(view) || std::holds_alternative<binary_view>(view)) &&
+           lender_ != nullptr && context_read_ == nullptr;
   }
   static value_view keep(const value_view& view, value& room);
+  static value_view keep(const value_view& view, value& room, byte_buffer& bytes);
 
   template <class Operator>
   const Operator* lender_as() const {

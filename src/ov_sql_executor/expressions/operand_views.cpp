@@ -9,16 +9,9 @@ std::span<const value_view> operand_views::evaluate(std::span<const operand> ope
     slot& own = slots_[i];
     const bool is_last = i + 1 == operands.size();
     // Made in its place: copying a view that was just made would wait until all parts of it are written.
-    new (&views_[1 + i])
+    new (&views_[i])
         value_view(is_last ? operands[i].lend(context, own.room) : operands[i].hold(context, own.room, own.bytes));
   }
-  return std::span<const value_view>(views_).subspan(1);
-}
-
-std::span<const value_view> operand_views::evaluate_behind(std::uint64_t first, std::span<const operand> operands,
-                                                           execution_context& context) {
-  evaluate(operands, context);
-  views_.front() = first;
   return views_;
 }
 

@@ -1,7 +1,6 @@
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_VIEWS_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_OPERAND_VIEWS_HPP_
 
-#include <cstdint>
 #include <span>
 #include <vector>
 
@@ -14,15 +13,11 @@ namespace ov::sql_executor::operators {
 // for one is put aside while the next is evaluated, in memory that serves for all rows.
 class operand_views {
  public:
-  explicit operand_views(std::size_t count) : slots_(count), views_(1 + count) {}
+  explicit operand_views(std::size_t count) : slots_(count), views_(count) {}
 
   // The values of the operands, which are as many as the count, evaluated in order. Good until the next call, the next
   // core call on the context or a change of its lists.
   std::span<const value_view> evaluate(std::span<const operand> operands, execution_context& context);
-
-  // The same behind a number of the caller's.
-  std::span<const value_view> evaluate_behind(std::uint64_t first, std::span<const operand> operands,
-                                              execution_context& context);
 
  private:
   struct slot {
@@ -31,7 +26,7 @@ class operand_views {
   };
 
   std::vector<slot> slots_;
-  std::vector<value_view> views_;  // behind one place that may be free
+  std::vector<value_view> views_;
 };
 
 }  // namespace ov::sql_executor::operators

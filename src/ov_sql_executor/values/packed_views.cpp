@@ -1,9 +1,11 @@
 #include "ov_sql_executor/values/packed_views.hpp"
 
+#include <array>
 #include <concepts>
 #include <cstring>
 #include <new>
 #include <span>
+#include <type_traits>
 #include <variant>
 
 #include "ov_sql_executor/values/group_key.hpp"
@@ -22,6 +24,11 @@ template <class View>
 concept borrowing = requires(const View& view) {
   units(view);
 };
+
+// By alternative.
+constexpr auto is_copied = []<class... Views>(std::type_identity<std::variant<Views...>>) {
+  return std::array<bool, sizeof...(Views)>{!fits_word<Views>...};
+}(std::type_identity<value_view>());
 
 // How many units there are stands in front of them.
 template <borrowing View>
@@ -81,6 +88,15 @@ value_view packed_views::operator[](std::size_t position) const {
       return *static_cast<const view*>(from_word<const void*>(word));
     }
   });
+}
+
+void packed_views::ask_for(std::size_t position) const {
+  ask_for_memory(&words_[position]);
+  ask_for_memory(&kinds_[position]);
+}
+
+void packed_views::ask_for_copy(std::size_t position) const {
+  if (is_copied[kinds_[position]]) ask_for_memory(from_word<const void*>(words_[position]));
 }
 
 bool packed_views::equals(std::size_t position, const value_view& other) const {

@@ -20,6 +20,10 @@ class packed_views {
   // Good as long as the list lives.
   value_view operator[](std::size_t position) const;
 
+  // Asks for the memory of a value that is going to be looked at; and, when that is there, for what was copied.
+  void ask_for(std::size_t position) const;
+  void ask_for_copy(std::size_t position) const;
+
   // Group-key equality: see group_key.hpp.
   bool equals(std::size_t position, const value_view& other) const;
 

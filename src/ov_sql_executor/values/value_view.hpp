@@ -43,6 +43,12 @@ decltype(auto) visit_view(Visitor&& visitor, const value_view& view) {
       view.index(), [&](auto index) -> decltype(auto) { return visitor(*std::get_if<index()>(&view)); });
 }
 
+// Whether what a view shows lies elsewhere.
+inline bool borrows(const value_view& view) {
+  return std::holds_alternative<text_view>(view) || std::holds_alternative<binary_view>(view) ||
+         std::holds_alternative<std::u16string_view>(view);
+}
+
 // The alternative of value_view that shows an alternative of value.
 template <class T>
 using shown_as = std::conditional_t<

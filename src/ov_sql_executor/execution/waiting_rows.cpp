@@ -1,0 +1,71 @@
+#include "ov_sql_executor/execution/waiting_rows.hpp"
+
+#include <algorithm>
+#include <new>
+#include <optional>
+#include <utility>
+
+namespace ov::sql_executor {
+
+namespace {
+
+constexpr std::size_t none = -1;
+
+}  // namespace
+
+waiting_rows::waiting_rows(const std::vector<operators::operand>& group_keys,
+                           const std::vector<aggregate_entry>& aggregates, row_set& groups,
+                           group_accumulators& accumulators)
+    : groups_(groups), accumulators_(accumulators), key_width_(group_keys.size()) {
+  for (const operators::operand& key : group_keys) operands_.push_back(&key);
+  for (const aggregate_entry& aggregate : aggregates) {
+    for (const operators::operand& argument : arguments_of(aggregate)) operands_.push_back(&argument);
+    ends_.push_back(operands_.size());
+  }
+  views_.resize(most_rows * operands_.size());
+  rooms_.resize(most_rows * operands_.size());
+  hashes_.resize(most_rows);
+  indexes_.resize(most_rows);
+}
+
+void waiting_rows::add(execution_context& context) {
+  value_view* const views = views_of(count_);
+  room* const rooms = rooms_.data() + count_ * operands_.size();
+  const auto evaluate = [&](std::size_t i) {
+    // Made in its place: copying a view that was just made would wait until all parts of it are written.
+    new (&views[i]) value_view(operands_[i]->preserve(context, rooms[i].made, rooms[i].bytes));
+  };
+  for (std::size_t i = 0; i < key_width_; ++i) evaluate(i);
+  hashes_[count_] = groups_.hash_of({views, key_width_});
+  groups_.ask_for_place(hashes_[count_++]);
+  for (evaluated_ = key_width_; evaluated_ < operands_.size(); ++evaluated_) evaluate(evaluated_);
+  if (count_ == most_rows) settle();
+}
+
+// Each pass asks for what the next one looks at.
+void waiting_rows::settle() {
+  const std::size_t count = std::exchange(count_, 0);
+  // For how many of the aggregates a row has been evaluated.
+  const auto aggregates_of = [&](std::size_t row_number) -> std::size_t {
+    if (row_number + 1 < count) return ends_.size();
+    return std::ranges::upper_bound(ends_, evaluated_) - ends_.begin();
+  };
+  for (std::size_t i = 0; i < count; ++i) {
+    indexes_[i] = groups_.ask_for_row(hashes_[i]).value_or(none);
+    if (indexes_[i] != none) accumulators_.ask_for_states(indexes_[i]);
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    if (indexes_[i] != none) groups_.ask_for_copies(indexes_[i]);
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    const row_set::place group = groups_.find_or_insert({views_of(i), key_width_}, hashes_[i]);
+    if (group.is_new) accumulators_.add_group();
+    indexes_[i] = group.index;
+    accumulators_.ask_for_values(group.index, views_of(i) + key_width_, aggregates_of(i));
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    accumulators_.add_values(indexes_[i], views_of(i) + key_width_, aggregates_of(i));
+  }
+}
+
+}  // namespace ov::sql_executor

@@ -1,0 +1,60 @@
+#ifndef OV_SQL_EXECUTOR_EXECUTION_WAITING_ROWS_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_WAITING_ROWS_HPP_
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "ov_sql_executor/execution/aggregate.hpp"
+#include "ov_sql_executor/execution/group_accumulators.hpp"
+#include "ov_sql_executor/execution/row_set.hpp"
+#include "ov_sql_executor/expressions/operand.hpp"
+#include "ov_sql_executor/values/value_view.hpp"
+
+namespace ov::sql_executor {
+
+// Rows whose group keys and arguments have been evaluated, and which wait until several can be taken into their groups.
+// Among many groups each row would wait for memory again and again: for its place in the hash table, the key there, the
+// states of the group. Rows that wait together wait once. (Group prefetching: Chen, Ailamaki, Gibbons and Mowry,
+// Improving Hash Join Performance through Prefetching, 2004.)
+class waiting_rows {
+ public:
+  // All of them must outlive it.
+  waiting_rows(const std::vector<operators::operand>& group_keys, const std::vector<aggregate_entry>& aggregates,
+               row_set& groups, group_accumulators& accumulators);
+
+  // Evaluates what is wanted of the row on top of the row stack, in the order in which it would be without waiting. May
+  // settle.
+  void add(execution_context& context);
+
+  // Takes the rows into their groups, one after the other; if an argument threw, the last row as far as it was evaluated.
+  // Throws what the aggregates throw, and forgets the rows behind that.
+  void settle();
+
+ private:
+  static constexpr std::size_t most_rows = 16;
+
+  // Where a value lies that the core lends or that is made for the row.
+  struct room {
+    value made;
+    operators::byte_buffer bytes;
+  };
+
+  value_view* views_of(std::size_t row_number) { return views_.data() + row_number * operands_.size(); }
+
+  row_set& groups_;
+  group_accumulators& accumulators_;
+  std::size_t key_width_;
+  std::vector<const operators::operand*> operands_;  // of a row: its keys, then each aggregate's arguments
+  std::vector<std::size_t> ends_;                    // of each aggregate's arguments among them
+  std::vector<value_view> views_;                    // of all rows, one row's after the other's
+  std::vector<room> rooms_;                          // for each view
+  std::vector<std::uint32_t> hashes_;
+  std::vector<std::size_t> indexes_;  // of the groups
+  std::size_t count_ = 0;
+  std::size_t evaluated_ = 0;  // how many operands of the last row have been
+};
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_EXECUTION_WAITING_ROWS_HPP_
