@@ -218,10 +218,10 @@ struct picky_column final : operators::operator_base {
 TEST(Aggregator, fails_among_many_groups_as_among_few) {
   std::mt19937 random(5);
   const auto failure = [](const rows& all) {
-    auto aggregates = list_of<aggregate_entry>(
-        kinds::sum{operators::operand(column(1))}, kinds::maximum{operators::operand(std::make_unique<picky_column>(2))},
-        kinds::count_distinct_values{operators::operand(column(0))},
-        kinds::average_as_double{operators::operand(column(1))});
+    auto aggregates = list_of<aggregate_entry>(kinds::sum{operators::operand(column(1))},
+                                               kinds::maximum{operators::operand(std::make_unique<picky_column>(2))},
+                                               kinds::count_distinct_values{operators::operand(column(0))},
+                                               kinds::average_as_double{operators::operand(column(1))});
     auto child = std::make_unique<filter>(given(all), std::make_unique<picky_column>(3));
     const std::string result = run(aggregator(std::move(child), columns({0}), std::move(aggregates)));
     return result[0] == '(' ? "none" : result;

@@ -13,8 +13,8 @@
 
 namespace ov::sql_executor {
 
-// Where kept values put what they do not hold themselves; it must outlive them. Texts, the commonest, lie one behind the
-// other, each with room for others of about its length.
+// Where kept values put what they do not hold themselves; it must outlive them. Texts, the commonest, lie one behind
+// the other, each with room for others of about its length.
 struct kept_memory {
   std::forward_list<value> values;
   std::pmr::monotonic_buffer_resource texts{large_memory()};

@@ -27,8 +27,8 @@ class waiting_rows {
   // settle.
   void add(execution_context& context);
 
-  // Takes the rows into their groups, one after the other; if an argument threw, the last row as far as it was evaluated.
-  // Throws what the aggregates throw, and forgets the rows behind that.
+  // Takes the rows into their groups, one after the other; if an argument threw, the last row as far as it was
+  // evaluated. Throws what the aggregates throw, and forgets the rows behind that.
   void settle();
 
  private:
