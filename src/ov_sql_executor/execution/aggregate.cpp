@@ -26,6 +26,8 @@ bool is_number(const value_view& view) {
   return visit_view([]<class T>(const T&) { return numeric_alternative<T>; }, view);
 }
 
+bool is_valueless(const value_view& view) { return std::holds_alternative<std::monostate>(view); }
+
 // Hands over a value unless it is NULL: integers, the commonest, as they are, others as views.
 template <class Take>
 void take_value(const value_view& seen, Take take) {
@@ -146,6 +148,9 @@ template <class Kind>
 concept counts_distinct =
     std::same_as<Kind, aggregates::count_distinct_rows> || std::same_as<Kind, aggregates::count_distinct_values>;
 
+template <class Kind>
+concept keeps_extreme = std::same_as<Kind, aggregates::maximum> || std::same_as<Kind, aggregates::minimum>;
+
 template <class Kind, class Memory>
 auto& state_at(Memory* memory) {
   using state = typename Kind::state;
@@ -221,12 +226,28 @@ void add_values(const aggregate_entry& aggregate, void* state, std::span<const v
       aggregate);
 }
 
-bool looks_further(const aggregate_entry& aggregate) {
-  return std::visit([]<class Kind>(const Kind&) { return counts_distinct<Kind>; }, aggregate);
+further_look looks_further(const aggregate_entry& aggregate) {
+  return std::visit(
+      []<class Kind>(const Kind&) {
+        if (counts_distinct<Kind>) return further_look::at_all;
+        return keeps_extreme<Kind> ? further_look::at_texts : further_look::at_none;
+      },
+      aggregate);
 }
 
-void ask_for_values(std::span<const value_view> seen, state_memory& memory, std::uint64_t group) {
-  if (memory.distinct) memory.distinct->ask_for_place(memory.distinct->hash_of(distinct_row(seen, memory, group)));
+void ask_for_values(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
+                    state_memory& memory, std::uint64_t group) {
+  std::visit(
+      [&]<class Kind>(const Kind&) {
+        if constexpr (counts_distinct<Kind>) {
+          // A valueless value is refused when its turn comes.
+          if (!memory.distinct || std::ranges::any_of(seen, is_valueless)) return;
+          memory.distinct->ask_for_place(memory.distinct->hash_of(distinct_row(seen, memory, group)));
+        } else if constexpr (keeps_extreme<Kind>) {
+          state_at<Kind>(state).extreme.ask_for();
+        }
+      },
+      aggregate);
 }
 
 value_view finish(const aggregate_entry& aggregate, const void* state) {

@@ -143,9 +143,11 @@ std::span<const operators::operand> arguments_of(const aggregate_entry& aggregat
 void add_values(const aggregate_entry& aggregate, void* state, std::span<const value_view> seen, state_memory& memory,
                 std::uint64_t group);
 
-// Whether that looks at more memory than the state, and the asking for it.
-bool looks_further(const aggregate_entry& aggregate);
-void ask_for_values(std::span<const value_view> seen, state_memory& memory, std::uint64_t group);
+// For which of its first argument's values that looks at more memory than the state; and the asking for that memory.
+enum class further_look { at_none, at_texts, at_all };
+further_look looks_further(const aggregate_entry& aggregate);
+void ask_for_values(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
+                    state_memory& memory, std::uint64_t group);
 
 // Good as long as the state and its memory are not touched.
 value_view finish(const aggregate_entry& aggregate, const void* state);

@@ -14,15 +14,19 @@ constexpr std::size_t first_block = std::size_t{1} << first_block_bits;
 }  // namespace
 
 group_accumulators::group_accumulators(const std::vector<aggregate_entry>& aggregates, group_count groups)
-    : aggregates_(aggregates),
-      looks_further_(std::ranges::any_of(aggregates, looks_further)),
-      memory_(aggregates.size()) {
+    : aggregates_(aggregates), memory_(aggregates.size()) {
   for (state_memory& each : memory_) each.groups = groups;
   offsets_.reserve(aggregates_.size());
   widths_.reserve(aggregates_.size());
+  std::size_t argument_count = 0;
   for (const aggregate_entry& aggregate : aggregates_) {
     offsets_.push_back(new_group_.size());
+    const further_look look = looks_further(aggregate);
+    if (look != further_look::at_none) {
+      further_.push_back({widths_.size(), argument_count, look == further_look::at_texts});
+    }
     widths_.push_back(arguments_of(aggregate).size());
+    argument_count += widths_.back();
     new_group_.resize(new_group_.size() + state_size(aggregate));
   }
   for (std::size_t i = 0; i < offsets_.size(); ++i) construct_state(aggregates_[i], new_group_.data() + offsets_[i]);
@@ -55,9 +59,11 @@ void group_accumulators::ask_for_states(std::size_t group) const {
 }
 
 void group_accumulators::ask_for_values(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
-  if (!looks_further_) return;
-  for (std::size_t i = 0; i < aggregate_count; seen += widths_[i++]) {
-    if (looks_further(aggregates_[i])) sql_executor::ask_for_values({seen, widths_[i]}, memory_[i], group);
+  for (const auto& [i, argument, only_at_texts] : further_) {
+    if (i >= aggregate_count) break;
+    if (only_at_texts && !borrows(seen[argument])) continue;
+    sql_executor::ask_for_values(aggregates_[i], first_state(group) + offsets_[i], {seen + argument, widths_[i]},
+                                 memory_[i], group);
   }
 }
 

@@ -41,6 +41,11 @@ class group_accumulators {
     std::size_t block;
     std::size_t group;  // within the block
   };
+  struct further {  // an aggregate that looks further than its state
+    std::size_t aggregate;
+    std::size_t argument;  // its first, among those of all
+    bool only_at_texts;
+  };
   static place find(std::size_t group);
   const std::byte* first_state(std::size_t group) const;
   std::byte* first_state(std::size_t group);
@@ -48,7 +53,7 @@ class group_accumulators {
   const std::vector<aggregate_entry>& aggregates_;
   std::vector<std::size_t> offsets_;  // of each aggregate's state within its group
   std::vector<std::size_t> widths_;   // how many arguments each aggregate has
-  bool looks_further_;                // one of them does
+  std::vector<further> further_;
   std::vector<std::byte> new_group_;  // the states of a group that has seen no row
   std::size_t count_ = 0;
   std::vector<large_vector<std::byte>> blocks_;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "ov_sql_executor/execution/stack_row.hpp"
 #include "ov_sql_executor/expressions/operand.hpp"
 
 namespace ov::sql_executor {
@@ -16,7 +17,7 @@ class projected_item {
   // Appends the item's value. The input row lies on the row stack from input_start on; list may be the row stack.
   void append_to(std::vector<value>& list, std::size_t input_start, execution_context& context) const {
     if (is_last_look_ && position_ >= input_start && position_ < context.row_stack.size()) {
-      list.push_back(std::move(context.row_stack[position_]));
+      append_moved(list, context.row_stack[position_]);
     } else {
       expression_.append_to(list, context);
     }

@@ -16,7 +16,7 @@ auto at(Stack& stack, std::size_t position) {
 void make_room_for_value(execution_context& context) { context.row_stack.reserve(2 * context.row_stack.size() + 1); }
 
 void move_onto_stack(execution_context& context, row& source) {
-  for (value& each : source) context.row_stack.push_back(std::move(each));
+  for (value& each : source) append_moved(context.row_stack, each);
 }
 
 void push_nulls(execution_context& context, std::uint64_t count) {

@@ -11,6 +11,10 @@ namespace {
 
 constexpr std::size_t none = -1;
 
+// More rows than that do not come faster, and more values do not stay near the processor until they are taken.
+constexpr std::size_t most_rows = 16;
+constexpr std::size_t most_values = 1024;
+
 }  // namespace
 
 waiting_rows::waiting_rows(const std::vector<operators::operand>& group_keys,
@@ -22,10 +26,11 @@ waiting_rows::waiting_rows(const std::vector<operators::operand>& group_keys,
     for (const operators::operand& argument : arguments_of(aggregate)) operands_.push_back(&argument);
     ends_.push_back(operands_.size());
   }
-  views_.resize(most_rows * operands_.size());
-  rooms_.resize(most_rows * operands_.size());
-  hashes_.resize(most_rows);
-  indexes_.resize(most_rows);
+  most_rows_ = std::clamp<std::size_t>(most_values / operands_.size(), 1, most_rows);
+  views_.resize(most_rows_ * operands_.size());
+  rooms_.resize(most_rows_ * operands_.size());
+  hashes_.resize(most_rows_);
+  indexes_.resize(most_rows_);
 }
 
 void waiting_rows::add(execution_context& context) {
@@ -39,7 +44,7 @@ void waiting_rows::add(execution_context& context) {
   hashes_[count_] = groups_.hash_of({views, key_width_});
   groups_.ask_for_place(hashes_[count_++]);
   for (evaluated_ = key_width_; evaluated_ < operands_.size(); ++evaluated_) evaluate(evaluated_);
-  if (count_ == most_rows) settle();
+  if (count_ == most_rows_) settle();
 }
 
 // Each pass asks for what the next one looks at.

@@ -32,8 +32,6 @@ class waiting_rows {
   void settle();
 
  private:
-  static constexpr std::size_t most_rows = 16;
-
   // Where a value lies that the core lends or that is made for the row.
   struct room {
     value made;
@@ -47,8 +45,9 @@ class waiting_rows {
   std::size_t key_width_;
   std::vector<const operators::operand*> operands_;  // of a row: its keys, then each aggregate's arguments
   std::vector<std::size_t> ends_;                    // of each aggregate's arguments among them
-  std::vector<value_view> views_;                    // of all rows, one row's after the other's
-  std::vector<room> rooms_;                          // for each view
+  std::size_t most_rows_;
+  std::vector<value_view> views_;  // of all rows, one row's after the other's
+  std::vector<room> rooms_;        // for each view
   std::vector<std::uint32_t> hashes_;
   std::vector<std::size_t> indexes_;  // of the groups
   std::size_t count_ = 0;
