@@ -87,10 +87,9 @@ std::span<const value_view> distinct_row(std::span<const value_view> seen, state
   return memory.key;
 }
 
-bool is_new(std::span<const value_view> seen, state_memory& memory, std::uint64_t group) {
-  const auto row = distinct_row(seen, memory, group);
-  if (!memory.distinct) memory.distinct.emplace(row.size());
-  return memory.distinct->find_or_insert(row).is_new;
+bool is_new(std::span<const value_view> key, state_memory& memory) {
+  if (!memory.distinct) memory.distinct.emplace(key.size());
+  return memory.distinct->find_or_insert(key).is_new;
 }
 
 double to_number(std::int64_t number) { return static_cast<double>(number); }
@@ -184,11 +183,13 @@ void add_row(const aggregate_entry& aggregate, void* state, execution_context& c
           take_value(kind.argument, context, [&](const auto& seen) { kind.add(kept, seen, memory); });
         } else if constexpr (std::same_as<Kind, aggregates::count_distinct_values>) {
           value room;
-          const value_view seen = kind.argument.lend(context, room);
-          if (is_new({&seen, 1}, memory, group)) ++kept.count;
+          // Made in its place: copying a view that was just made would wait until all parts of it are written.
+          const value_view key[] = {group, kind.argument.lend(context, room)};
+          if (is_new(std::span(key).subspan(memory.groups == group_count::one ? 1 : 0), memory)) ++kept.count;
         } else if constexpr (std::same_as<Kind, aggregates::count_distinct_rows>) {
           if (!memory.views) memory.views.emplace(kind.arguments.size());
-          if (is_new(memory.views->evaluate(kind.arguments, context), memory, group)) ++kept.count;
+          const auto seen = memory.views->evaluate(kind.arguments, context);
+          if (is_new(distinct_row(seen, memory, group), memory)) ++kept.count;
         } else {
           ++kept.count;
         }
@@ -218,7 +219,7 @@ void add_values(const aggregate_entry& aggregate, void* state, std::span<const v
         if constexpr (adds_values<Kind>) {
           take_value(seen.front(), [&](const auto& taken) { kind.add(kept, taken, memory); });
         } else if constexpr (counts_distinct<Kind>) {
-          if (is_new(seen, memory, group)) ++kept.count;
+          if (is_new(distinct_row(seen, memory, group), memory)) ++kept.count;
         } else {
           ++kept.count;
         }
