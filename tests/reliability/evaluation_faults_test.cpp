@@ -83,10 +83,13 @@ class EvaluationFaults : public testing::Test {
     add("groups", tree<aggregator>(input(), list_of(at(1), at(0)), every_aggregate()));
     // So many that rows are looked at ahead, which begins behind some thousand of them.
     rows many;
-    for (std::int64_t n = 0; n < 1036; ++n) many.push_back({i(n), val("'text'"), i(n)});
+    for (std::int64_t n = 0; n < 1050; ++n) {
+      const std::int64_t group = n % 3 == 0 || n < 1030 ? n : n % 7;
+      many.push_back({i(group), val("'a-text-that-owns-its-bytes-" + std::to_string(group) + "'"), i(n)});
+    }
     constexpr std::uint64_t evaluations_of_a_row = 11;
     add("many groups", tree<aggregator>(given(std::move(many), log), list_of(at(1), at(0)), every_aggregate()),
-        evaluations_of_a_row * 1020);
+        evaluations_of_a_row * 1024);
     add("inner join", tree<nested_loop_inner_join>(input(5), partners()));
     add("left join", tree<left_join>(input(5), partners(), width));
     add("full join", tree<full_join>(input(5), input(4), width, width, std::optional(matching())));

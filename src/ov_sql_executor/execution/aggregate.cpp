@@ -211,8 +211,8 @@ std::span<const operand> arguments_of(const aggregate_entry& aggregate) {
       aggregate);
 }
 
-void add_values(const aggregate_entry& aggregate, void* state, std::span<const value_view> seen, state_memory& memory,
-                std::uint64_t group) {
+void take_values(const aggregate_entry& aggregate, void* state, std::span<const value_view> seen, state_memory& memory,
+                 std::uint64_t group) {
   std::visit(
       [&]<class Kind>(const Kind& kind) {
         auto& kept = state_at<Kind>(state);
@@ -236,8 +236,8 @@ further_look looks_further(const aggregate_entry& aggregate) {
       aggregate);
 }
 
-void ask_for_values(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
-                    state_memory& memory, std::uint64_t group) {
+void ask_ahead(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
+               state_memory& memory, std::uint64_t group) {
   std::visit(
       [&]<class Kind>(const Kind&) {
         if constexpr (counts_distinct<Kind>) {

@@ -25,7 +25,7 @@ struct state_memory {
   group_count groups = group_count::any;
   kept_memory kept;                 // what kept values do not hold themselves
   std::optional<row_set> distinct;  // the arguments, behind the number of their group; made for the first of them
-  std::vector<value_view> key;      // one of these rows, while it is looked for
+  std::vector<value_view> key;      // one of the distinct rows, while it is looked for
   std::optional<operators::operand_views> views;
 };
 
@@ -140,14 +140,15 @@ void add_row(const aggregate_entry& aggregate, void* state, execution_context& c
 
 // The same for a row that is gone, by the values that its arguments had.
 std::span<const operators::operand> arguments_of(const aggregate_entry& aggregate);
-void add_values(const aggregate_entry& aggregate, void* state, std::span<const value_view> seen, state_memory& memory,
-                std::uint64_t group);
+void take_values(const aggregate_entry& aggregate, void* state, std::span<const value_view> seen, state_memory& memory,
+                 std::uint64_t group);
 
-// For which of its first argument's values that looks at more memory than the state; and the asking for that memory.
+// When taking values looks at more memory than the state: never, where the first of them is a text or the like, always.
+// And the asking for that memory; a hint, which throws nothing but std::bad_alloc.
 enum class further_look { at_none, at_texts, at_all };
 further_look looks_further(const aggregate_entry& aggregate);
-void ask_for_values(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
-                    state_memory& memory, std::uint64_t group);
+void ask_ahead(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
+               state_memory& memory, std::uint64_t group);
 
 // Good as long as the state and its memory are not touched.
 value_view finish(const aggregate_entry& aggregate, const void* state);

@@ -15,7 +15,7 @@ namespace ov::sql_executor {
 
 namespace {
 
-// As many stay near the processor, so that it does not pay to have rows wait for memory together.
+// So many groups stay near the processor, so that it does not pay to have rows wait for memory together.
 constexpr std::size_t few_groups = 1024;
 
 bool counts_rows(const aggregate_entry& aggregate) { return std::holds_alternative<aggregates::count_rows>(aggregate); }

@@ -45,25 +45,26 @@ void group_accumulators::add_row(std::size_t group, execution_context& context) 
   }
 }
 
-void group_accumulators::add_values(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
+void group_accumulators::take_values(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
   std::byte* const first = first_state(group);
   for (std::size_t i = 0; i < aggregate_count; seen += widths_[i++]) {
-    sql_executor::add_values(aggregates_[i], first + offsets_[i], {seen, widths_[i]}, memory_[i], group);
+    sql_executor::take_values(aggregates_[i], first + offsets_[i], {seen, widths_[i]}, memory_[i], group);
   }
 }
 
 void group_accumulators::ask_for_states(std::size_t group) const {
+  if (new_group_.empty()) return;
   const std::byte* const first = first_state(group);
   ask_for_memory(first);
   ask_for_memory(first + new_group_.size() - 1);
 }
 
-void group_accumulators::ask_for_values(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
+void group_accumulators::ask_ahead(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
   for (const auto& [i, argument, only_at_texts] : further_) {
     if (i >= aggregate_count) break;
     if (only_at_texts && !borrows(seen[argument])) continue;
-    sql_executor::ask_for_values(aggregates_[i], first_state(group) + offsets_[i], {seen + argument, widths_[i]},
-                                 memory_[i], group);
+    sql_executor::ask_ahead(aggregates_[i], first_state(group) + offsets_[i], {seen + argument, widths_[i]}, memory_[i],
+                            group);
   }
 }
 

@@ -27,11 +27,11 @@ class group_accumulators {
 
   // The same for a row that is gone, by the values that the aggregates' arguments had, one after the other; only for so
   // many of the aggregates.
-  void add_values(std::size_t group, const value_view* seen, std::size_t aggregate_count);
+  void take_values(std::size_t group, const value_view* seen, std::size_t aggregate_count);
 
   // Asks for the memory of the states of a group that is going to take a row; and for what else that row looks at.
   void ask_for_states(std::size_t group) const;
-  void ask_for_values(std::size_t group, const value_view* seen, std::size_t aggregate_count);
+  void ask_ahead(std::size_t group, const value_view* seen, std::size_t aggregate_count);
 
   // Appends a group's results to the row stack.
   void push_results(std::size_t group, execution_context& context) const;

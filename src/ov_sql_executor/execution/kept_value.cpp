@@ -52,7 +52,7 @@ void kept_value::become(const value_view& other, kept_memory& elsewhere) {
       other);
 }
 
-// Rooms double, so that all that were given up take no more than the last one.
+// Rooms at least double, so that those that were given up take little more than the last one.
 void kept_value::become_text(const text_view& text, kept_memory& elsewhere) {
   const std::size_t size = text.bytes.size();
   text_room* const* held = std::get_if<text_room*>(&held_);

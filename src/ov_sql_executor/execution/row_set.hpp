@@ -25,9 +25,9 @@ class row_set {
   };
   place find_or_insert(std::span<const value_view> key) { return find_or_insert(key, hash_of(key)); }
 
-  // The same in steps, for who has several keys and wants their memory to come at the same time. Each step asks for
-  // what the next one looks at: the place that a hash stands for; the row with that hash, if there is one; what of the
-  // row lies elsewhere.
+  // The same in steps, for who has several keys and wants their memory to come at the same time. Behind the hash, each
+  // step asks for what the next one looks at: the place that the hash stands for; the row with that hash, if there is
+  // one; what of the row lies elsewhere.
   std::uint32_t hash_of(std::span<const value_view> key) const { return static_cast<std::uint32_t>(hash_(key)); }
   void ask_for_place(std::uint32_t hash) const;
   std::optional<std::size_t> ask_for_row(std::uint32_t hash) const;

@@ -42,7 +42,8 @@ void waiting_rows::add(execution_context& context) {
   };
   for (std::size_t i = 0; i < key_width_; ++i) evaluate(i);
   hashes_[count_] = groups_.hash_of({views, key_width_});
-  groups_.ask_for_place(hashes_[count_++]);
+  groups_.ask_for_place(hashes_[count_]);
+  ++count_;  // what is evaluated from here on counts even if something behind it throws
   for (evaluated_ = key_width_; evaluated_ < operands_.size(); ++evaluated_) evaluate(evaluated_);
   if (count_ == most_rows_) settle();
 }
@@ -66,10 +67,10 @@ void waiting_rows::settle() {
     const row_set::place group = groups_.find_or_insert({views_of(i), key_width_}, hashes_[i]);
     if (group.is_new) accumulators_.add_group();
     indexes_[i] = group.index;
-    accumulators_.ask_for_values(group.index, views_of(i) + key_width_, aggregates_of(i));
+    accumulators_.ask_ahead(group.index, views_of(i) + key_width_, aggregates_of(i));
   }
   for (std::size_t i = 0; i < count; ++i) {
-    accumulators_.add_values(indexes_[i], views_of(i) + key_width_, aggregates_of(i));
+    accumulators_.take_values(indexes_[i], views_of(i) + key_width_, aggregates_of(i));
   }
 }
 

@@ -51,7 +51,7 @@ class waiting_rows {
   std::vector<std::uint32_t> hashes_;
   std::vector<std::size_t> indexes_;  // of the groups
   std::size_t count_ = 0;
-  std::size_t evaluated_ = 0;  // how many operands of the last row have been
+  std::size_t evaluated_ = 0;  // how many operands of the last of these rows
 };
 
 }  // namespace ov::sql_executor
