@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "core_shim/core_shim.hpp"
+#include "nodes/given_rows.hpp"
 #include "outcome.hpp"
 #include "ov_sql_executor/errors/stack_weights.hpp"
 #include "ov_sql_executor/execution/enumerator.hpp"
@@ -263,6 +264,39 @@ TEST_F(FaultLoops, a_failing_core_call_leaves_as_its_status) {
 TEST_F(FaultLoops, no_value_from_any_core_call_does_no_harm) {
   check_all(core_call(ORV_NO_VALUE, repeat::once));
   if (!is_slow) check_all(core_call(ORV_NO_VALUE, repeat::from_then_on));
+}
+
+// Of more groups than the catalogue has rows, some rows wait for others. Most of the allocations are those of the rows.
+TEST(ManyGroups, survive_allocations_that_fail) {
+  namespace kinds = aggregates;
+  const auto log = std::make_shared<journal>();
+  rows input;
+  for (std::int64_t n = 0; n < 1200; ++n) {
+    const std::string group = std::to_string(n % 1100);
+    input.push_back({i(n % 1100), val("'a-text-that-owns-its-bytes-" + group + "'"), n % 6 == 0 ? null() : i(n)});
+  }
+  const aggregator root(given(input, log), columns({1, 0}),
+                        list_of<aggregate_entry>(kinds::maximum{operators::operand(column(1))},
+                                                 kinds::count_distinct_values{operators::operand(column(2))}));
+  const std::string expected = spell(rows_of(root));
+  for (const repeat how : {repeat::once, repeat::from_then_on}) {
+    std::uint64_t failures = 1;
+    for (std::uint64_t k = 1; failures != 0; k += 29) {
+      const std::int64_t alive = failing_allocations::alive;
+      bool failed = false;
+      failing_allocations::fail(k, how, place::elsewhere);
+      try {
+        rows_of(root);
+      } catch (const std::bad_alloc&) {
+        failed = true;
+      }
+      failures = failing_allocations::stop();
+      log->events.clear();
+      ASSERT_EQ(failed, failures != 0) << k;
+      ASSERT_EQ(failing_allocations::alive, alive) << "a leak at allocation " << k;
+    }
+    EXPECT_EQ(spell(rows_of(root)), expected) << "run again";
+  }
 }
 
 }  // namespace
