@@ -53,23 +53,25 @@ class operand {
 
   // A look that stays good while other operands are evaluated: what the core lends is copied into room.
   value_view hold(execution_context& context, value& room) const {
-    const value_view view = lend(context, room);
-    return may_be_lent(view) ? keep(view, room) : view;
+    value_view view = lend(context, room);  // made where it is returned
+    if (may_be_lent(view)) view = keep(view, room);
+    return view;
   }
 
   // The same, with the bytes that the core lends copied into memory that can serve again.
   value_view hold(execution_context& context, value& room, byte_buffer& bytes) const {
-    if (is_int64_property()) return property_->read(context, room);
-    const value_view view = lend(context, room);
-    return may_be_lent(view) ? keep(view, room, bytes) : view;
+    value_view view = lend(context, room);  // made where it is returned
+    if (may_be_lent(view)) view = keep(view, room, bytes);
+    return view;
   }
 
   // A look that stays good when the row is gone, and the other lists of the context: what does not lie in the view is
   // copied.
   value_view preserve(execution_context& context, value& room, byte_buffer& bytes) const {
-    if (is_int64_property()) return property_->read(context, room);
-    const value_view view = lend(context, room);
-    return borrows(view) ? keep(view, room, bytes) : view;
+    if (is_int64_property()) return property_->read(context, room);  // the commonest, and never borrowed
+    value_view view = lend(context, room);  // made where it is returned
+    if (borrows(view)) view = keep(view, room, bytes);
+    return view;
   }
 
   // Whether the operand is a property of int64; and the reading of its value, false for NULL.
