@@ -69,7 +69,7 @@ class operand {
   // copied.
   value_view preserve(execution_context& context, value& room, byte_buffer& bytes) const {
     if (is_int64_property()) return property_->read(context, room);  // the commonest, and never borrowed
-    value_view view = lend(context, room);  // made where it is returned
+    value_view view = lend(context, room);                           // made where it is returned
     if (borrows(view)) view = keep(view, room, bytes);
     return view;
   }
