@@ -1,4 +1,4 @@
-
+// The nodes that join and group, over nodes and expressions that are not the library's own.
 
 #include <algorithm>
 #include <limits>
