@@ -11,6 +11,8 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little);
 
+using four_halves [[gnu::vector_size(16)]] = std::uint32_t;
+using eight_quarters [[gnu::vector_size(16)]] = std::uint16_t;
 using sixteen_numbers [[gnu::vector_size(16)]] = std::int8_t;  // the bytes as compared, which is faster with a sign
 
 // The payload's bits from one position on, most significant first; zeros follow the end.
@@ -28,8 +30,17 @@ class bit_window {
   // The next 56 bits and the 56 behind them.
   two_words load_two() const {
     const std::uint64_t byte = at_ / 8;
-    if (size_ - byte >= 15) return two_words{load_at(byte), load_at(byte + 7)} << at_ % 8;
+    if (size_ - byte >= 15) return load_two_at(bytes_ + byte) << at_ % 8;
     return two_words{load_from(at_), left() > 56 ? load_from(at_ + 56) : 0};
+  }
+
+  // From the beginning, where no bits of a byte are taken: hands out what load_two returns and goes beyond it while it
+  // is there in whole and wanted.
+  template <class Wants>
+  void take_first_twos(Wants&& wants) {
+    std::uint64_t byte = 0;
+    while (size_ - byte >= 15 && wants(load_two_at(bytes_ + byte))) byte += 14;
+    at_ = byte * 8;
   }
 
  private:
@@ -42,6 +53,9 @@ class bit_window {
   }
 
   std::uint64_t load_at(std::uint64_t byte) const { return load_eight(bytes_ + byte); }
+  static two_words load_two_at(const std::uint8_t* bytes) {
+    return two_words{load_eight(bytes), load_eight(bytes + 7)};
+  }
   static std::uint64_t load_eight(const std::uint8_t* bytes) {
     std::uint64_t loaded;
     std::memcpy(&loaded, bytes, sizeof loaded);
@@ -69,10 +83,9 @@ class bit_window {
 
 // The sixteen slots of 7 bits in twice 56 bits, in order: halves, quarters and then eighths change places.
 sixteen_bytes slots_of(two_words bits) {
-  bits = (bits >> 36) | (bits << 24 & 0x0FFFFFFF00000000);
-  bits = (bits >> 14 & 0x00003FFF00003FFF) | (bits & 0x00003FFF00003FFF) << 16;
-  bits = (bits >> 7 & 0x007F007F007F007F) | (bits & 0x007F007F007F007F) << 8;
-  return reinterpret_cast<sixteen_bytes>(bits);
+  const auto halves = reinterpret_cast<four_halves>((bits >> 36) | (bits << 24 & 0x0FFFFFFF00000000));
+  const auto quarters = reinterpret_cast<eight_quarters>(halves >> 14 | (halves & 0x3FFF) << 16);
+  return reinterpret_cast<sixteen_bytes>(quarters >> 7 | (quarters & 0x7F) << 8);
 }
 
 // The units of slots that are whole codes, each 0x20 to 0x7F; those of others mean nothing and are 0x1F or above 0x7F.
@@ -86,9 +99,14 @@ sixteen_bytes folded(sixteen_bytes units) {
   return units + (reinterpret_cast<sixteen_bytes>(is_capital) & std::uint8_t{'a' - 'A'});
 }
 
+// All ones where the slot is not a whole code.
+two_words others_among(sixteen_bytes units) {
+  return reinterpret_cast<two_words>(reinterpret_cast<sixteen_numbers>(units) < std::int8_t{' '});
+}
+
 // How many units come before the first whose slot is not a whole code.
 std::uint64_t printable_count(sixteen_bytes units) {
-  const auto others = reinterpret_cast<two_words>(reinterpret_cast<sixteen_numbers>(units) < std::int8_t{' '});
+  const two_words others = others_among(units);
   const auto before = [](std::uint64_t word) { return static_cast<std::uint64_t>(std::countr_zero(word)) / 8; };
   return others[0] != 0 ? before(others[0]) : 8 + before(others[1]);
 }
@@ -98,6 +116,13 @@ std::uint64_t printable_count(sixteen_bytes units) {
 template <bool Fold, class Output>
 std::size_t decode(std::span<const std::uint8_t> encoded, Output output) {
   bit_window window(payload_of(encoded));
+  window.take_first_twos([&output](two_words bits) {
+    const sixteen_bytes units = units_of(slots_of(bits));
+    const two_words others = others_among(units);
+    if ((others[0] | others[1]) != 0) return false;
+    output.put(Fold ? folded(units) : units, 16);
+    return true;
+  });
   while (window.left() != 0) {
     const sixteen_bytes as_stored = units_of(slots_of(window.load_two()));
     const sixteen_bytes units = Fold ? folded(as_stored) : as_stored;

@@ -33,17 +33,19 @@ fixed_ends check_escapes(std::u16string_view pattern) {
   ends.beginning = at;
   for (; at < pattern.size(); ++at) {
     const char16_t unit = pattern[at];
-    if (unit == escape && (++at == pattern.size() || !is_special(pattern[at]))) {
-      error_handling::raise_error(error_handling::bad_escape, error_handling::no_detail,
-                                  L"Escape character must be followed by a special character.");
-    }
     if (unit == any_run) {
       ends.end_start = at + 1;
       ends.end_length = 0;
       ends.is_end_fixed = true;
-    } else {
-      ++ends.end_length;
-      if (unit == any_character) ends.is_end_fixed = false;
+      continue;
+    }
+    ++ends.end_length;
+    if (!is_special(unit)) continue;
+    if (unit == any_character) {
+      ends.is_end_fixed = false;
+    } else if (++at == pattern.size() || !is_special(pattern[at])) {
+      error_handling::raise_error(error_handling::bad_escape, error_handling::no_detail,
+                                  L"Escape character must be followed by a special character.");
     }
   }
   return ends;
