@@ -145,6 +145,29 @@ std::size_t decode(std::span<const std::uint8_t> encoded, Output output) {
   return output.count();
 }
 
+// Whether all of up to eight slots are whole codes, 1 to 0x60: one less than that has not both upper bits, but one less
+// than 0 has. `ones` has a 1 in each slot.
+bool are_printable(std::uint64_t slots, std::uint64_t ones) {
+  const std::uint64_t less = slots - ones;
+  return (less & less << 1 & ones << 6) == 0;
+}
+
+// The number of units, without looking at each, if all are printable ASCII; not_decoded otherwise. Out of line, where
+// it has the registers to itself.
+[[gnu::noinline]] std::size_t count_printable(std::span<const std::uint8_t> encoded) {
+  constexpr std::uint64_t ones = 0x0002'0408'1020'4081;
+  bit_window window(payload_of(encoded));
+  const std::uint64_t bits = window.left();
+  for (; window.left() >= 56; window.take(56)) {
+    if (!are_printable(window.load() >> 8, ones)) return not_decoded;
+  }
+  const std::uint64_t left = window.left();
+  if (left == 0) return bits / least_code_length;
+  const bool is_printable =
+      left % least_code_length == 0 && are_printable(window.load() >> (64 - left), ones >> (56 - left));
+  return is_printable ? bits / least_code_length : not_decoded;
+}
+
 template <class Output>
 std::size_t decode(std::span<const std::uint8_t> encoded, text_form form, Output output) {
   return form == text_form::base ? decode<true>(encoded, output) : decode<false>(encoded, output);
@@ -163,7 +186,9 @@ std::size_t decode_text(std::span<const std::uint8_t> encoded, text_form form, c
 }
 
 std::size_t decode_text_within(std::span<const std::uint8_t> encoded, text_form form, std::span<char16_t> out) {
-  return out.empty() ? decode(encoded, form, counting_output()) : decode(encoded, form, bounded_output(out));
+  if (!out.empty()) return decode(encoded, form, bounded_output(out));
+  const std::size_t count = count_printable(encoded);
+  return count != not_decoded ? count : decode(encoded, form, counting_output());
 }
 
 bool decode_text(std::span<const std::uint8_t> encoded, std::u16string& units) {
