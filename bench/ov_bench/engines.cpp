@@ -55,10 +55,13 @@ void read_rows(sqlite3_stmt* statement, outcome& so_far) {
   if (sqlite3_reset(statement) != SQLITE_OK) throw std::runtime_error("SQLite: a query failed");
 }
 
-std::string with_size(std::string sql, std::size_t rows) {
+}  // namespace
+
+std::string sql_of(const shape& of, const sample& data) {
   const std::string name = "$rows";
+  std::string sql = of.sql;
   for (std::size_t at = 0; (at = sql.find(name)) != std::string::npos;) {
-    sql.replace(at, name.size(), std::to_string(rows));
+    sql.replace(at, name.size(), std::to_string(data.rows()));
   }
   return sql;
 }
@@ -66,8 +69,6 @@ std::string with_size(std::string sql, std::size_t rows) {
 std::vector<std::int64_t> parameters_of(const shape& of, const sample& data) {
   return of.parameters ? of.parameters(data.rows()) : std::vector<std::int64_t>{0};
 }
-
-}  // namespace
 
 prepared prepare_ov(const shape& of, const sample& data) {
   const auto names = std::make_shared<ovhost::query>();
@@ -84,7 +85,7 @@ prepared prepare_ov(const shape& of, const sample& data) {
 }
 
 prepared prepare_sqlite(const shape& of, const sample& data) {
-  const std::string sql = with_size(of.sql, data.rows());
+  const std::string sql = sql_of(of, data);
   const auto statement = std::make_shared<sqlite_statement>(data.sqlite(), sql);
   return [of, &data, sql, statement, parameters = parameters_of(of, data)] {
     outcome result;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "sample.hpp"
 #include "shape.hpp"
@@ -21,6 +22,10 @@ struct outcome {
 
 // Runs the whole shape once.
 using prepared = std::function<outcome()>;
+
+// The shape's statement, and what it is run with in turn, for a sample.
+std::string sql_of(const shape& of, const sample& data);
+std::vector<std::int64_t> parameters_of(const shape& of, const sample& data);
 
 prepared prepare_ov(const shape& of, const sample& data);
 prepared prepare_sqlite(const shape& of, const sample& data);

@@ -1,10 +1,12 @@
-// This library over the embedded core, SQLite in memory, and hand-written loops over the core's interface, on the same
-// data, in turns, in one process.
+// This library over the embedded core, SQLite in memory, hand-written loops over the core's interface and, if it is
+// there, DuckDB in memory, on the same data, in turns, in one process.
 #include <fnmatch.h>
 
 #include <cstdio>
 #include <exception>
+#include <optional>
 
+#include "duckdb_database.hpp"
 #include "engines.hpp"
 #include "instructions.hpp"
 #include "measure.hpp"
@@ -59,11 +61,13 @@ void print_instructions(const std::vector<bench::shape>& shapes, std::size_t row
 void run(const bench::options& wanted) {
   const std::vector<bench::shape> shapes = chosen_shapes(wanted.pattern);
   std::vector<bench::measurement> all;
-  bench::print_heading();
+  bench::print_heading(!wanted.duckdb_library.empty());
   for (const std::size_t rows : wanted.sizes) {
     const bench::sample data(rows);
+    std::optional<bench::duckdb_database> duckdb;
+    if (!wanted.duckdb_library.empty()) duckdb.emplace(wanted.duckdb_library, data);
     for (const bench::shape& each : shapes) {
-      all.push_back(bench::measure(each, data));
+      all.push_back(bench::measure(each, data, duckdb ? &*duckdb : nullptr));
       bench::print_line(all.back());
     }
   }

@@ -65,30 +65,40 @@ std::vector<double> ratios(const std::vector<double>& of, const std::vector<doub
 
 }  // namespace
 
-measurement measure(const shape& of, const sample& data) {
+measurement measure(const shape& of, const sample& data, const duckdb_database* duckdb) {
   timed_engine ov(prepare_ov(of, data));
   timed_engine sqlite(prepare_sqlite(of, data));
   timed_engine floor(prepare_floor(of, data));
   if (ov.start() != sqlite.start()) throw std::runtime_error(of.name + ": the engines' results differ");
   floor.start();
+  std::optional<timed_engine> other;
+  if (duckdb != nullptr) other.emplace(duckdb->prepare(of, data)).start();
   for (int i = 0; i < repetitions; ++i) {
     ov.measure();
     sqlite.measure();
     floor.measure();
+    if (other) other->measure();
   }
   const double steps = static_cast<double>(of.steps(data.rows()));
   const std::vector<double> against = ratios(sqlite.seconds(), ov.seconds());
   const auto [least, greatest] = std::minmax_element(against.begin(), against.end());
-  return {.shape = of.name,
-          .rows = data.rows(),
-          .ov = median(ov.seconds()) * 1e9 / steps,
-          .sqlite = median(sqlite.seconds()) * 1e9 / steps,
-          .floor = median(floor.seconds()) * 1e9 / steps,
-          .ratio = median(against),
-          .least_ratio = *least,
-          .greatest_ratio = *greatest,
-          .over_floor = median(ratios(ov.seconds(), floor.seconds())),
-          .allocations = ov.allocations_of_a_run() / steps};
+  measurement result = {.shape = of.name,
+                        .rows = data.rows(),
+                        .ov = median(ov.seconds()) * 1e9 / steps,
+                        .sqlite = median(sqlite.seconds()) * 1e9 / steps,
+                        .floor = median(floor.seconds()) * 1e9 / steps,
+                        .ratio = median(against),
+                        .least_ratio = *least,
+                        .greatest_ratio = *greatest,
+                        .over_floor = median(ratios(ov.seconds(), floor.seconds())),
+                        .allocations = ov.allocations_of_a_run() / steps,
+                        .duckdb = std::nullopt,
+                        .duckdb_ratio = std::nullopt};
+  if (other) {
+    result.duckdb = median(other->seconds()) * 1e9 / steps;
+    result.duckdb_ratio = median(ratios(other->seconds(), ov.seconds()));
+  }
+  return result;
 }
 
 }  // namespace bench

@@ -1,9 +1,11 @@
 #ifndef BENCH_OV_BENCH_MEASURE_HPP_
 #define BENCH_OV_BENCH_MEASURE_HPP_
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "duckdb_database.hpp"
 #include "sample.hpp"
 #include "shape.hpp"
 
@@ -19,12 +21,15 @@ struct measurement {
   double ratio = 0;  // SQLite's time over ours: median, least and greatest
   double least_ratio = 0;
   double greatest_ratio = 0;
-  double over_floor = 0;   // our time over the floor's
-  double allocations = 0;  // per step
+  double over_floor = 0;               // our time over the floor's
+  double allocations = 0;              // per step
+  std::optional<double> duckdb;        // median, where it was asked for
+  std::optional<double> duckdb_ratio;  // its time over ours
 };
 
-// Runs the engines in turns, at least five times each. Throws std::runtime_error when their results differ.
-measurement measure(const shape& of, const sample& data);
+// Runs the engines in turns, at least five times each, DuckDB if there is one. Throws std::runtime_error when our
+// results and SQLite's differ.
+measurement measure(const shape& of, const sample& data, const duckdb_database* duckdb);
 
 }  // namespace bench
 

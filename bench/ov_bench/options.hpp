@@ -13,6 +13,7 @@ struct options {
   std::string pattern = "*";   // of shape names, with shell wildcards
   std::string csv_file;        // empty: none
   std::string svg_file;        // empty: none
+  std::string duckdb_library;  // DuckDB's shared library, to be measured as well; empty: none
   bool memory = false;         // measure the peak memory of a run instead of times
   bool instructions = false;   // count them under callgrind as well
   std::string counted_engine;  // what this process runs once, itself under callgrind; empty otherwise

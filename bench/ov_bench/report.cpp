@@ -28,14 +28,17 @@ std::map<std::size_t, std::map<std::string, double>> ratios_by_size(const std::v
 
 }  // namespace
 
-void print_heading() {
-  std::printf("%-22s %8s %9s %9s %9s %8s %15s %8s %7s\n", "shape", "rows", "ov ns", "sqlite ns", "floor ns",
-              "sqlite/ov", "spread", "ov/floor", "allocs");
+void print_heading(bool has_duckdb) {
+  std::printf("%-22s %8s %9s %9s %9s %8s %15s %8s %7s", "shape", "rows", "ov ns", "sqlite ns", "floor ns", "sqlite/ov",
+              "spread", "ov/floor", "allocs");
+  std::printf(has_duckdb ? " %9s %9s\n" : "\n", "duckdb ns", "duckdb/ov");
 }
 
 void print_line(const measurement& of) {
-  std::printf("%-22s %8zu %9.1f %9.1f %9.1f %9.2f %7.2f-%6.2f %8.2f %7.3f\n", of.shape.c_str(), of.rows, of.ov,
-              of.sqlite, of.floor, of.ratio, of.least_ratio, of.greatest_ratio, of.over_floor, of.allocations);
+  std::printf("%-22s %8zu %9.1f %9.1f %9.1f %9.2f %7.2f-%6.2f %8.2f %7.3f", of.shape.c_str(), of.rows, of.ov, of.sqlite,
+              of.floor, of.ratio, of.least_ratio, of.greatest_ratio, of.over_floor, of.allocations);
+  if (of.duckdb) std::printf(" %9.1f %9.2f", *of.duckdb, *of.duckdb_ratio);
+  std::printf("\n");
   std::fflush(stdout);
 }
 
@@ -60,6 +63,7 @@ void write_csv(const std::string& file, const std::vector<measurement>& all) {
     const std::pair<const char*, double> engines[] = {{"ov", each.ov}, {"sqlite", each.sqlite}, {"floor", each.floor}};
     for (const auto& [engine, time] : engines)
       out << each.shape << ',' << each.rows << ',' << engine << ',' << time << '\n';
+    if (each.duckdb) out << each.shape << ',' << each.rows << ",duckdb," << *each.duckdb << '\n';
   }
   if (!out.flush()) throw std::runtime_error("cannot write " + file);
 }
