@@ -10,6 +10,7 @@
 #include "ov_sql_executor/expressions/comparison.hpp"
 #include "ov_sql_executor/expressions/lending_operator.hpp"
 #include "ov_sql_executor/values/group_key.hpp"
+#include "valueless.hpp"
 
 namespace tests {
 namespace {
@@ -87,6 +88,8 @@ TEST(Aggregates, of_one_column) {
                           "u18446744073709551615 = 7041", "true true = 7020", "'z' = 7020", "x'01' = 7020",
                           "ref1 = 7020", "set'a' = 7020"});
   check_over<kinds::count_values>({"i1 NULL i3 = i2", "= i0"});
+  auto counted = list_of<aggregate_entry>(kinds::count_values{operators::operand(column(0))});
+  EXPECT_EQ(run(aggregator(given(rows{{valueless()}}), {}, std::move(counted))), bad_variant) << "no value, not NULL";
   check_over<kinds::maximum>({"i2 NULL i5 = i5", "= NULL", "'y' 'ya-text-that-needs-more-room' 'z' = 'z'",
                               "d1 dnan = 7041", "i1 d1 = incompatible types", "i1 u1 = incompatible types"});
   check_over<kinds::minimum>({"NULL i4 i2 = i2", "'z' 'y-longer' 'y' = 'y'", "NULL = NULL", "dnan = dnan"});

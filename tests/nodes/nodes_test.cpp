@@ -182,11 +182,15 @@ TEST(OrderBy, refuses_what_cannot_be_ordered_when_it_is_opened) {
       }
     }
   }
-  rows many(20'000, vals("d1"));
-  many.push_back(vals("dnan"));
-  const limit_offset first(std::make_unique<order_by>(given(many, log), columns({0}), std::vector<bool>{true}),
-                           constant(0), constant(1));
-  EXPECT_EQ(run(first, {}, vals("u1 u0")), "7041") << "behind rows that were dropped";
+  for (const auto& [kept, dropped, last, error] :
+       {std::tuple("d1", "d1", "dnan", "7041"), std::tuple("NULL", "i1", "u1", "incompatible types")}) {
+    rows many(20'000, vals(dropped));
+    many.front() = vals(kept);
+    many.push_back(vals(last));
+    const limit_offset first(std::make_unique<order_by>(given(many, log), columns({0}), std::vector<bool>{true}),
+                             constant(0), constant(1));
+    EXPECT_EQ(run(first, {}, vals("u1 u0")), error) << "behind rows that were dropped";
+  }
   EXPECT_EQ(log->alive, 0);
 }
 

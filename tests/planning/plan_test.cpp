@@ -177,6 +177,11 @@ TEST_F(ResultColumns, trace_a_computed_reference_to_its_definition) {
   EXPECT_EQ(types({whole}, ovhost::join(extend({whole.with(city["country"])}, all()), ovhost::generate(whole))),
             "9:Country")
       << "left before right";
+  EXPECT_EQ(types({whole}, ovhost::join(ovhost::generate(whole), extend({whole.with(city["country"])}, all()))),
+            "9:Country")
+      << "an extension before anything else";
+  const auto passed_on = country.with(expression(country));
+  EXPECT_EQ(types({country}, group({}, {passed_on}, extend({passed_on}, extend({country}, all())))), "9:Country");
   EXPECT_EQ(types({operation}, extend({country, operation}, all())), "9:") << "an operation's reference has no name";
   EXPECT_EQ(types({country}, extend({country.with(ovhost::eq(lit(1), lit(1)))}, all())), "0") << "a bool after all";
   EXPECT_EQ(types({other}, extend({other.with(other)}, all())), refused) << "defined by itself";

@@ -28,10 +28,12 @@ bool is_number(const value_view& view) {
 
 bool is_valueless(const value_view& view) { return std::holds_alternative<std::monostate>(view); }
 
-// Hands over a value unless it is NULL: integers, the commonest, as they are, others as views.
+// Hands over a value unless it is NULL: integers, the commonest, as they are, others as views. Throws
+// std::bad_variant_access for a valueless one, which is neither.
 template <class Take>
 void take_value(const value_view& seen, Take take) {
   if (const auto* const number = std::get_if<std::int64_t>(&seen)) return take(*number);
+  if (is_valueless(seen)) throw std::bad_variant_access();
   if (!std::holds_alternative<NullValue>(seen)) take(seen);
 }
 

@@ -1,6 +1,7 @@
 #include "ov_sql_executor/execution/aggregator.hpp"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <variant>
 
@@ -60,7 +61,7 @@ class aggregator_enumerator final : public row_source {
 
   bool push_next(execution_context& context) override {
     if (!filled_) fill(context);
-    if (cursor_ == groups_.size()) return false;
+    if (cursor_ >= groups_.size()) return false;
     accumulators_.push_results(cursor_, context);
     for (std::size_t i = 0; i < group_keys_.size(); ++i) append_value(context.row_stack, groups_.value_at(cursor_, i));
     ++cursor_;
@@ -78,6 +79,7 @@ class aggregator_enumerator final : public row_source {
       throw;
     }
     if (waiting) waiting->settle();
+    cursor_ = 0;
   }
 
   void take_rows(std::optional<waiting_rows>& waiting, execution_context& context) {
@@ -101,7 +103,7 @@ class aggregator_enumerator final : public row_source {
   row_set groups_;
   group_accumulators accumulators_;
   bool filled_ = false;
-  std::size_t cursor_ = 0;
+  std::size_t cursor_ = std::numeric_limits<std::size_t>::max();  // behind all groups until they are complete
   std::unique_ptr<row_source> child_;
 };
 

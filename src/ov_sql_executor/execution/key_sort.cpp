@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <boost/sort/pdqsort/pdqsort.hpp>
+#include <stdexcept>
 #include <utility>
 
 namespace ov::sql_executor {
@@ -45,6 +46,8 @@ void key_sort::start(std::size_t count) {
     put_off(all);
   } else {
     sort_by_comparison(all);
+    // Rows that have been dropped would have been refused, too, where the first key decides.
+    if (columns_.front().mixes_alternatives()) throw std::logic_error("incompatible types");
   }
 }
 

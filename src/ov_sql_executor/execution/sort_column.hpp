@@ -36,8 +36,9 @@ class sort_column {
     }
   }
 
-  // Whether sort_order has an answer for any two of the keys.
+  // Whether sort_order has an answer for any two of the keys, those that were forgotten among them.
   bool is_sortable() const { return ov::sql_executor::is_sortable(kinds_); }
+  bool mixes_alternatives() const { return ov::sql_executor::mixes_alternatives(kinds_); }
 
   bool has_nulls() const { return (kinds_ & kind_of_alternative<operator_library::NullValue>) != 0; }
   bool is_null(std::size_t row_number) const;

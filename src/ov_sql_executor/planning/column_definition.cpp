@@ -16,26 +16,31 @@ using physical_queryplan::expression;
 
 class definition_search {
  public:
-  reference_definitions found;
+  reference_definitions extended;
+  reference_definitions passed_on;  // by groupings, which may keep the names of what they group by, and others
 
-  void operator()(const GenerativeAssignment& plan) { define(plan.column, plan.expression); }
-  void operator()(const Extension& plan) { define(plan.assignments); }
+  void operator()(const GenerativeAssignment& plan) { define(passed_on, plan.column, plan.expression); }
+  void operator()(const Extension& plan) { define(extended, plan.assignments); }
   void operator()(const Aggregation& plan) {
     for (const aggregate& each : plan.aggregates) {
       const std::vector<expression>& arguments = inside(each).arguments;
-      if (!arguments.empty()) define(result_column(each), arguments.front());
+      if (!arguments.empty()) define(passed_on, result_column(each), arguments.front());
     }
-    define(plan.group_by);
+    define(passed_on, plan.group_by);
   }
   template <class Alternative>
   void operator()(const Alternative& /*plan*/) {}
 
  private:
-  void define(const std::vector<assignment>& assignments) {
-    for (const assignment& each : assignments) define(each.column, each.expression);
+  static void define(reference_definitions& found, const std::vector<assignment>& assignments) {
+    for (const assignment& each : assignments) define(found, each.column, each.expression);
   }
-  void define(const column_ref& column, const expression& definition) {
-    if (const auto* reference = std::get_if<computed<OV_OBJ_REF>>(&column)) found.emplace(reference->id, &definition);
+  static void define(reference_definitions& found, const column_ref& column, const expression& definition) {
+    const auto* reference = std::get_if<computed<OV_OBJ_REF>>(&column);
+    if (reference == nullptr) return;
+    const auto* source = std::get_if<computed<OV_OBJ_REF>>(&definition);
+    if (source != nullptr && source->id == reference->id) return;  // passes on what its input defines
+    found.emplace(reference->id, &definition);
   }
 };
 
@@ -52,7 +57,8 @@ reference_definitions find_reference_definitions(const PredicateVariant& plan) {
     if (right != nullptr) open.push_back(right->get());
     if (left != nullptr) open.push_back(left->get());
   }
-  return std::move(search.found);
+  search.extended.merge(search.passed_on);  // which adds those that are not there
+  return std::move(search.extended);
 }
 
 }  // namespace physical_to_exec
