@@ -171,7 +171,7 @@ ORV_API uint32_t orv_context_convert_turbotext_to_base_ucs2(uint64_t context, co
  * Without a context. The absolute value of the result is the number of units of the text. When capacity is at least one
  * more, the units and a zero unit are written and the result is not negative; otherwise the result is negative (or 0
  * for the empty text), and what the array then holds is of no use. Bytes that are not an encoded text count as the
- * empty text. INT32_MIN: memory is exhausted.
+ * empty text. INT32_MIN: memory is exhausted, or the text has more units than the result can say.
  */
 ORV_API int32_t orv_convert_turbotext_to_ucs2(const uint8_t* text, uint32_t length, ORV_UCS2* units, uint32_t capacity);
 ORV_API int32_t orv_convert_turbotext_to_base_ucs2(const uint8_t* text, uint32_t length, ORV_UCS2* units,

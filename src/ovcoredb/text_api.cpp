@@ -39,7 +39,7 @@ std::uint32_t encode(std::uint64_t context, const ORV_UCS2* units, std::uint8_t 
 
 // The answer of a conversion that found so many units: negative where they and the zero behind them want more room.
 std::int32_t finish(std::size_t count, std::span<char16_t> units) {
-  if (count > std::numeric_limits<std::int32_t>::max()) return 0;
+  if (count > std::numeric_limits<std::int32_t>::max()) return INT32_MIN;
   const auto answer = static_cast<std::int32_t>(count);
   if (units.size() <= count) return -answer;
   units[count] = u'\0';
