@@ -59,6 +59,7 @@ std::vector<std::size_t> key_sort::keep_first(std::size_t wanted, std::size_t co
     kept.push_back(each->row);
   }
   for (sort_column& column : columns_) column.keep(kept);
+  if (!columns_.empty() && kept.size() == wanted) columns_.front().set_limit(wanted - 1, turned(0));
   return kept;
 }
 

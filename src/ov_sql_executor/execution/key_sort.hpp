@@ -33,6 +33,9 @@ class key_sort {
     if (++next_column_ == columns_.size()) next_column_ = 0;
   }
 
+  // Whether a row with this first key need not be added: keep_first has found enough rows that come before it.
+  bool is_behind_kept(const value_view& first_key) const { return columns_.front().is_behind_limit(first_key); }
+
   // To be called behind the last key, with the number of rows, which were added in the order 0, 1, 2...
   // Throws what sort_order throws for two keys that decide the order of their rows.
   void start(std::size_t count);

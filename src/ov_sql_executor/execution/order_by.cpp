@@ -8,6 +8,7 @@
 
 #include "ov_sql_executor/execution/kept_rows.hpp"
 #include "ov_sql_executor/execution/key_sort.hpp"
+#include "ov_sql_executor/execution/stack_row.hpp"
 #include "ov_sql_executor/expressions/operand_list.hpp"
 
 namespace ov::sql_executor {
@@ -31,11 +32,13 @@ class order_by_enumerator final : public row_source {
       : sort_(ascending, wanted) {
     const std::uint64_t most_kept = room_for(wanted);
     const std::size_t size = context.row_stack.size();
-    value room;
     while (child.push_next(context)) {
-      for (const operators::operand& key : keys) sort_.add_key(key.lend(context, room));
-      rows_->take(context, size);
-      if (rows_->size() == most_kept) drop_all_but(wanted, context);
+      if (add_keys(keys, context)) {
+        rows_->take(context, size);
+        if (rows_->size() == most_kept) drop_all_but(wanted, context);
+      } else {
+        cut_row_stack(context, size);
+      }
     }
     sort_.start(rows_->size());
   }
@@ -52,6 +55,17 @@ class order_by_enumerator final : public row_source {
   }
 
  private:
+  // Those of the row on top of the row stack. All are evaluated, since that may fail; false: the row is not wanted.
+  bool add_keys(const std::vector<operators::operand>& keys, execution_context& context) {
+    bool is_wanted = true;
+    for (const operators::operand& key : keys) {
+      const value_view held = key.lend(context, key_room_);
+      if (&key == keys.data()) is_wanted = !sort_.is_behind_kept(held);
+      if (is_wanted) sort_.add_key(held);
+    }
+    return is_wanted;
+  }
+
   // Of the rows so far.
   void drop_all_but(std::uint64_t count, execution_context& context) {
     const std::size_t size = context.row_stack.size();
@@ -71,6 +85,7 @@ class order_by_enumerator final : public row_source {
 
   std::unique_ptr<kept_rows> rows_ = std::make_unique<kept_rows>(kept_rows::given::once);
   key_sort sort_;
+  value key_room_;
   std::span<const key_sort::entry> sorted_;  // rows in order, some of which have gone
   std::size_t cursor_ = 0;
 };

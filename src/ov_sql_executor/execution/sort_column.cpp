@@ -23,6 +23,21 @@ constexpr sort_kinds fitting_kinds = []<class... Key>(boost::mp11::mp_list<Key..
 
 bool are_told_by_prefixes(sort_kinds kinds) { return (kinds & ~fitting_kinds) == 0 && is_sortable(kinds); }
 
+// Of keys that can be sorted by prefixes; of others 0.
+std::uint64_t first_prefix(const value_view& key) {
+  return visit_view(
+      []<class Key>(const Key& held) -> std::uint64_t {
+        if constexpr (sorted_by_units<Key>) {
+          return sort_word(sorted_units(held), 0);
+        } else if constexpr (fits_sort_prefix<Key>) {
+          return sort_prefix(held);
+        } else {
+          return 0;
+        }
+      },
+      key);
+}
+
 // Of a key of this one kind.
 value_view from_prefix(sort_kinds kind, std::uint64_t prefix) {
   value_view key;
@@ -110,6 +125,18 @@ std::strong_ordering sort_column::order(std::size_t left, std::size_t right) con
   if (has_views_) return sort_order(views_[left], views_[right]);
   if (is_null(left) || is_null(right)) return is_null(right) <=> is_null(left);  // NULL is lowest
   return prefixes_[left] <=> prefixes_[right];
+}
+
+void sort_column::set_limit(std::size_t row_number, std::uint64_t turned) {
+  limit_kind_ = is_sortable() && !is_null(row_number) ? kinds_ & ~null_kind : 0;
+  if (limit_kind_ == 0) return;
+  limit_ = (has_views_ ? first_prefix(views_[row_number]) : prefixes_[row_number]) ^ turned;
+  limit_turned_ = turned;
+}
+
+// A key of another kind is refused when the rows are sorted, if it must be: it has to stay.
+bool sort_column::is_any_behind_limit(const value_view& key) const {
+  return limit_kind_ != 0 && sort_kind(key) == limit_kind_ && (first_prefix(key) ^ limit_turned_) > limit_;
 }
 
 void sort_column::keep(const std::vector<std::size_t>& row_numbers) {

@@ -55,10 +55,21 @@ class sort_column {
   // The sort order of two rows' keys; throws what it throws.
   std::strong_ordering order(std::size_t left, std::size_t right) const;
 
+  // Makes the key of a row, with its prefix turned by exclusive or, the last that is wanted.
+  void set_limit(std::size_t row_number, std::uint64_t turned);
+
+  // Whether a key is certainly behind that one; prefixes do not tell it of every key that is.
+  bool is_behind_limit(const value_view& key) const {
+    const auto* const number = std::get_if<std::int64_t>(&key);
+    if (number == nullptr || limit_kind_ != kind_of_alternative<std::int64_t>) return is_any_behind_limit(key);
+    return (sort_prefix(*number) ^ limit_turned_) > limit_;
+  }
+
   // Forgets all keys but those of these rows, which become the rows 0, 1, 2...
   void keep(const std::vector<std::size_t>& row_numbers);
 
  private:
+  bool is_any_behind_limit(const value_view& key) const;
   void add_any(const value_view& key);
   void add_prefix(const value_view& key);
   void make_views();
@@ -69,6 +80,9 @@ class sort_column {
   view_keeper keeper_;
   large_vector<std::uint64_t> prefixes_;  // of all keys while there are no views
   std::vector<bool> nulls_;               // among these; empty while there are none
+  std::uint64_t limit_ = 0;               // a prefix, turned
+  std::uint64_t limit_turned_ = 0;
+  sort_kinds limit_kind_ = 0;  // of the keys that can be held against it; 0: none
 };
 
 }  // namespace ov::sql_executor
