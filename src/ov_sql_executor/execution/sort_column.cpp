@@ -127,9 +127,9 @@ std::strong_ordering sort_column::order(std::size_t left, std::size_t right) con
   return prefixes_[left] <=> prefixes_[right];
 }
 
+// NULL has the least prefix: ascending, every greater one is behind it; descending, none.
 void sort_column::set_limit(std::size_t row_number, std::uint64_t turned) {
-  limit_kind_ = is_sortable() && !is_null(row_number) ? kinds_ & ~null_kind : 0;
-  if (limit_kind_ == 0) return;
+  limit_kind_ = is_sortable() ? kinds_ & ~null_kind : 0;
   limit_ = (has_views_ ? first_prefix(views_[row_number]) : prefixes_[row_number]) ^ turned;
   limit_turned_ = turned;
 }
