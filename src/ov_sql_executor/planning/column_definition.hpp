@@ -9,8 +9,8 @@
 namespace physical_to_exec {
 
 // The expressions that define the computed references of a plan, by the columns' names: that of an extension or, where
-// no extension defines a column, that of another assignment, of a grouping, or the argument of an aggregate. Of several,
-// the first, searched depth first, left before right, a node's own definitions before its inputs'.
+// no extension defines a column, that of another assignment, of a grouping, or the argument of an aggregate. Of
+// several, the first, searched depth first, left before right, a node's own definitions before its inputs'.
 using reference_definitions = std::map<physical_queryplan::identifier, const physical_queryplan::expression*>;
 
 reference_definitions find_reference_definitions(const physical_queryplan::QueryPlan::PredicateVariant& plan);
