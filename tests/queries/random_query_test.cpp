@@ -359,7 +359,7 @@ TEST_F(RandomQueries, agree_with_sqlite) {
   const unsigned seed = std::random_device{}();
   std::mt19937 random(seed);
   const char* const asked = std::getenv("OV_QUERY_FILLINGS");  // of the tables, with sixty queries each
-  const int fillings = asked == nullptr ? 15 : std::atoi(asked);
+  const int fillings = asked == nullptr ? 50 : std::atoi(asked);
   for (int filling = 0; filling < fillings; ++filling) {
     refill(random);
     for (int number = 0; number < 60; ++number) {
