@@ -11,17 +11,17 @@ namespace bench {
 
 namespace {
 
-[[noreturn]] void fail(const char* message) {
-  throw std::runtime_error(std::string("DuckDB: ") + (message == nullptr ? "unknown failure" : message));
-}
+[[noreturn]] void fail(const std::string& message) { throw std::runtime_error("DuckDB: " + message); }
+
+std::string words(const char* message) { return message == nullptr ? "unknown failure" : message; }
 
 class statement {
  public:
   statement(const duckdb_library& library, void* connection, const std::string& text) : library_(library) {
     if (library_.prepare(connection, text.c_str(), &handle_) != 0) {
-      const std::string message = library_.prepare_error(handle_);
+      const std::string message = words(library_.prepare_error(handle_));
       library_.destroy_prepare(&handle_);
-      fail((message + " in " + text).c_str());
+      fail(message + " in " + text);
     }
   }
   ~statement() { library_.destroy_prepare(&handle_); }
@@ -35,7 +35,7 @@ class statement {
   void read_rows(outcome& so_far) const {
     duckdb_result result{};
     const bool is_run = library_.execute_prepared(handle_, &result) == 0;
-    const std::string message = is_run ? "" : library_.result_error(&result);
+    const std::string message = is_run ? "" : words(library_.result_error(&result));
     while (void* chunk = is_run ? library_.fetch_chunk(result) : nullptr) {
       so_far.rows += library_.chunk_size(chunk);
       for (std::uint64_t i = 0; i < library_.chunk_columns(chunk); ++i) {
@@ -45,7 +45,7 @@ class statement {
       library_.destroy_data_chunk(&chunk);
     }
     library_.destroy_result(&result);
-    if (!is_run) fail(message.c_str());
+    if (!is_run) fail(message);
   }
 
  private:
@@ -65,8 +65,11 @@ class statement {
         case duckdb_type::varchar:
           touch(static_cast<const duckdb_text*>(data)[row].bytes());
           break;
-        default:
+        case duckdb_type::float64:
           touch(static_cast<const char*>(data) + sizeof(double) * row);
+          break;
+        default:
+          fail("a column of a type that is not expected");
       }
     }
   }
@@ -83,13 +86,24 @@ std::string exchanged(std::string text, const std::string& from, const std::stri
   return text;
 }
 
+// SQLite's integers and reals have 64 bits by other names.
+std::string with_wide_types(const std::string& sql) {
+  return exchanged(exchanged(sql, "INTEGER", "BIGINT"), "REAL", "DOUBLE");
+}
+
 }  // namespace
 
-duckdb_database::duckdb_database(const std::string& library_file, const sample& data)
+duckdb_database::duckdb_database(const std::string& library_file)
     : library_(std::make_unique<duckdb_library>(library_file)) {
-  if (library_->open(nullptr, &database_) != 0 || library_->connect(database_, &connection_) != 0) {
-    fail("the database did not open");
+  if (library_->open(nullptr, &database_) != 0) fail("the database did not open");
+  if (library_->connect(database_, &connection_) != 0) {
+    library_->close(&database_);
+    fail("the database was not connected");
   }
+}
+
+// What was opened is closed by the destructor if it cannot be filled.
+duckdb_database::duckdb_database(const std::string& library_file, const sample& data) : duckdb_database(library_file) {
   execute("SET threads = 1");
   execute("SET integer_division = true");
   for (const char* table : {"item", "owner", "pair", "document"}) copy_table(table, data);
@@ -104,21 +118,22 @@ duckdb_database::~duckdb_database() {
 void duckdb_database::execute(const std::string& statement) {
   duckdb_result result{};
   const bool is_done = library_->query(connection_, statement.c_str(), &result) == 0;
-  const std::string message = is_done ? "" : library_->result_error(&result);
+  const std::string message = is_done ? "" : words(library_->result_error(&result));
   library_->destroy_result(&result);
-  if (!is_done) fail((message + " in " + statement).c_str());
+  if (!is_done) fail(message + " in " + statement);
 }
 
 void duckdb_database::copy_table(const std::string& name, const sample& data) {
   const sqlite_statement definition(data.sqlite(), "SELECT sql FROM sqlite_master WHERE name = '" + name + "'");
   sqlite3_step(definition.get());
   const std::string sql = reinterpret_cast<const char*>(sqlite3_column_text(definition.get(), 0));
-  execute(exchanged(exchanged(sql, "INTEGER", "BIGINT"), "REAL", "DOUBLE"));
+  execute(with_wide_types(sql));
 
   void* appender = nullptr;
   int failures = library_->appender_create(connection_, nullptr, name.c_str(), &appender);
   const sqlite_statement rows(data.sqlite(), "SELECT * FROM " + name);
-  while (failures == 0 && sqlite3_step(rows.get()) == SQLITE_ROW) {
+  int step = SQLITE_ROW;
+  while (failures == 0 && (step = sqlite3_step(rows.get())) == SQLITE_ROW) {
     for (int i = 0; i < sqlite3_column_count(rows.get()); ++i) {
       switch (sqlite3_column_type(rows.get(), i)) {
         case SQLITE_INTEGER:
@@ -135,11 +150,11 @@ void duckdb_database::copy_table(const std::string& name, const sample& data) {
     failures |= library_->end_row(appender);
   }
   failures |= library_->appender_destroy(&appender);  // hands over what is still held back
-  if (failures != 0) fail(("table " + name + " was not filled").c_str());
+  if (failures != 0 || step != SQLITE_DONE) fail("table " + name + " was not filled");
 }
 
 prepared duckdb_database::prepare(const shape& of, const sample& data) const {
-  const std::string sql = sql_of(of, data);
+  const std::string sql = with_wide_types(sql_of(of, data));
   const auto make = [this, sql] { return std::make_shared<const statement>(*library_, connection_, sql); };
   return [of, make, ready = make(), parameters = parameters_of(of, data)]() mutable {
     outcome result;

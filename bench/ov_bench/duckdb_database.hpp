@@ -27,6 +27,8 @@ class duckdb_database {
   prepared prepare(const shape& of, const sample& data) const;
 
  private:
+  explicit duckdb_database(const std::string& library_file);  // empty
+
   void execute(const std::string& statement);
   void copy_table(const std::string& name, const sample& data);
 

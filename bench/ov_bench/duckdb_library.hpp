@@ -34,7 +34,7 @@ union duckdb_text {
   const char* bytes() const { return inlined.length <= sizeof inlined.bytes ? inlined.bytes : pointed.bytes; }
 };
 
-enum class duckdb_type : int { bigint = 5, huge_integer = 16, varchar = 17 };
+enum class duckdb_type : int { bigint = 5, float64 = 11, huge_integer = 16, varchar = 17 };
 
 // All handles are pointers; a state other than 0 is a failure.
 class duckdb_library {

@@ -28,7 +28,7 @@ struct measurement {
 };
 
 // Runs the engines in turns, at least five times each, DuckDB if there is one. Throws std::runtime_error when our
-// results and SQLite's differ.
+// results and SQLite's differ, or when DuckDB has another number of rows.
 measurement measure(const shape& of, const sample& data, const duckdb_database* duckdb);
 
 }  // namespace bench

@@ -192,6 +192,18 @@ TEST(OrderBy, refuses_what_cannot_be_ordered_when_it_is_opened) {
                              constant(0), constant(1));
     EXPECT_EQ(run(first, {}, vals("u1 u0")), error) << "behind rows that were dropped";
   }
+  // The second key of a row that is not wanted any more.
+  for (const auto& [last, error] : {std::pair(val("'x'"), "4711"), std::pair(valueless(), bad_variant)}) {
+    rows many(20'000, vals("i1 i1"));
+    many.push_back({i(2), last});
+    auto keys = list_of(
+        column(0), tell([](const row& stack) {
+          return std::holds_alternative<db_string::tt_string>(stack[1]) ? throw db_util::db_exception{4711} : stack[1];
+        }));
+    const limit_offset first(std::make_unique<order_by>(given(many, log), std::move(keys), std::vector{true, true}),
+                             constant(0), constant(1));
+    EXPECT_EQ(run(first, {}, vals("u1 u0")), error);
+  }
   EXPECT_EQ(log->alive, 0);
 }
 

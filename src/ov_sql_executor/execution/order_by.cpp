@@ -5,6 +5,7 @@
 #include <memory>
 #include <span>
 #include <utility>
+#include <variant>
 
 #include "ov_sql_executor/execution/kept_rows.hpp"
 #include "ov_sql_executor/execution/key_sort.hpp"
@@ -55,13 +56,18 @@ class order_by_enumerator final : public row_source {
   }
 
  private:
-  // Those of the row on top of the row stack. All are evaluated, since that may fail; false: the row is not wanted.
+  // Those of the row on top of the row stack. All are evaluated and must have values, since a failure counts whether
+  // the row is wanted or not; false: it is not.
   bool add_keys(const std::vector<operators::operand>& keys, execution_context& context) {
     bool is_wanted = true;
     for (const operators::operand& key : keys) {
       const value_view held = key.lend(context, key_room_);
       if (&key == keys.data()) is_wanted = !sort_.is_behind_kept(held);
-      if (is_wanted) sort_.add_key(held);
+      if (is_wanted) {
+        sort_.add_key(held);
+      } else if (std::holds_alternative<std::monostate>(held)) {
+        throw std::bad_variant_access();
+      }
     }
     return is_wanted;
   }
