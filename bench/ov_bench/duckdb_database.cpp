@@ -1,5 +1,6 @@
 #include "duckdb_database.hpp"
 
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -14,6 +15,20 @@ namespace {
 [[noreturn]] void fail(const std::string& message) { throw std::runtime_error("DuckDB: " + message); }
 
 std::string words(const char* message) { return message == nullptr ? "unknown failure" : message; }
+
+class owned_result {
+ public:
+  explicit owned_result(const duckdb_library& library) : library_(library) {}
+  ~owned_result() { library_.destroy_result(&result_); }
+  owned_result(const owned_result&) = delete;
+  owned_result& operator=(const owned_result&) = delete;
+
+  duckdb_result* get() { return &result_; }
+
+ private:
+  const duckdb_library& library_;
+  duckdb_result result_{};
+};
 
 class statement {
  public:
@@ -33,19 +48,16 @@ class statement {
   }
 
   void read_rows(outcome& so_far) const {
-    duckdb_result result{};
-    const bool is_run = library_.execute_prepared(handle_, &result) == 0;
-    const std::string message = is_run ? "" : words(library_.result_error(&result));
-    while (void* chunk = is_run ? library_.fetch_chunk(result) : nullptr) {
-      so_far.rows += library_.chunk_size(chunk);
-      for (std::uint64_t i = 0; i < library_.chunk_columns(chunk); ++i) {
-        read_column(library_.column_type(&result, i), library_.chunk_vector(chunk, i), library_.chunk_size(chunk),
-                    so_far);
+    owned_result result(library_);
+    if (library_.execute_prepared(handle_, result.get()) != 0) fail(words(library_.result_error(result.get())));
+    const auto destroy = [this](void* chunk) { library_.destroy_data_chunk(&chunk); };
+    while (const std::unique_ptr<void, decltype(destroy)> chunk{library_.fetch_chunk(*result.get()), destroy}) {
+      const std::uint64_t rows = library_.chunk_size(chunk.get());
+      so_far.rows += rows;
+      for (std::uint64_t i = 0; i < library_.chunk_columns(chunk.get()); ++i) {
+        read_column(library_.column_type(result.get(), i), library_.chunk_vector(chunk.get(), i), rows, so_far);
       }
-      library_.destroy_data_chunk(&chunk);
     }
-    library_.destroy_result(&result);
-    if (!is_run) fail(message);
   }
 
  private:
@@ -116,11 +128,10 @@ duckdb_database::~duckdb_database() {
 }
 
 void duckdb_database::execute(const std::string& statement) {
-  duckdb_result result{};
-  const bool is_done = library_->query(connection_, statement.c_str(), &result) == 0;
-  const std::string message = is_done ? "" : words(library_->result_error(&result));
-  library_->destroy_result(&result);
-  if (!is_done) fail(message + " in " + statement);
+  owned_result result(*library_);
+  if (library_->query(connection_, statement.c_str(), result.get()) != 0) {
+    fail(words(library_->result_error(result.get())) + " in " + statement);
+  }
 }
 
 void duckdb_database::copy_table(const std::string& name, const sample& data) {

@@ -31,7 +31,8 @@ std::map<std::size_t, std::map<std::string, double>> ratios_by_size(const std::v
 void print_heading(bool has_duckdb) {
   std::printf("%-22s %8s %9s %9s %9s %8s %15s %8s %7s", "shape", "rows", "ov ns", "sqlite ns", "floor ns", "sqlite/ov",
               "spread", "ov/floor", "allocs");
-  std::printf(has_duckdb ? " %9s %9s\n" : "\n", "duckdb ns", "duckdb/ov");
+  if (has_duckdb) std::printf(" %9s %9s", "duckdb ns", "duckdb/ov");
+  std::printf("\n");
 }
 
 void print_line(const measurement& of) {

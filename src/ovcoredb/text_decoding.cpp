@@ -93,12 +93,6 @@ sixteen_bytes folded(sixteen_bytes units) {
   return units + (reinterpret_cast<sixteen_bytes>(is_capital) & std::uint8_t{'a' - 'A'});
 }
 
-sixteen_bytes load_sixteen(const std::uint8_t* bytes) {
-  sixteen_bytes loaded;
-  std::memcpy(&loaded, bytes, sizeof loaded);
-  return loaded;
-}
-
 // All ones where the slot is not a whole code.
 two_words others_among(sixteen_bytes units) {
   return reinterpret_cast<two_words>(reinterpret_cast<sixteen_numbers>(units) < std::int8_t{' '});
@@ -115,6 +109,12 @@ std::uint64_t printable_count(sixteen_bytes units) {
 
 // Nearly every processor of this kind can put the bytes of a vector in any order, which compilers must not count on.
 const bool has_shuffles = (__builtin_cpu_init(), __builtin_cpu_supports("ssse3") != 0);
+
+sixteen_bytes load_sixteen(const std::uint8_t* bytes) {
+  sixteen_bytes loaded;
+  std::memcpy(&loaded, bytes, sizeof loaded);
+  return loaded;
+}
 
 // The sixteen slots in the first fourteen of sixteen bytes. Each slot lies in two bytes that follow each other: there
 // it is brought to the top by a multiplication, and then down.

@@ -17,7 +17,7 @@ using context_free_conversion = std::int32_t (*)(const std::uint8_t*, std::uint3
 
 std::u16string decode_by(context_free_conversion convert, const db_string::tt_string& text) {
   const auto length = static_cast<std::uint32_t>(text.size());
-  const std::int32_t needed = convert(text.data(), length, nullptr, 0);  // negative
+  const std::int32_t needed = convert(text.data(), length, nullptr, 0);  // negative, or 0
   if (needed == std::numeric_limits<std::int32_t>::min()) throw std::bad_alloc();
   std::u16string units(static_cast<std::size_t>(-needed) + 1, u'\0');
   convert(text.data(), length, units.data(), static_cast<std::uint32_t>(units.size()));

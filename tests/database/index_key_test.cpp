@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <limits>
+#include <new>
 #include <numeric>
+#include <utility>
 
 #include "outcome.hpp"
 
@@ -30,12 +34,18 @@ byte_list bytes_of(const std::string& words) {
   return bytes;
 }
 
+// In memory that was used before, so that a byte that is not written is not zero by chance.
 template <class Key>
 Key key_of(const std::vector<key_bound>& bounds) {
-  Key key;
+  alignas(Key) std::byte used[sizeof(Key)];
+  std::ranges::fill(used, std::byte{0xEE});
+  asm volatile("" : : "r"(used) : "memory");  // or the bytes would count as lost when the key begins to live there
+  Key& key = *new (used) Key;
   for (const key_bound& bound : bounds) key.append(bound);
   key.terminate();
-  return key;
+  Key made = std::move(key);
+  key.~Key();
+  return made;
 }
 
 // Both kinds of key, with the end mark and zeros up to eight bytes.

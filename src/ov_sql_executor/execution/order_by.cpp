@@ -33,8 +33,9 @@ class order_by_enumerator final : public row_source {
       : sort_(ascending, wanted) {
     const std::uint64_t most_kept = room_for(wanted);
     const std::size_t size = context.row_stack.size();
+    value room;
     while (child.push_next(context)) {
-      if (add_keys(keys, context)) {
+      if (add_keys(keys, context, room)) {
         rows_->take(context, size);
         if (rows_->size() == most_kept) drop_all_but(wanted, context);
       } else {
@@ -56,12 +57,12 @@ class order_by_enumerator final : public row_source {
   }
 
  private:
-  // Those of the row on top of the row stack. All are evaluated and must have values, since a failure counts whether
+  // The keys of the row on top of the row stack. All are evaluated and must have values, since a failure counts whether
   // the row is wanted or not; false: it is not.
-  bool add_keys(const std::vector<operators::operand>& keys, execution_context& context) {
+  bool add_keys(const std::vector<operators::operand>& keys, execution_context& context, value& room) {
     bool is_wanted = true;
     for (const operators::operand& key : keys) {
-      const value_view held = key.lend(context, key_room_);
+      const value_view held = key.lend(context, room);
       if (&key == keys.data()) is_wanted = !sort_.is_behind_kept(held);
       if (is_wanted) {
         sort_.add_key(held);
@@ -91,7 +92,6 @@ class order_by_enumerator final : public row_source {
 
   std::unique_ptr<kept_rows> rows_ = std::make_unique<kept_rows>(kept_rows::given::once);
   key_sort sort_;
-  value key_room_;
   std::span<const key_sort::entry> sorted_;  // rows in order, some of which have gone
   std::size_t cursor_ = 0;
 };
