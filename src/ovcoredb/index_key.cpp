@@ -1,25 +1,11 @@
 #include "ovcoredb/index_key.hpp"
 
 #include <algorithm>
-#include <cstring>
 
 namespace ovcoredb {
 namespace {
 
-enum : std::uint8_t {
-  lowest_mark = 0x60,
-  number_mark = 0x28,
-  bytes_mark = 0x20,
-  bytes_end_mark = 0x80,
-  key_end_mark = 0xC0,
-  longest_chunk = 31
-};
-
-std::uint64_t read_word(const std::uint8_t* bytes) {
-  std::uint64_t word;
-  std::memcpy(&word, bytes, sizeof word);
-  return __builtin_bswap64(word);
-}
+enum : std::uint8_t { lowest_mark = 0x60, bytes_mark = 0x20, bytes_end_mark = 0x80, longest_chunk = 31 };
 
 class key_reader {
  public:
@@ -94,24 +80,11 @@ void place_bytes(std::span<const key_part> parts, range_end& end) {
   }
 }
 
-void place_end_at(const key_component& first, bool ascending, bool behind_equal, range_end& end) {
-  const leading_order leading = leading_order_of(first, ascending);
-  end.behind_equal = behind_equal;
-  end.word = leading.word;
-  end.tagged = std::uint32_t{leading.high} << 31 | (behind_equal ? index_number_mask : 0);
-}
-
 void place_end(std::span<const key_part> parts, bool behind_equal, range_end& end) {
-  if (!end.components.empty()) return place_end_at(end.components.front(), parts.front().ascending, behind_equal, end);
+  if (!end.components.empty()) return end.place(end.components.front(), parts.front().ascending, behind_equal);
   end.behind_equal = behind_equal;
   end.word = behind_equal ? ~std::uint64_t{0} : 0;
   end.tagged = static_cast<std::uint32_t>(end.word);
-}
-
-// The commonest key, one number, all of which is in the end's first word.
-bool is_lone_number(const std::uint8_t* key, std::span<const key_part> parts) {
-  if (parts.size() != 1 || parts.front().holds_bytes() || parts.front().type == column_type::boolean) return false;
-  return key[0] == number_mark && key[1 + sizeof(std::uint64_t)] == key_end_mark;
 }
 
 key_component read_column(const column& from, std::uint64_t row) {
@@ -142,10 +115,6 @@ key_component read_component(const key_part& part, std::uint64_t number, const o
 
 bool read_key(const std::uint8_t* key, std::span<const key_part> parts, bool behind_equal, range_end& end) {
   end.components.clear();
-  if (is_lone_number(key, parts)) {
-    place_end_at(number_component(read_word(key + 1)), parts.front().ascending, behind_equal, end);
-    return true;
-  }
   end.bytes.clear();
   key_reader reader(key, end);
   for (const key_part& part : parts) {

@@ -4,6 +4,7 @@
 #define OVCOREDB_INDEX_KEY_HPP_
 
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <vector>
 
@@ -51,7 +52,31 @@ struct range_end {
   // The end as an entry would lie there (see index_entry), as far as its first component tells.
   std::uint64_t word = 0;
   std::uint32_t tagged = 0;
+
+  void place(const key_component& first, bool ascending, bool behind) {
+    const leading_order leading = leading_order_of(first, ascending);
+    behind_equal = behind;
+    word = leading.word;
+    tagged = std::uint32_t{leading.high} << 31 | (behind ? index_number_mask : 0);
+  }
 };
+
+inline constexpr std::uint8_t number_mark = 0x28;
+inline constexpr std::uint8_t key_end_mark = 0xC0;
+
+inline std::uint64_t read_word(const std::uint8_t* bytes) {
+  std::uint64_t word;
+  std::memcpy(&word, bytes, sizeof word);
+  return __builtin_bswap64(word);
+}
+
+// The commonest key, one number, for an index whose entries hold all of it: true if `key` is one, and then the end is
+// replaced but for its components, which are not looked at.
+inline bool read_number_key(const std::uint8_t* key, bool ascending, bool behind_equal, range_end& end) {
+  if (key[0] != number_mark || key[1 + sizeof(std::uint64_t)] != key_end_mark) return false;
+  end.place(number_component(read_word(key + 1)), ascending, behind_equal);
+  return true;
+}
 
 // Replaces the end by that of `key`. False when the key is not well formed or does not fit the parts.
 // Reads nothing behind the key's terminator or its first malformed byte.

@@ -55,14 +55,15 @@ void look_from(iterator_state& iterator, position at) {
     iterator.limit = iterator.stop.in == at.in ? entry_at(iterator, iterator.stop.offset) : block_end;
     return;
   }
-  for (int checks = few_entries; checks != 0 && iterator.limit != block_end; --checks) {
-    if (iterator.index->before(iterator.entries[iterator.limit], iterator.last) == descending) {
-      iterator.stop = position_of(iterator, iterator.limit);
+  std::uint32_t limit = iterator.at;
+  for (int checks = few_entries; checks != 0 && limit != block_end; --checks, limit += iterator.step) {
+    if (iterator.index->before(iterator.entries[limit], iterator.last) == descending) {
+      iterator.stop = position_of(iterator, limit);
       iterator.knows_end = true;
-      return;
+      break;
     }
-    iterator.limit += iterator.step;
   }
+  iterator.limit = limit;
 }
 
 std::uint32_t start(context_state& reader, iterator_state& iterator, const ordered_index& index, std::uint32_t flags,
@@ -70,8 +71,8 @@ std::uint32_t start(context_state& reader, iterator_state& iterator, const order
   const bool descending = (flags & ORV_ITERATOR_DESCENDING) != 0;
   const bool from_behind = ((flags & ORV_ITERATOR_FIRST_INCLUSIVE) != 0) == descending;
   const bool to_behind = ((flags & ORV_ITERATOR_LAST_INCLUSIVE) != 0) != descending;
-  if (!read_key(first_key, index.parts(), from_behind, reader.first)) return ORV_BAD_KEY;
-  if (!read_key(last_key, index.parts(), to_behind, iterator.last)) return ORV_BAD_KEY;
+  if (!index.read_end(first_key, from_behind, reader.first)) return ORV_BAD_KEY;
+  if (!index.read_end(last_key, to_behind, iterator.last)) return ORV_BAD_KEY;
   iterator.step = descending ? ~std::uint32_t{0} : 1;
   iterator.index = &index;
   iterator.stop = descending ? index.begin() : index.end();
@@ -96,23 +97,26 @@ std::uint32_t hand_out(iterator_state& iterator, std::uint64_t number, ORV_REFER
 
 std::uint32_t step(iterator_state& iterator, ORV_REFERENCE_VALUE& reference);
 
-// Both are out of line, which keeps the common step short.
+// These are out of line, which keeps the common step short, and the end of a range that is known.
 [[gnu::noinline]] std::uint32_t step_to_other_run(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
   const std::uint64_t number = iterator.entries[iterator.at].number();
   iterator.run = iterator.owner->database->objects.run_of(number);
   return hand_out(iterator, number, reference);
 }
 
-[[gnu::noinline]] std::uint32_t step_further(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
-  reference = {0, 0, 0};
-  const position at = where_it_stands(iterator);
-  if (at == iterator.stop) return ORV_OK;
+[[gnu::noinline]] std::uint32_t step_to_block(iterator_state& iterator, position at, ORV_REFERENCE_VALUE& reference) {
   if (!iterator.knows_end) {
     iterator.stop = normal(*iterator.index, iterator.index->find(iterator.last), iterator.descending());
     iterator.knows_end = true;
   }
   look_from(iterator, at);
   return iterator.at == iterator.limit ? std::uint32_t{ORV_OK} : step(iterator, reference);
+}
+
+[[gnu::noinline]] std::uint32_t step_further(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {
+  reference = {0, 0, 0};
+  const position at = where_it_stands(iterator);
+  return at == iterator.stop ? std::uint32_t{ORV_OK} : step_to_block(iterator, at, reference);
 }
 
 std::uint32_t step(iterator_state& iterator, ORV_REFERENCE_VALUE& reference) {

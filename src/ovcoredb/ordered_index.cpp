@@ -12,6 +12,7 @@ ordered_index::ordered_index(const object_store& objects, std::uint64_t handle, 
       unique_(unique),
       first_rest_(parts_.front().holds_bytes() ? 0 : 1),
       leading_is_key_(first_rest_ == parts_.size()),
+      is_number_(leading_is_key_ && parts_.front().type != column_type::boolean),
       entries_(entry_order{this}) {}
 
 void ordered_index::insert(std::uint64_t number) {

@@ -53,6 +53,12 @@ class ordered_index {
   void insert(std::uint64_t number);  // throws unique_violation
   void erase(std::uint64_t number);   // while the object's columns can still be read
 
+  // Replaces an end by that of a key. False when the key is not well formed or does not fit the index.
+  bool read_end(const std::uint8_t* key, bool behind_equal, range_end& end) const {
+    if (is_number_ && read_number_key(key, parts_.front().ascending, behind_equal, end)) return true;
+    return read_key(key, parts_, behind_equal, end);
+  }
+
   // Whether the entry lies before the end.
   bool before(const index_entry& entry, const range_end& end) const {
     if (leading_is_key_) return whole_before(entry, end);
@@ -109,7 +115,8 @@ class ordered_index {
   index_entry entry_of(std::uint64_t number) const;
   bool holds_null(std::uint64_t number) const;
   int compare_rest(std::uint64_t a, std::uint64_t b) const;
-  bool rest_before(const index_entry& entry, const range_end& end) const;
+  // Out of line, which keeps the search for numbers short.
+  [[gnu::noinline]] bool rest_before(const index_entry& entry, const range_end& end) const;
 
   const object_store& objects_;
   std::uint64_t handle_;
@@ -117,6 +124,7 @@ class ordered_index {
   bool unique_;
   std::size_t first_rest_;  // the first part that equal beginnings leave open
   bool leading_is_key_;     // none is left open
+  bool is_number_;          // any number is a key, which excludes those of bool
   entries entries_;
 };
 

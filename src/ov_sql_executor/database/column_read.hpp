@@ -2,6 +2,7 @@
 #define OV_SQL_EXECUTOR_DATABASE_COLUMN_READ_HPP_
 
 #include <cstdint>
+#include <vector>
 
 #include "ov_sql_executor/values/type_code.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
@@ -14,6 +15,10 @@ namespace db_util {
 // specifier, which takes no column, is copied into room.
 ov::sql_executor::value_view read_column(ov::sql_executor::type_code type, std::uint64_t context, OV_OBJ_REF object,
                                          std::uint32_t column, ov::sql_executor::value& room);
+
+// The same, as a value of its own at the end of a list.
+void append_column(ov::sql_executor::type_code type, std::uint64_t context, OV_OBJ_REF object, std::uint32_t column,
+                   std::vector<ov::sql_executor::value>& list);
 
 }  // namespace db_util
 

@@ -18,14 +18,12 @@ class key_ends {
   key_ends(execution_context& context, scan_keys& keys) : context_(context), keys_(keys) {}
 
   void append_restricted(const key_column& column, const std::vector<key_condition>& conditions) {
-    if (!empty_ && conditions.size() == 1 && conditions[0].op == key_operation::equal) {
-      return append_equal(column, conditions[0]);
+    const bool is_lookup = !empty_ && conditions.size() == 1 && conditions[0].op == key_operation::equal;
+    if (is_lookup && has_exact_keys(column.type)) {
+      append_equal(column, conditions[0]);
+    } else {
+      append_conditions(column, conditions);
     }
-    key_interval interval(column.type, context_, kept_);
-    for (const key_condition& condition : conditions) {
-      apply_condition(interval, column.type, condition, context_, kept_);
-    }
-    append(column, interval);
   }
 
   // An inclusive end takes in every value of the column, an exclusive one leaves them all out.
@@ -48,22 +46,29 @@ class key_ends {
   }
 
  private:
-  // Lookups run once for every outer row of a join: a bound that is a key already needs no interval.
+  // Lookups run once for every outer row of a join: a bound that is a key already needs no interval. What needs one is
+  // out of line.
   void append_equal(const key_column& column, const key_condition& condition) {
-    if (!has_exact_keys(column.type)) {
-      key_interval interval(column.type, context_, kept_);
-      apply_condition(interval, column.type, condition, context_, kept_);
-      return append(column, interval);
-    }
     value room;
     const value_view bound = condition.bound.hold(context_, room);
-    if (const auto key = exact_key(column.type, bound)) {
-      keys_.first.append_number(*key);
-      keys_.last.append_number(*key);
-      first_inclusive_ = true;
-      last_inclusive_ = true;
-      return;
+    const auto key = exact_key(column.type, bound);
+    if (!key) return append_evaluated(column, condition, bound);
+    keys_.first.append_number(*key);
+    keys_.last.append_number(*key);
+    first_inclusive_ = true;
+    last_inclusive_ = true;
+  }
+
+  [[gnu::noinline]] void append_conditions(const key_column& column, const std::vector<key_condition>& conditions) {
+    key_interval interval(column.type, context_, kept_);
+    for (const key_condition& condition : conditions) {
+      apply_condition(interval, column.type, condition, context_, kept_);
     }
+    append(column, interval);
+  }
+
+  [[gnu::noinline]] void append_evaluated(const key_column& column, const key_condition& condition,
+                                          const value_view& bound) {
     key_interval interval(column.type, context_, kept_);
     apply_evaluated(interval, column.type, condition, bound, context_, kept_);
     append(column, interval);

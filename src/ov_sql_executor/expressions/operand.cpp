@@ -54,6 +54,7 @@ void operand::append_to(std::vector<value>& list, execution_context& context) co
     }
     return;
   }
+  if (property_ != nullptr) return property_->append_to(list, context);
   if (lender_ == nullptr) {
     list.push_back(expression_->evaluate(context));
     return;

@@ -2,6 +2,7 @@
 #define OV_SQL_EXECUTOR_EXPRESSIONS_PROPERTY_READ_HPP_
 
 #include <cstdint>
+#include <vector>
 
 #include "ov_sql_executor/database/column_read.hpp"
 #include "ov_sql_executor/database/status.hpp"
@@ -39,6 +40,16 @@ class property_read final : public lending_operator {
     const OV_OBJ_REF read = tagged(*object);
     return db_util::check_has_value(
         orv_context_get_long(context.context_handle, read.object_number, read.second_word, column_, &number));
+  }
+
+  // Appends the value to a list, made in its place.
+  void append_to(std::vector<value>& list, const execution_context& context) const {
+    const OV_OBJ_REF* object = object_in(context);
+    if (object == nullptr) {
+      list.emplace_back(operator_library::NullValue{});
+    } else {
+      db_util::append_column(type_, context.context_handle, tagged(*object), column_, list);
+    }
   }
 
   std::size_t position() const { return static_cast<std::size_t>(position_); }

@@ -8,6 +8,7 @@
 #include <span>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -74,11 +75,38 @@ inline value_view view_of(const value& source) {
       source);
 }
 
+// Calls make with the alternative of value that an alternative of value_view shows, and the arguments that build it.
+template <class View, class Make>
+decltype(auto) build_shown(const View& seen, Make make) {
+  if constexpr (std::is_same_v<View, std::monostate>) {
+    throw std::bad_variant_access();
+    return make(std::in_place_type<bool>, false);
+  } else if constexpr (std::is_same_v<View, text_view>) {
+    return make(std::in_place_type<db_string::tt_string>, seen.bytes.data(), seen.bytes.size());
+  } else if constexpr (std::is_same_v<View, binary_view>) {
+    return make(std::in_place_type<operator_library::Binary>,
+                operator_library::Binary{{seen.bytes.begin(), seen.bytes.end()}});
+  } else if constexpr (std::is_same_v<View, std::u16string_view>) {
+    return make(std::in_place_type<operator_library::SetSpecifier>,
+                operator_library::SetSpecifier{std::u16string(seen)});
+  } else {
+    return make(std::in_place_type<View>, seen);
+  }
+}
+
 // A value of its own, texts and bytes copied. Throws std::bad_variant_access for the view of a valueless value.
 value to_value(const value_view& view);
 
 // The same, built in place at the end of a list.
 void append_value(std::vector<value>& list, const value_view& view);
+
+// The same for one alternative of a view.
+template <class View>
+void append_shown(std::vector<value>& list, const View& seen) {
+  build_shown(seen, [&list]<class Type, class... Arguments>(Type type, Arguments&&... arguments) {
+    list.emplace_back(type, std::forward<Arguments>(arguments)...);
+  });
+}
 
 }  // namespace ov::sql_executor
 
