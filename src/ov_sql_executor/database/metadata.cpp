@@ -71,41 +71,51 @@ OV_OBJ_REF reference_column(const OV_OBJ_REF& object, std::uint32_t column) {
   return db_util::check_has_value(status) ? db_util::to_obj_ref(reference) : OV_OBJ_REF{};
 }
 
-// Every object of a metadata index whose first key column is the owner and whose second lies between two bounds.
-std::vector<OV_OBJ_REF> objects_of(const OV_OBJ_REF& owner, std::uint64_t index, const db_util::key_bound& low,
-                                   const db_util::key_bound& high) {
-  db_util::db_iter_with_keys iterator(current_context(), index, [&](db_util::key_range& keys) {
-    for (const auto& [key, bound] : {std::pair(&keys.first, &low), std::pair(&keys.last, &high)}) {
-      key->append(key_object{owner.object_number});
-      key->append(*bound);
-      key->terminate();
-    }
-  });
-  std::vector<OV_OBJ_REF> found;
-  found.reserve(16);
-  for (; iterator.current().is_valid(); iterator.advance()) found.push_back(iterator.current().reference());
-  return found;
-}
+// Every object of a metadata index whose first key column is the owner and whose second lies between two bounds. The
+// core's iterator is freed with them.
+class owned_objects {
+ public:
+  owned_objects(const OV_OBJ_REF& owner, std::uint64_t index, const db_util::key_bound& low,
+                const db_util::key_bound& high)
+      : iterator_(current_context(), index, [&](db_util::key_range& keys) {
+          for (const auto& [key, bound] : {std::pair(&keys.first, &low), std::pair(&keys.last, &high)}) {
+            key->append(key_object{owner.object_number});
+            key->append(*bound);
+            key->terminate();
+          }
+        }) {
+    objects_.reserve(16);
+    for (; iterator_.current().is_valid(); iterator_.advance()) objects_.push_back(iterator_.current().reference());
+  }
 
-std::vector<OV_OBJ_REF> members_of(const OV_OBJ_REF& table) {
+  std::size_t size() const { return objects_.size(); }
+  auto begin() const { return objects_.begin(); }
+  auto end() const { return objects_.end(); }
+
+ private:
+  db_util::db_iter_with_keys iterator_;
+  std::vector<OV_OBJ_REF> objects_;
+};
+
+owned_objects members_of(const OV_OBJ_REF& table) {
   const auto payload = [](const db_string::tt_string& text) {
     return db_util::key_text{ov::sql_executor::bit_count({{text.data(), text.size()}}).payload};
   };
   const db_string::tt_string first = db_util::ucs2_to_turbotext(u"", upper_limit::no);
   const db_string::tt_string last = db_util::ucs2_to_turbotext(u"", upper_limit::yes);
-  return objects_of(table, metalayer::Member::index_id_MemberPK(), payload(first), payload(last));
+  return {table, metalayer::Member::index_id_MemberPK(), payload(first), payload(last)};
 }
 
 // The second key column of this index is the position, so all positions are wanted.
-std::vector<OV_OBJ_REF> indexed_columns_of(const OV_OBJ_REF& index) {
-  return objects_of(index, metalayer::IndexedColumn::index_id_IndexedColumnPK(), db_util::lowest_marker{},
-                    std::numeric_limits<std::uint64_t>::max());
+owned_objects indexed_columns_of(const OV_OBJ_REF& index) {
+  return {index, metalayer::IndexedColumn::index_id_IndexedColumnPK(), db_util::lowest_marker{},
+          std::numeric_limits<std::uint64_t>::max()};
 }
 
 }  // namespace
 
 table_ref make_table_ref(const OV_OBJ_REF& table) {
-  const std::vector<OV_OBJ_REF> found = members_of(table);
+  const owned_objects found = members_of(table);
   auto cache = std::make_shared<Table::TableCache>();
   cache->members.resize(found.size());
   for (const OV_OBJ_REF& member : found) {
