@@ -45,15 +45,7 @@ value_view operand::keep(const value_view& view, value& room, byte_buffer& bytes
   return keep(view, room);
 }
 
-void operand::append_to(std::vector<value>& list, execution_context& context) const {
-  if (is_int64_property()) {
-    if (std::int64_t number = 0; read_int64(context, number)) {
-      list.emplace_back(number);
-    } else {
-      list.emplace_back(operator_library::NullValue{});
-    }
-    return;
-  }
+void operand::append_other(std::vector<value>& list, execution_context& context) const {
   if (property_ != nullptr) return property_->append_to(list, context);
   if (lender_ == nullptr) {
     list.push_back(expression_->evaluate(context));

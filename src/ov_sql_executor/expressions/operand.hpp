@@ -94,10 +94,20 @@ class operand {
   }
   bool is_row_value() const { return context_read_ != nullptr && context_read_->reads_row_stack(); }
 
-  // Appends the value to a list, made in its place where possible.
-  void append_to(std::vector<value>& list, execution_context& context) const;
+  // Appends the value to a list, made in its place where possible. The commonest is in line.
+  void append_to(std::vector<value>& list, execution_context& context) const {
+    if (!is_int64_property()) return append_other(list, context);
+    if (std::int64_t number = 0; read_int64(context, number)) {
+      list.emplace_back(number);
+    } else {
+      list.emplace_back(operator_library::NullValue{});
+    }
+  }
 
  private:
+  // The same for what is no property of int64.
+  void append_other(std::vector<value>& list, execution_context& context) const;
+
   // The core lends texts and binaries only.
   bool may_be_lent(const value_view& view) const {
     return (std::holds_alternative<text_view>(view) || std::holds_alternative<binary_view>(view)) &&
