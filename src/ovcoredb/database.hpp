@@ -3,8 +3,7 @@
 //
 // Conventions
 //  1. Misuse (an unknown table, a cell of another type than its column, ...) throws std::invalid_argument that names
-//  the
-//     table and the column. Every call that throws leaves the database as it was.
+//     the table and the column. Every call that throws leaves the database as it was.
 //  2. Nothing is written while another thread reads. A write closes the iterators that are open on the database: they
 //     answer ORV_BAD_ITERATOR from then on. Reading and writing may alternate freely on one thread.
 //  3. Cells lend their bytes for the duration of the call; the database keeps its own copy.

@@ -6,8 +6,8 @@
  * Conventions
  *  1. Handles (context, index, iterator) are 64-bit numbers, never pointers. 0 names nothing.
  *  2. Every call returns a 32-bit status unless its comment says otherwise: 0 is success, ORV_NO_VALUE says that a
- * column holds nothing, everything else is a failure and leaves the out parameters unwritten. The statuses that this
- * core gives are listed below; a caller passes on any that it does not know.
+ *     column holds nothing, everything else is a failure and leaves the out parameters unwritten. The statuses that
+ *     this core gives are listed below; a caller passes on any that it does not know.
  *  3. Result buffers belong to the core. They stay valid until the next call on the same context (an iterator counts as
  *     its context's); the caller copies or compares at once and never frees.
  *  4. Counted blocks (texts as UCS-2, encoded texts) start with a 32-bit little-endian count, followed directly by that
@@ -16,7 +16,7 @@
  *  6. A context and its iterators belong to one thread at a time; different contexts may be used by different threads.
  *     Nothing is written to the database while anybody reads.
  *  7. A bad handle, object, column, key or null pointer is answered with a status, never with a crash. (A key carries
- * no length: it is read up to its terminator or to the first byte that cannot be right.)
+ *     no length: it is read up to its terminator or to the first byte that cannot be right.)
  */
 #ifndef OVCOREDB_OVCOREDB_H_
 #define OVCOREDB_OVCOREDB_H_
@@ -157,7 +157,8 @@ ORV_API uint32_t orv_context_lookup(uint64_t context, uint64_t object_number, ui
 /*
  * Encoded text ("turbotext") is a header and a payload. Each header byte gives 7 bits, most significant group first;
  * the byte with the top bit set is the last of the header. The number so read is the count of unused bits at the end of
- * the payload. The order of the payload bits is the order of the texts, and equal texts have equal bytes.
+ * the payload; they are zero. The order of the payload bits is the order of the texts, and equal texts have equal
+ * bytes.
  */
 
 /* Encoded text to UCS-2: *result receives a UCS-2 block. reserved is 0. */

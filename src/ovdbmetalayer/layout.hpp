@@ -51,9 +51,8 @@ inline constexpr std::uint32_t ascending = 6;  // bool
 }  // namespace indexed_column_column
 
 namespace set_specifier_column {
-inline constexpr std::uint32_t text = 3;  // text: the set specifier
-inline constexpr std::uint32_t name_word =
-    4;  // uint64: first word of DottedName2RawView of the type's name in base form
+inline constexpr std::uint32_t text = 3;       // text: the set specifier
+inline constexpr std::uint32_t name_word = 4;  // uint64: first word of the name's raw view, see DottedName2RawView
 }  // namespace set_specifier_column
 
 // The keys of the indexes, all columns ascending.

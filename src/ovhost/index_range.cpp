@@ -1,5 +1,6 @@
 #include "ovhost/index_range.hpp"
 
+#include "ov_sql_executor/database/obj_ref.hpp"
 #include "ovhost/core_error.hpp"
 
 namespace ovhost {
@@ -20,7 +21,7 @@ class index_range {
     ORV_REFERENCE_VALUE reference{};
     require_ok(orv_iterator_next(iterator_, &reference), "stepping through a range");
     if (reference.object_number == 0) return std::nullopt;
-    return kept(reference);
+    return db_util::to_obj_ref(reference);
   }
 
  private:
@@ -39,10 +40,6 @@ std::vector<OV_OBJ_REF> objects_with_key(std::uint64_t context, std::uint64_t in
 
 std::optional<OV_OBJ_REF> first_with_key(std::uint64_t context, std::uint64_t index, const index_key& key) {
   return index_range(context, index, key).next();
-}
-
-OV_OBJ_REF kept(const ORV_REFERENCE_VALUE& reference) {
-  return {reference.object_number, reference.high_part << 16 | reference.low_part};
 }
 
 }  // namespace ovhost

@@ -16,9 +16,6 @@ std::vector<OV_OBJ_REF> objects_with_key(std::uint64_t context, std::uint64_t in
 // The first of them.
 std::optional<OV_OBJ_REF> first_with_key(std::uint64_t context, std::uint64_t index, const index_key& key);
 
-// A reference as callers keep it.
-OV_OBJ_REF kept(const ORV_REFERENCE_VALUE& reference);
-
 }  // namespace ovhost
 
 #endif  // OVHOST_INDEX_RANGE_HPP_

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "ov_sql_executor/database/obj_ref.hpp"
 #include "ovhost/core_error.hpp"
 #include "ovhost/index_range.hpp"
 
@@ -54,7 +55,7 @@ bool metadata_object::flag(std::uint32_t column) const {
 OV_OBJ_REF metadata_object::reference(std::uint32_t column) const {
   ORV_REFERENCE_VALUE result{};
   read(orv_context_get_reference, context_, object_, column, result);
-  return kept(result);
+  return db_util::to_obj_ref(result);
 }
 
 }  // namespace ovhost

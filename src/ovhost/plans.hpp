@@ -19,7 +19,7 @@ using physical_queryplan::QueryPlan::assignment;
 using physical_queryplan::QueryPlan::order_key;
 using physical_queryplan::QueryPlan::scan_range;
 
-// ---- Scans. A range bounds one key column; objects without a value in it do not match, nor does a NULL bound
+// ---- Scans. A range bounds one key column; objects without a value in it do not match, nor does a NULL bound match
 // anything.
 
 namespace key {
@@ -39,7 +39,9 @@ scan_range both(scan_range left, const scan_range& right);
 enum class walk { ascending, descending };
 
 // The objects of the variable's table through one of its indexes, each range bounding one key column, in key order.
-// Throws unknown_name, and std::invalid_argument if there are more ranges than key columns.
+// Where a range that is no equality is followed by another, the scan takes in objects that do not match, and a filter
+// has to stay above (see QueryPlan::Scan). Throws unknown_name, and std::invalid_argument if there are more ranges than
+// key columns.
 plan scan(const table_variable& variable, std::string_view index, std::vector<scan_range> ranges = {},
           walk direction = walk::ascending);
 

@@ -1,6 +1,5 @@
-
-
 #include "ov_sql_executor/planning/plan.hpp"
+
 #include "core_shim/core_shim.hpp"
 #include "host_test.hpp"
 #include "ov_sql_executor/planning/result_columns.hpp"
@@ -51,6 +50,9 @@ class Planning : public HostTest {
 TEST_F(Planning, refuses_other_roots_other_items_and_columns_that_are_not_in_scope) {
   expect_planned(no_plan, all(t), ovhost::filter(lit(true), only(t)), ovhost::unite(only(t), only(t)),
                  project({t}, ovhost::unite(all(t), all(s))));
+  expect_planned(no_plan, Projection{{t}, nullptr},
+                 project({t}, LeftJoin{nullptr, std::make_unique<PredicateVariant>(all(t))}),
+                 project({t}, FullJoin{std::nullopt, std::make_unique<PredicateVariant>(all(t)), nullptr}));
   expect_planned(no_column, only(lit(1)), only(ovhost::parameter(0, ovhost::value_kind::uint64)),
                  only(ovhost::eq(t["size"], lit(1))), only(ovhost::oid(t)), project({t, t["name"], lit(1)}, all(t)),
                  ovhost::filter(lit(true), only(lit(1))));  // errors below the root come first

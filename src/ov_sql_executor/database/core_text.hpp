@@ -1,5 +1,6 @@
 // Conversions between the core's encoded text and UTF-16. Those with a context throw db_util::db_exception with the
-// core's status; those without cannot fail. A text handed to the core ends at its first zero unit.
+// core's status; of those without, the ones from encoded text throw it where the core has no memory (ORV_OUT_OF_MEMORY)
+// and take bytes that are not an encoded text for the empty one. A text handed to the core ends at its first zero unit.
 #ifndef OV_SQL_EXECUTOR_DATABASE_CORE_TEXT_HPP_
 #define OV_SQL_EXECUTOR_DATABASE_CORE_TEXT_HPP_
 
@@ -17,7 +18,7 @@ using ov::sql_executor::text_view;
 std::u16string turbotext_to_ucs2(std::uint64_t context, text_view text);
 std::u16string turbotext_to_ucs2(text_view text);
 
-// Appends them to others. Texts as they are in columns need no heap.
+// Appends the text's units to others. Texts as they are in columns need no heap.
 using unit_buffer = boost::container::small_vector<char16_t, 256>;
 void append_ucs2(text_view text, unit_buffer& units);
 

@@ -20,7 +20,8 @@ inline constexpr std::uint32_t internal_error = 7007;
 inline constexpr std::uint32_t not_implemented = 7022;
 inline constexpr std::uint32_t bad_escape = 7042;
 
-// An error in the plan or in the statement's text: a number and a message. Thrown by value.
+// An error in the plan or in the statement's text: a number and a message. Thrown by value, mostly by Plan; while a
+// statement runs only for a LIKE pattern (7042) and for a stack that is too small (7022).
 class OV_SQL_EXECUTOR_API OVException : public std::exception {
  public:
   // message holds one UTF-16 unit per character. Throws std::range_error "bad conversion" if it is not valid UTF-16.

@@ -238,16 +238,16 @@ further_look looks_further(const aggregate_entry& aggregate) {
       aggregate);
 }
 
-void ask_ahead(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
-               state_memory& memory, std::uint64_t group) {
+void prefetch_further(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
+                      state_memory& memory, std::uint64_t group) {
   std::visit(
       [&]<class Kind>(const Kind&) {
         if constexpr (counts_distinct<Kind>) {
           // A valueless value is refused when its turn comes.
           if (!memory.distinct || std::ranges::any_of(seen, is_valueless)) return;
-          memory.distinct->ask_for_place(memory.distinct->hash_of(distinct_row(seen, memory, group)));
+          memory.distinct->prefetch_place(memory.distinct->hash_of(distinct_row(seen, memory, group)));
         } else if constexpr (keeps_extreme<Kind>) {
-          state_at<Kind>(state).extreme.ask_for();
+          state_at<Kind>(state).extreme.prefetch();
         }
       },
       aggregate);

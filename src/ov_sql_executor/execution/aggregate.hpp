@@ -123,7 +123,7 @@ struct count_distinct_values {
 
 }  // namespace aggregates
 
-// An aggregate of a plan, in the order in which translation numbers them.
+// An aggregate of a plan.
 using aggregate_entry =
     std::variant<aggregates::sum, aggregates::count_values, aggregates::count_rows, aggregates::maximum,
                  aggregates::minimum, aggregates::average_as_double, aggregates::average_as_decimal,
@@ -144,11 +144,11 @@ void take_values(const aggregate_entry& aggregate, void* state, std::span<const 
                  std::uint64_t group);
 
 // When taking values looks at more memory than the state: never, where the first of them is a text or the like, always.
-// And the asking for that memory; a hint, which throws nothing but std::bad_alloc.
+// And the prefetching of that memory, which throws nothing but std::bad_alloc.
 enum class further_look { at_none, at_texts, at_all };
 further_look looks_further(const aggregate_entry& aggregate);
-void ask_ahead(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
-               state_memory& memory, std::uint64_t group);
+void prefetch_further(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
+                      state_memory& memory, std::uint64_t group);
 
 // Good as long as the state and its memory are not touched.
 value_view finish(const aggregate_entry& aggregate, const void* state);

@@ -16,6 +16,19 @@ class OV_SQL_EXECUTOR_API enumerator {
   // The next row, owned by the caller, or nothing at the end and on every later call. The context is that of the whole
   // run; its row stack is as long afterwards as before. After an exception the enumerator and the context are
   // discarded.
+  //
+  // Throws, as does opening one (node::create_enumerator)
+  //   db_util::db_exception        a status of the core, or one of the codes of db_exception.hpp
+  //   error_handling::OVException  7042 for a LIKE pattern with an escape before nothing special; 7022 where the plan
+  //   is
+  //                                too deep for this thread's stack
+  //   std::logic_error             values that do not compare in ORDER BY, Maximum or Minimum; an index key of float or
+  //                                double; a prefix of a key column of numbers
+  //   std::out_of_range            a parameter that was not supplied; ranges for more columns than the index has
+  //   std::bad_variant_access      a valueless value; a property of something that is no reference
+  //   std::length_error            more than 2^32 groups, or distinct rows
+  //   std::bad_alloc, and std::runtime_error where the system has no random numbers to hash by
+  // and, unchanged, what an operator or a node of the host's own throws.
   virtual std::optional<row> next(execution_context& context) = 0;
 
   virtual ~enumerator() = default;

@@ -52,19 +52,19 @@ void group_accumulators::take_values(std::size_t group, const value_view* seen, 
   }
 }
 
-void group_accumulators::ask_for_states(std::size_t group) const {
+void group_accumulators::prefetch_states(std::size_t group) const {
   if (new_group_.empty()) return;
   const std::byte* const first = first_state(group);
-  ask_for_memory(first);
-  ask_for_memory(first + new_group_.size() - 1);
+  prefetch_memory(first);
+  prefetch_memory(first + new_group_.size() - 1);
 }
 
-void group_accumulators::ask_ahead(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
+void group_accumulators::prefetch_further(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
   for (const auto& [i, argument, only_at_texts] : further_) {
     if (i >= aggregate_count) break;
     if (only_at_texts && !borrows(seen[argument])) continue;
-    sql_executor::ask_ahead(aggregates_[i], first_state(group) + offsets_[i], {seen + argument, widths_[i]}, memory_[i],
-                            group);
+    sql_executor::prefetch_further(aggregates_[i], first_state(group) + offsets_[i], {seen + argument, widths_[i]},
+                                   memory_[i], group);
   }
 }
 

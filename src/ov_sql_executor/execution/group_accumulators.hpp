@@ -29,9 +29,9 @@ class group_accumulators {
   // many of the aggregates.
   void take_values(std::size_t group, const value_view* seen, std::size_t aggregate_count);
 
-  // Asks for the memory of the states of a group that is going to take a row; and for what else that row looks at.
-  void ask_for_states(std::size_t group) const;
-  void ask_ahead(std::size_t group, const value_view* seen, std::size_t aggregate_count);
+  // Prefetches the states of a group that is going to take a row; and, some time later, what else that row looks at.
+  void prefetch_states(std::size_t group) const;
+  void prefetch_further(std::size_t group, const value_view* seen, std::size_t aggregate_count);
 
   // Appends a group's results to the row stack.
   void push_results(std::size_t group, execution_context& context) const;

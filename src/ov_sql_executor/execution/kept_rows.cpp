@@ -38,20 +38,20 @@ void kept_rows::copy_back(std::size_t row_number, const execution_context& conte
 }
 
 // Sorted rows lie far apart, and memory is slower than all the rest.
-void kept_rows::expect(std::size_t row_number) const {
+void kept_rows::prefetch(std::size_t row_number) const {
   const std::size_t first = first_of(row_number);
   if (first == first_of(row_number + 1)) return;
   if (are_references_) {
-    references_.expect(first);
+    references_.prefetch(first);
   } else {
-    values_.expect(first);
+    values_.prefetch(first);
   }
 }
 
-void kept_rows::expect_very_soon(std::size_t row_number) const {
+void kept_rows::prefetch_further(std::size_t row_number) const {
   if (are_references_) return;
   const std::size_t end = first_of(row_number + 1);
-  for (std::size_t i = first_of(row_number); i < end; ++i) values_.expect_very_soon(i);
+  for (std::size_t i = first_of(row_number); i < end; ++i) values_.prefetch_further(i);
 }
 
 // Nodes yield rows of one width; only a foreign one could do otherwise.

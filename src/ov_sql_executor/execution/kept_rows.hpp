@@ -31,9 +31,9 @@ class kept_rows {
   void take_back(std::size_t row_number, execution_context& context, std::size_t start);
   void copy_back(std::size_t row_number, const execution_context& context, std::size_t start);
 
-  // Says that a row will be given soon; and, once that has been said for a while, very soon.
-  void expect(std::size_t row_number) const;
-  void expect_very_soon(std::size_t row_number) const;
+  // Prefetches a row that will be given; and, some time later, its texts.
+  void prefetch(std::size_t row_number) const;
+  void prefetch_further(std::size_t row_number) const;
 
  private:
   void note_width(std::size_t width);

@@ -32,8 +32,8 @@ value_view kept_value::view() const {
       held_);
 }
 
-void kept_value::ask_for() const {
-  if (text_room* const* room = std::get_if<text_room*>(&held_)) ask_for_memory(*room);
+void kept_value::prefetch() const {
+  if (text_room* const* room = std::get_if<text_room*>(&held_)) prefetch_memory(*room);
 }
 
 void kept_value::become(const value_view& other, kept_memory& elsewhere) {

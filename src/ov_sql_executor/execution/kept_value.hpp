@@ -29,8 +29,8 @@ class kept_value {
   // Good until it becomes another value.
   value_view view() const;
 
-  // Asks for the memory of a text that is going to be looked at.
-  void ask_for() const;
+  // Prefetches the text, if it is one.
+  void prefetch() const;
 
   // Throws std::bad_variant_access for the view of a valueless value.
   void become(const value_view& other, kept_memory& elsewhere);

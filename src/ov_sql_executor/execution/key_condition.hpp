@@ -18,7 +18,7 @@ enum class key_operation : std::int32_t {
 };
 
 // One condition on a key column of a scan. rejects_null: keys that hold NULL in the column do not match, and a NULL
-// bound matches nothing; otherwise NULL is the lowest key value.
+// bound matches nothing; otherwise NULL is the lowest key value, but above a number that is below all of the column's.
 struct key_condition {
   key_operation op;
   bool rejects_null;

@@ -29,7 +29,7 @@ using operator_library::NullValue;
 
 key_bound text_bound(text_view text) { return key_text{bit_count(text).payload}; }
 
-key_bound text_bound(tt_string text, kept_values& kept) {
+key_bound text_bound(tt_string text, bound_storage& kept) {
   const text_view view{{text.data(), text.size()}};
   kept.emplace_back(std::move(text));
   return text_bound(view);
@@ -123,7 +123,7 @@ const Bound& bound_of(const value_view& bound) {
 }
 
 void apply_to_text_column(key_interval& interval, key_operation op, text_view bound, execution_context& context,
-                          kept_values& kept) {
+                          bound_storage& kept) {
   if (op != key_operation::starts_with) return apply_exact(interval, op, text_bound(bound));
   interval.raise_low(text_bound(bound), true);
   const std::u16string units = db_util::turbotext_to_ucs2(context.context_handle, bound);
@@ -132,7 +132,7 @@ void apply_to_text_column(key_interval& interval, key_operation op, text_view bo
 }
 
 void apply_to_set_specifier_column(key_interval& interval, key_operation op, std::u16string_view bound,
-                                   execution_context& context, kept_values& kept) {
+                                   execution_context& context, bound_storage& kept) {
   const std::u16string units(bound);
   const auto converted = [&](upper_limit limit) {
     return text_bound(db_util::ucs2_to_setspec_turbotext(context.context_handle, units, limit), kept);
@@ -144,7 +144,7 @@ void apply_to_set_specifier_column(key_interval& interval, key_operation op, std
 }
 
 void apply_bound(key_interval& interval, type_code column, key_operation op, const value_view& bound,
-                 execution_context& context, kept_values& kept) {
+                 execution_context& context, bound_storage& kept) {
   switch (column) {
     case type_code::uint64:
       return apply_to_number_column<std::uint64_t>(interval, op, bound);
@@ -170,7 +170,7 @@ void apply_bound(key_interval& interval, type_code column, key_operation op, con
 
 }  // namespace
 
-db_util::key_bound type_maximum(type_code column, execution_context& context, kept_values& kept) {
+db_util::key_bound type_maximum(type_code column, execution_context& context, bound_storage& kept) {
   switch (column) {
     case type_code::uint64:
       return std::numeric_limits<std::uint64_t>::max();
@@ -196,7 +196,7 @@ db_util::key_bound type_maximum(type_code column, execution_context& context, ke
   raise_type_error();
 }
 
-key_interval::key_interval(type_code column, execution_context& context, kept_values& kept)
+key_interval::key_interval(type_code column, execution_context& context, bound_storage& kept)
     : high_(type_maximum(column, context, kept)) {}
 
 void key_interval::raise_low(const key_bound& bound, bool inclusive) {
@@ -226,7 +226,7 @@ bool key_interval::is_empty() const {
 }
 
 void apply_condition(key_interval& interval, type_code column, const key_condition& condition,
-                     execution_context& context, kept_values& kept) {
+                     execution_context& context, bound_storage& kept) {
   value room;
   const value_view bound = condition.bound.hold(context, room);
   // The view goes on to point to what the kept value owns.
@@ -237,7 +237,7 @@ void apply_condition(key_interval& interval, type_code column, const key_conditi
 }
 
 void apply_evaluated(key_interval& interval, type_code column, const key_condition& condition, const value_view& bound,
-                     execution_context& context, kept_values& kept) {
+                     execution_context& context, bound_storage& kept) {
   if (std::holds_alternative<std::monostate>(bound)) throw std::bad_variant_access();
   const bool is_null = std::holds_alternative<NullValue>(bound);
   if (condition.rejects_null) {

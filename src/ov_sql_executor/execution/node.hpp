@@ -12,7 +12,8 @@ namespace ov::sql_executor {
 class OV_SQL_EXECUTOR_API node {
  public:
   // A new enumerator, owned by the caller, which must destroy it before the node. May read the database and evaluate
-  // expressions against the rows in scope; what is half built when an exception passes is freed.
+  // expressions against the rows in scope; what is half built when an exception passes is freed. Throws what
+  // enumerator::next throws.
   virtual enumerator* create_enumerator(execution_context& context) const = 0;
 
   virtual ~node() = default;

@@ -49,8 +49,8 @@ class order_by_enumerator final : public row_source {
     constexpr std::size_t ahead = 16;
     if (cursor_ == sorted_.size() && !sort_more()) return false;
     if (sorted_.size() - cursor_ > ahead) {
-      rows_->expect(sorted_[cursor_ + ahead].row);
-      rows_->expect_very_soon(sorted_[cursor_ + ahead / 2].row);
+      rows_->prefetch(sorted_[cursor_ + ahead].row);
+      rows_->prefetch_further(sorted_[cursor_ + ahead / 2].row);
     }
     rows_->give(sorted_[cursor_++].row, context);
     return true;

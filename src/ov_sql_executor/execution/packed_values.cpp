@@ -75,9 +75,9 @@ void packed_values::give(std::size_t position, execution_context& context) {
 }
 
 // What a word leads to can only be asked for once the word is near.
-void packed_values::expect_very_soon(std::size_t position) const {
+void packed_values::prefetch_further(std::size_t position) const {
   if (kinds_[position] != kind_of<db_string::tt_string>) return;
-  __builtin_prefetch(bytes_.data() + (words_[position] >> length_bits));
+  prefetch_memory(bytes_.data() + (words_[position] >> length_bits));
 }
 
 void packed_values::take_back(std::size_t position, value& moved) {

@@ -13,6 +13,7 @@ namespace ov::sql_executor {
 
 // Values put aside by the million, nine bytes for each number, bool, NULL and reference to an object of one table,
 // which a value takes forty for: what takes less memory comes from nearer to the processor.
+// They come from the row stack and go back there, where packed_views are only looked at.
 class packed_values {
  public:
   // packs_texts: texts lie one behind the other, too, and are made anew when they are given, instead of going there and
@@ -31,9 +32,9 @@ class packed_values {
   void take_back(std::size_t position, value& moved);
   void copy_back(std::size_t position, const value& copied);
 
-  // Says that a value will be given soon; and, once that has been said for a while, very soon.
-  void expect(std::size_t position) const { __builtin_prefetch(&words_[position]); }
-  void expect_very_soon(std::size_t position) const;
+  // Prefetches a value that will be given; and, some time later, its text.
+  void prefetch(std::size_t position) const { prefetch_memory(&words_[position]); }
+  void prefetch_further(std::size_t position) const;
 
  private:
   // Large blocks that never move.

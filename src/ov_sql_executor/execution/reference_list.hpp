@@ -30,9 +30,9 @@ class reference_list {
     }
   }
 
-  // Says that one will be read soon.
-  void expect(std::size_t position) const {
-    __builtin_prefetch(is_narrow_ ? static_cast<const void*>(&narrow_[position]) : &wide_[position]);
+  // Prefetches one.
+  void prefetch(std::size_t position) const {
+    prefetch_memory(is_narrow_ ? static_cast<const void*>(&narrow_[position]) : &wide_[position]);
   }
 
  private:

@@ -30,25 +30,25 @@ bool has_nan(std::span<const value_view> key) {
 
 }  // namespace
 
-void row_set::ask_for_place(std::uint32_t hash) const {
+void row_set::prefetch_place(std::uint32_t hash) const {
   if (tags_.empty()) return;
-  ask_for_memory(&tags_[first_position(hash)]);
-  ask_for_memory(&slots_[first_position(hash)]);
+  prefetch_memory(&tags_[first_position(hash)]);
+  prefetch_memory(&slots_[first_position(hash)]);
 }
 
-std::optional<std::size_t> row_set::ask_for_row(std::uint32_t hash) const {
+std::optional<std::size_t> row_set::prefetch_row(std::uint32_t hash) const {
   if (tags_.empty()) return std::nullopt;
   for (std::size_t at = first_position(hash); tags_[at] != no_tag; at = next_position(at)) {
     if (tags_[at] != tag_of(hash) || slots_[at].hash != hash) continue;
     const std::size_t index = slots_[at].index;
-    keys_.ask_for(index * width_);
+    keys_.prefetch(index * width_);
     return index;
   }
   return std::nullopt;
 }
 
-void row_set::ask_for_copies(std::size_t index) const {
-  for (std::size_t column = 0; column < width_; ++column) keys_.ask_for_copy(index * width_ + column);
+void row_set::prefetch_further(std::size_t index) const {
+  for (std::size_t column = 0; column < width_; ++column) keys_.prefetch_further(index * width_ + column);
 }
 
 row_set::place row_set::find_or_insert(std::span<const value_view> key, std::uint32_t hash) {

@@ -26,12 +26,12 @@ class row_set {
   place find_or_insert(std::span<const value_view> key) { return find_or_insert(key, hash_of(key)); }
 
   // The same in steps, for who has several keys and wants their memory to come at the same time. Behind the hash, each
-  // step asks for what the next one looks at: the place that the hash stands for; the row with that hash, if there is
+  // step prefetches what the next one looks at: the place that the hash stands for; the row with that hash, if there is
   // one; what of the row lies elsewhere.
   std::uint32_t hash_of(std::span<const value_view> key) const { return static_cast<std::uint32_t>(hash_(key)); }
-  void ask_for_place(std::uint32_t hash) const;
-  std::optional<std::size_t> ask_for_row(std::uint32_t hash) const;
-  void ask_for_copies(std::size_t index) const;
+  void prefetch_place(std::uint32_t hash) const;
+  std::optional<std::size_t> prefetch_row(std::uint32_t hash) const;
+  void prefetch_further(std::size_t index) const;
   place find_or_insert(std::span<const value_view> key, std::uint32_t hash);
 
   std::size_t size() const { return size_; }

@@ -93,7 +93,7 @@ class key_ends {
 
   execution_context& context_;
   scan_keys& keys_;
-  kept_values kept_;
+  bound_storage kept_;
   bool first_inclusive_ = true;
   bool last_inclusive_ = true;
   bool empty_ = false;  // some column with conditions lets nothing pass

@@ -42,7 +42,7 @@ void waiting_rows::add(execution_context& context) {
   };
   for (std::size_t i = 0; i < key_width_; ++i) evaluate(i);
   hashes_[count_] = groups_.hash_of({views, key_width_});
-  groups_.ask_for_place(hashes_[count_]);
+  groups_.prefetch_place(hashes_[count_]);
   ++count_;  // what is evaluated from here on counts even if something behind it throws
   for (evaluated_ = key_width_; evaluated_ < operands_.size(); ++evaluated_) evaluate(evaluated_);
   if (count_ == most_rows_) settle();
@@ -57,17 +57,17 @@ void waiting_rows::settle() {
     return std::ranges::upper_bound(ends_, evaluated_) - ends_.begin();
   };
   for (std::size_t i = 0; i < count; ++i) {
-    indexes_[i] = groups_.ask_for_row(hashes_[i]).value_or(none);
-    if (indexes_[i] != none) accumulators_.ask_for_states(indexes_[i]);
+    indexes_[i] = groups_.prefetch_row(hashes_[i]).value_or(none);
+    if (indexes_[i] != none) accumulators_.prefetch_states(indexes_[i]);
   }
   for (std::size_t i = 0; i < count; ++i) {
-    if (indexes_[i] != none) groups_.ask_for_copies(indexes_[i]);
+    if (indexes_[i] != none) groups_.prefetch_further(indexes_[i]);
   }
   for (std::size_t i = 0; i < count; ++i) {
     const row_set::place group = groups_.find_or_insert({views_of(i), key_width_}, hashes_[i]);
     if (group.is_new) accumulators_.add_group();
     indexes_[i] = group.index;
-    accumulators_.ask_ahead(group.index, views_of(i) + key_width_, aggregates_of(i));
+    accumulators_.prefetch_further(group.index, views_of(i) + key_width_, aggregates_of(i));
   }
   for (std::size_t i = 0; i < count; ++i) {
     accumulators_.take_values(indexes_[i], views_of(i) + key_width_, aggregates_of(i));

@@ -25,7 +25,9 @@ using result_type_tag = std::variant<meta_support::TypeIdentity<bool>, meta_supp
                                      meta_support::TypeIdentity<Binary>, meta_support::TypeIdentity<OV_OBJ_REF>,
                                      meta_support::TypeIdentity<SetSpecifier>, meta_support::TypeIdentity<NullValue>>;
 
-// What all operations hold. Too few operands are refused when the plan is translated; surplus ones are ignored.
+// What all operations hold. Too few operands are refused when the plan is translated; surplus ones are ignored. The
+// result type is what the host says it is: it chooses the conversion of a Conditional and names the type of a result
+// column, and nothing checks it.
 struct operation {
   result_type_tag result_type;
   std::vector<expression> operands;
@@ -47,7 +49,7 @@ struct Difference : operation {};      // 12
 struct Negation : operation {};        // 13, one operand
 struct Quotient : operation {};        // 14, left, right
 struct Product : operation {};         // 15
-struct PatternMatch : operation {};    // 16, text, pattern
+struct PatternMatch : operation {};    // 16, text, pattern: LIKE, which ignores case; a backslash escapes
 struct PrefixTest : operation {};      // 17, text, prefix
 struct Conditional : operation {};     // 18, condition, then, else; the result type selects the conversion
 struct ExclusiveOr : operation {};     // 19, left, right

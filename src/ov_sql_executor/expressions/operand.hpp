@@ -22,6 +22,17 @@ using byte_buffer = boost::container::small_vector<std::uint8_t, 64>;
 
 // An owned expression, and the cheapest way to its value: read where it lies in the context, lent by an operator of
 // this library, or evaluated by one that is not. Which one it is, is found out once, when the tree is built.
+//
+//    call        gives                     good until                                  for
+//    evaluate    a value                   always                                      what is kept
+//    append_to   a value in a list         always                                      rows
+//    lend        a view                    the next evaluation, or core call           the last operand of an operation
+//    hold        a view; what the core     room and bytes change, or the context's     the operands before it
+//                lends is copied           lists do
+//    preserve    a view; all that it       room and bytes change                       rows that wait
+//                borrows is copied
+//
+// `room` is the caller's value, for results that lie nowhere else; views may point into it.
 class operand {
  public:
   explicit operand(std::unique_ptr<operator_base> expression)

@@ -9,7 +9,7 @@
 
 namespace ov::sql_executor::operators {
 
-// The lists of the execution context, by source number.
+// The lists of the execution context.
 enum class context_list : std::uint8_t { constants = 0, variables = 1, row_stack = 2 };
 
 // A value that the context already holds: a literal, a parameter, or a value of a row in scope.

@@ -28,8 +28,16 @@ class definition_search {
     }
     define(passed_on, plan.group_by);
   }
-  template <class Alternative>
-  void operator()(const Alternative& /*plan*/) {}
+  // These pass on what their inputs define, or the objects of a scan.
+  void operator()(const NestedLoopJoin& /*plan*/) {}
+  void operator()(const LeftJoin& /*plan*/) {}
+  void operator()(const FullJoin& /*plan*/) {}
+  void operator()(const Scan& /*plan*/) {}
+  void operator()(const Filter& /*plan*/) {}
+  void operator()(const Projection& /*plan*/) {}
+  void operator()(const OrderBy& /*plan*/) {}
+  void operator()(const LimitOffset& /*plan*/) {}
+  void operator()(const Union& /*plan*/) {}
 
  private:
   static void define(reference_definitions& found, const std::vector<assignment>& assignments) {

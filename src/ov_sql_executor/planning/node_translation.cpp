@@ -60,7 +60,7 @@ class node_translator {
   }
 
   translation operator()(const Filter& plan) const {
-    translation child = child_of(plan);
+    translation child = translate_input(plan.child, outer_);
     auto predicate = translate_expression(plan.predicate, constants_, {outer_, child.columns});
     child.node = std::make_unique<ov::sql_executor::filter>(std::move(child.node), std::move(predicate));
     return child;
@@ -68,7 +68,7 @@ class node_translator {
 
   // A projection that only repeats its input is its input.
   translation operator()(const Projection& plan) const {
-    translation child = child_of(plan);
+    translation child = translate_input(plan.child, outer_);
     auto items = translate_expressions(plan.items, constants_, {outer_, child.columns});
     scope columns;
     columns.reserve(plan.items.size());
@@ -85,7 +85,7 @@ class node_translator {
 
   // The input's values come first, the assignments follow.
   translation operator()(const Extension& plan) const {
-    translation child = child_of(plan);
+    translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
     if (!reads_itself(child, inner)) return copying_extension(plan, std::move(child));
     std::vector<std::unique_ptr<operator_base>> values;
@@ -117,8 +117,8 @@ class node_translator {
   }
 
   translation operator()(const FullJoin& plan) const {
-    translation left = translate(*plan.left, constants_, outer_);
-    translation right = translate(*plan.right, constants_, outer_);
+    translation left = translate_input(plan.left, outer_);
+    translation right = translate_input(plan.right, outer_);
     const std::size_t left_width = left.columns.size();
     const std::size_t right_width = right.columns.size();
     append(left.columns, std::move(right.columns));
@@ -131,7 +131,7 @@ class node_translator {
 
   // The aggregates come first in the row, the group keys after them.
   translation operator()(const Aggregation& plan) const {
-    translation child = child_of(plan);
+    translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
     std::vector<std::unique_ptr<operator_base>> keys;
     for (const assignment& key : plan.group_by) {
@@ -149,7 +149,7 @@ class node_translator {
   }
 
   translation operator()(const OrderBy& plan) const {
-    translation child = child_of(plan);
+    translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
     std::vector<bool> directions;
     std::vector<std::unique_ptr<operator_base>> keys;
@@ -164,7 +164,7 @@ class node_translator {
 
   // Limit and offset see the enclosing rows only.
   translation operator()(const LimitOffset& plan) const {
-    translation child = child_of(plan);
+    translation child = translate_input(plan.child, outer_);
     auto limit = row_count(plan.limit, std::numeric_limits<std::uint64_t>::max());
     auto offset = row_count(plan.offset, 0);
     child.node =
@@ -173,8 +173,8 @@ class node_translator {
   }
 
   translation operator()(const Union& plan) const {
-    translation left = translate(*plan.left, constants_, outer_);
-    translation right = translate(*plan.right, constants_, outer_);
+    translation left = translate_input(plan.left, outer_);
+    translation right = translate_input(plan.right, outer_);
     if (left.columns != right.columns) {
       error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
     }
@@ -212,16 +212,16 @@ class node_translator {
     columns.insert(columns.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
   }
 
-  template <class Alternative>
-  translation child_of(const Alternative& plan) const {
-    return translate(*plan.child, constants_, outer_);
+  translation translate_input(const child_ptr& plan, const scope& outer) const {
+    if (plan == nullptr) error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
+    return translate(*plan, constants_, outer);
   }
 
   // The right side sees the left row.
   template <class Alternative>
   std::pair<translation, translation> dependent_sides(const Alternative& plan) const {
-    translation left = translate(*plan.left, constants_, outer_);
-    translation right = translate(*plan.right, constants_, join_scopes(outer_, left.columns));
+    translation left = translate_input(plan.left, outer_);
+    translation right = translate_input(plan.right, join_scopes(outer_, left.columns));
     return {std::move(left), std::move(right)};
   }
 

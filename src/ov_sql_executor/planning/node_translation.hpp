@@ -15,7 +15,9 @@ namespace physical_to_exec {
 struct translation {
   ov::sql_executor::scope columns;  // one per value of the node's rows, in row order
   std::unique_ptr<ov::sql_executor::node> node;
-  std::size_t in_place = 0;  // so many of the first columns are known to be found where they are, behind the outer rows
+  // So many of the first columns are known to be found where they are, behind the outer rows: chained extensions need
+  // not look them up again and again.
+  std::size_t in_place = 0;
 };
 
 // Turns a plan into a tree of nodes. outer describes the values that stand on the row stack when the node's enumerator

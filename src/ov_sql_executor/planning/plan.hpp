@@ -21,7 +21,9 @@ struct RefInfo {
   std::wstring name;
 };
 
-// The type of a result column. Alternatives 0 to 8 are those of value; reference columns are always RefInfo.
+// The type of a result column, as the plan states it: of an operation its result type, of a column the type of its
+// name. Values of another type are passed on as they are. Alternatives 0 to 8 are those of value; reference columns are
+// always RefInfo.
 using column_type =
     std::variant<meta_support::TypeIdentity<bool>, meta_support::TypeIdentity<db_string::tt_string>,
                  meta_support::TypeIdentity<std::uint64_t>, meta_support::TypeIdentity<std::int64_t>,
@@ -43,11 +45,15 @@ using column_type =
 // may be destroyed on any thread that may use them; of these, only an enumerator needs room by its depth.
 //
 // Throws
-//   error_handling::OVException  7022 for what is not supported or nested too deeply, 7007 for a projection item that
-//                                is not a column
+//   error_handling::OVException  7022 for what is not supported, an input that is a null pointer, and what is nested
+//   too
+//                                deeply, 7007 for a projection item that
+//                                is not a column and for a column that is not in scope
 //   db_util::db_exception        a status of the core, met while metadata were read
-//   boost::numeric::positive_overflow  more than 32768 literals, parameters or columns in scope
-//   std::out_of_range            an operation or aggregate without the operands it needs
+//   boost::numeric::positive_overflow  more than 32768 literals, parameters or columns in scope; a host without Boost
+//                                catches std::bad_cast
+//   std::out_of_range            an operation or aggregate without the operands it needs; a table whose members are not
+//                                numbered from 0 on
 //   std::bad_variant_access      a valueless variant anywhere in the plan
 OV_SQL_EXECUTOR_API std::tuple<ov::sql_executor::runnable, std::vector<column_type>> Plan(
     physical_queryplan::QueryPlan::PredicateVariant plan);

@@ -36,8 +36,17 @@ struct order_key {
   physical_queryplan::expression expression;
 };
 
-// What the eight kinds of aggregate hold. Only Average reads its result type: the first two alternatives give a
-// Decimal, the last two a double.
+// What the eight kinds of aggregate hold. Only Average reads its result type.
+//
+//    SumOf                            what adding gives: int64 of uint64 and int64, otherwise the type of the values;
+//                                     NULL without values
+//    CountOf, CountRows               int64
+//    Maximum, Minimum                 the value; NULL without values
+//    Average                          Decimal for the first two result types, double for the last two; NULL without
+//                                     values
+//    CountDistinct, CountDistinctRows uint64
+//
+// NULL is no value for them, except for the distinct counts, which count it like one.
 struct aggregation {
   std::variant<meta_support::TypeIdentity<std::int64_t>, meta_support::TypeIdentity<Decimal>,
                meta_support::TypeIdentity<double>, meta_support::TypeIdentity<float>>
@@ -58,7 +67,8 @@ struct CountDistinctRows : aggregation {};  // 7, any number: the distinct rows 
 using aggregate = std::variant<SumOf, CountOf, CountRows, Maximum, Minimum, Average, CountDistinct, CountDistinctRows>;
 
 // A bound on a key column. rejects_null: objects without a value in the column do not match, and a NULL bound matches
-// nothing.
+// nothing. Otherwise NULL, in the column and as the bound, is a key below all others; but where the bound of a column
+// of numbers is below all that the column can hold, objects without a value count as above it.
 struct bound {
   physical_queryplan::expression expression;
   bool rejects_null = true;
@@ -70,6 +80,7 @@ struct bound {
 };
 
 // The bounds on one leading key column of a scan; all of them hold together. Without any, the column is unrestricted.
+// Bounds on several columns: see Scan. Prefixes are for texts and set specifiers.
 struct scan_range {
   std::set<bound> equal_to;
   std::set<bound> less_than;
@@ -99,8 +110,13 @@ struct FullJoin {
   child_ptr right;
 };
 
-// 3: the objects of a key interval of an index, one per row. index is the index's metadata object; element i of ranges
-// restricts its key column i.
+// 3: the objects of a key interval of an index, one per row, in key order. index is the index's metadata object;
+// element i of ranges restricts its key column i.
+//
+// The interval has two ends, each one key. So the bounds are exact if those of every column but the last one with
+// bounds say what the column is equal to. Otherwise the interval takes in other objects, too, and a Filter has to stay
+// above: for (a, b) with a > 5 and b = 3 it goes from (5, 3) up, and b is anything. An object that matches is never
+// left out.
 struct Scan {
   physical_queryplan::variable variable;
   OV_OBJ_REF index{};
@@ -126,7 +142,7 @@ struct GenerativeAssignment {
   column_ref column;
 };
 
-// 7: the child's rows, each with computed columns appended.
+// 7: the child's rows, each with computed columns appended. Its expressions do not see the columns of each other.
 struct Extension {
   std::vector<assignment> assignments;
   child_ptr child;
@@ -139,13 +155,15 @@ struct Aggregation {
   child_ptr child;
 };
 
-// 9: the child's rows, sorted; the first key is the most significant.
+// 9: the child's rows, sorted; the first key is the most significant, NULL is below every value, and rows with equal
+// keys stay in order.
 struct OrderBy {
   std::vector<order_key> keys;
   child_ptr child;
 };
 
-// 10: the child's rows without the first offset ones, at most limit of them.
+// 10: the child's rows without the first offset ones, at most limit of them. Both are converted to uint64 when the
+// statement is opened; NULL is a db_exception type_error.
 struct LimitOffset {
   std::optional<expression> limit;
   std::optional<expression> offset;
@@ -161,7 +179,8 @@ struct Union {
 using predicate_variant = std::variant<NestedLoopJoin, LeftJoin, FullJoin, Scan, Filter, Projection,
                                        GenerativeAssignment, Extension, Aggregation, OrderBy, LimitOffset, Union>;
 
-// Nested as deep as the host likes: moving and destroying have no limit; plan.hpp says what Plan takes.
+// Nested as deep as the host likes: moving and destroying have no limit; plan.hpp says what Plan takes. An
+// alternative's inputs are its fields left and right, or child: find_children knows no other names.
 struct PredicateVariant : predicate_variant {
   using predicate_variant::predicate_variant;
 

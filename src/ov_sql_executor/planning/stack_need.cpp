@@ -59,8 +59,9 @@ class need_measurement {
     measure(plan.limit);
     measure(plan.offset);
   }
-  template <class Alternative>
-  void operator()(const Alternative& /*plan*/) {}
+  void operator()(const NestedLoopJoin& /*no expressions*/) {}
+  void operator()(const LeftJoin& /*no expressions*/) {}
+  void operator()(const Union& /*no expressions*/) {}
 
  private:
   struct open_plan {

@@ -5,8 +5,9 @@
 //    | 0xxxxxxx* 1xxxxxxx        | n bytes, text from the top bit on  |
 //    +---------------------------+------------------------------------+
 //
-// The x bits of the header, most significant group first, count the unused bits at the end of the payload. The order of
-// the payload bits is the order of the texts; a text begins with another exactly when its payload begins with its bits.
+// The x bits of the header, most significant group first, count the unused bits at the end of the payload, which are
+// zero. The order of the payload bits is the order of the texts; a text begins with another exactly when its payload
+// begins with its bits. Equal texts have equal bytes, and are compared and hashed by them.
 #ifndef OV_SQL_EXECUTOR_VALUES_ENCODED_TEXT_HPP_
 #define OV_SQL_EXECUTOR_VALUES_ENCODED_TEXT_HPP_
 
@@ -23,8 +24,8 @@ struct text_bits {
   std::span<const std::uint8_t> payload;  // as many bytes as the bits need
 };
 
-// The one reading of the header. Bytes without a terminated header, and a header that counts more unused bits than
-// there are, give an empty text.
+// The payload, and how many bits of it count: the one reading of the header. Bytes without a terminated header, and a
+// header that counts more unused bits than there are, give an empty text.
 text_bits bit_count(text_view text);
 
 std::strong_ordering compare_texts(text_view left, text_view right);

@@ -1,4 +1,5 @@
-// The equality and the hash by which grouping matches values.
+// The equality by which grouping matches values, and a hash with fixed values that goes with it. The tables of groups
+// hash by a key of the process (keyed_hash.hpp), since this one's collisions can be prepared.
 #ifndef OV_SQL_EXECUTOR_VALUES_GROUP_KEY_HPP_
 #define OV_SQL_EXECUTOR_VALUES_GROUP_KEY_HPP_
 

@@ -18,8 +18,8 @@ void free_large(void* memory, std::size_t size, std::size_t alignment) noexcept;
 // The same for what takes a memory resource. It lives as long as the process.
 std::pmr::memory_resource* large_memory();
 
-// Has what lies there brought near the processor meanwhile. A hint: nothing is read.
-inline void ask_for_memory(const void* place) { __builtin_prefetch(place); }
+// Has what lies there brought near the processor meanwhile, as a hint: nothing is read.
+inline void prefetch_memory(const void* place) { __builtin_prefetch(place); }
 
 template <class T>
 struct large_allocator {

@@ -90,13 +90,13 @@ value_view packed_views::operator[](std::size_t position) const {
   });
 }
 
-void packed_views::ask_for(std::size_t position) const {
-  ask_for_memory(&words_[position]);
-  ask_for_memory(&kinds_[position]);
+void packed_views::prefetch(std::size_t position) const {
+  prefetch_memory(&words_[position]);
+  prefetch_memory(&kinds_[position]);
 }
 
-void packed_views::ask_for_copy(std::size_t position) const {
-  if (is_copied[kinds_[position]]) ask_for_memory(from_word<const void*>(words_[position]));
+void packed_views::prefetch_further(std::size_t position) const {
+  if (is_copied[kinds_[position]]) prefetch_memory(from_word<const void*>(words_[position]));
 }
 
 bool packed_views::equals(std::size_t position, const value_view& other) const {

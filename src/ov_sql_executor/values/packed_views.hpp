@@ -12,6 +12,7 @@ namespace ov::sql_executor {
 
 // A list of values in nine bytes for each, where a view takes 24. What does not fit into a word, as a text, is copied
 // behind what was copied before, into memory that is freed all at once.
+// Unlike packed_values it owns nothing that is moved in or out: its values are only looked at.
 class packed_views {
  public:
   // Throws std::bad_variant_access for the view of a valueless value.
@@ -20,9 +21,9 @@ class packed_views {
   // Good as long as the list lives.
   value_view operator[](std::size_t position) const;
 
-  // Asks for the memory of a value that is going to be looked at; and, when that is there, for what was copied.
-  void ask_for(std::size_t position) const;
-  void ask_for_copy(std::size_t position) const;
+  // Prefetches a value; and, some time later, what was copied for it.
+  void prefetch(std::size_t position) const;
+  void prefetch_further(std::size_t position) const;
 
   // Group-key equality: see group_key.hpp.
   bool equals(std::size_t position, const value_view& other) const;

@@ -1,5 +1,6 @@
 // SELECT 40 < ?, run with the parameter 42.
 #include <cstdint>
+#include <exception>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -40,10 +41,13 @@ int main() try {
     std::cout << std::boolalpha << std::get<bool>((*row)[0]) << '\n';
   }
   return 0;
-} catch (const error_handling::OVException& error) {  // the plan was refused
+} catch (const error_handling::OVException& error) {  // the plan was refused, or a LIKE pattern
   std::cerr << "error " << error.code << ": " << error.what() << '\n';
   return 1;
 } catch (const db_util::db_exception& error) {  // a value did not fit its use, or the core reported a failure
   std::cerr << "error " << error.code << '\n';
+  return 1;
+} catch (const std::exception& error) {  // no memory, or one of the rarer errors that the headers list
+  std::cerr << error.what() << '\n';
   return 1;
 }
