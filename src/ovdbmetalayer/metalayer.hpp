@@ -1,18 +1,7 @@
 // The metadata layer: which indexes hold the metadata, the calling thread's context for reading it, and the two lookups
 // that need to know how types are stored. Everything is read through the C interface of the core.
 //
-// The metadata are ordinary objects of the database. Column numbers of the metadata tables:
-//
-//   table            3 base table (reference, none)   6 name (text)          9 reference tag (uint64)
-//                    10 primitive type (uint64, 8)
-//   type             6 name (text)                    10 primitive type (uint64)
-//   member           3 declaring table (reference)    5 type: a type object, or the table it refers to (reference)
-//                    6 name (text)                    9 column index (int64)
-//   index            3 table (reference)              6 index handle (uint64) 7 name (text)  8 unique (bool)
-//   indexed column   3 index (reference)              4 member (reference)    5 position in the key (uint64)
-//                    6 ascending (bool)
-//   set specifier    3 set specifier of the type (text)   4 first word of the type name's raw view (uint64)
-//
+// The metadata are ordinary objects of the database; layout.hpp has the numbers of their tables, columns and indexes.
 // Columns 0 and 1 of every table are the object's number (uint64) and its set specifier. Numbers not listed are unused.
 #ifndef OVDBMETALAYER_METALAYER_HPP_
 #define OVDBMETALAYER_METALAYER_HPP_

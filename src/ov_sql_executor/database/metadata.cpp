@@ -12,6 +12,7 @@
 #include "ov_sql_executor/errors/subscript.hpp"
 #include "ov_sql_executor/values/encoded_text.hpp"
 #include "ovcoredb/ovcoredb.h"
+#include "ovdbmetalayer/layout.hpp"
 #include "ovdbmetalayer/metalayer.hpp"
 
 namespace meta_data {
@@ -21,25 +22,7 @@ namespace {
 using db_util::check;
 using db_util::key_object;
 using db_util::upper_limit;
-
-// Columns of the metadata objects.
-namespace table_columns {
-constexpr std::uint32_t name = 6;
-constexpr std::uint32_t tag = 9;
-}  // namespace table_columns
-namespace member_columns {
-constexpr std::uint32_t table = 3;
-constexpr std::uint32_t type = 5;
-constexpr std::uint32_t column_index = 9;
-}  // namespace member_columns
-namespace index_columns {
-constexpr std::uint32_t handle = 6;
-}  // namespace index_columns
-namespace indexed_column_columns {
-constexpr std::uint32_t member = 4;
-constexpr std::uint32_t position = 5;
-constexpr std::uint32_t ascending = 6;
-}  // namespace indexed_column_columns
+namespace layout = metalayer::layout;
 
 // Column 1 of every object is its set specifier, whatever its type object says.
 constexpr std::uint16_t set_specifier_column = 1;
@@ -128,70 +111,72 @@ table_ref make_table_ref(const OV_OBJ_REF& table) {
 
 std::wstring object_name(const OV_OBJ_REF& object) {
   const std::uint8_t* block = nullptr;
-  const std::uint32_t status =
-      orv_context_get_string(current_context(), object.object_number, object.second_word, table_columns::name, &block);
+  const std::uint32_t status = orv_context_get_string(current_context(), object.object_number, object.second_word,
+                                                      layout::table_column::name, &block);
   if (!db_util::check_has_value(status)) return {};
   const std::u16string units = db_util::units_of_block(block);
   return {units.begin(), units.end()};
 }
 
 std::uint16_t reference_tag(const table_ref& table) {
-  return static_cast<std::uint16_t>(read_ulong(table.table, table_columns::tag));
+  return static_cast<std::uint16_t>(read_ulong(table.table, layout::table_column::reference_tag));
 }
 
 std::uint16_t property_column(const OV_OBJ_REF& property) {
-  return static_cast<std::uint16_t>(read_long(property, member_columns::column_index));
+  return static_cast<std::uint16_t>(read_long(property, layout::member_column::column));
 }
 
 table_ref property_table(const OV_OBJ_REF& property) {
-  return make_table_ref(reference_column(property, member_columns::table));
+  return make_table_ref(reference_column(property, layout::member_column::table));
 }
 
-OV_OBJ_REF property_type_object(const OV_OBJ_REF& property) { return reference_column(property, member_columns::type); }
+OV_OBJ_REF property_type_object(const OV_OBJ_REF& property) {
+  return reference_column(property, layout::member_column::type);
+}
 
 type_code property_type(const OV_OBJ_REF& property) {
   if (property_column(property) == set_specifier_column) return type_code::set_specifier;
   std::uint32_t primitive = 0;
   check(metalayer::PrimTypeByTypeRef(property_type_object(property), primitive));
   switch (primitive) {
-    case 1:
+    case layout::primitive_type::text:
       return type_code::tt_string;
-    case 2:
+    case layout::primitive_type::binary:
       return type_code::binary;
-    case 3:
+    case layout::primitive_type::int64:
       return type_code::int64;
-    case 4:
+    case layout::primitive_type::uint64:
       return type_code::uint64;
-    case 5:
+    case layout::primitive_type::decimal:
       return type_code::decimal;
-    case 6:
+    case layout::primitive_type::float32:
       return type_code::float32;
-    case 7:
+    case layout::primitive_type::float64:
       return type_code::float64;
-    case 8:
+    case layout::primitive_type::reference:
       return type_code::obj_ref;
-    case 10:
+    case layout::primitive_type::boolean:
       return type_code::boolean;
     default:
       error_handling::raise_not_implemented(error_handling::no_detail, L"unexpected type");
   }
 }
 
-std::uint64_t index_handle(const OV_OBJ_REF& index) { return read_ulong(index, index_columns::handle); }
+std::uint64_t index_handle(const OV_OBJ_REF& index) { return read_ulong(index, layout::index_column::handle); }
 
 std::vector<key_column> index_key_columns(const OV_OBJ_REF& index) {
   std::vector<std::pair<std::uint64_t, OV_OBJ_REF>> by_position;
   for (const OV_OBJ_REF& column : indexed_columns_of(index)) {
-    by_position.emplace_back(read_ulong(column, indexed_column_columns::position), column);
+    by_position.emplace_back(read_ulong(column, layout::indexed_column_column::position), column);
   }
   std::stable_sort(by_position.begin(), by_position.end(),
                    [](const auto& left, const auto& right) { return left.first < right.first; });
   std::vector<key_column> columns;
   columns.reserve(by_position.size());
   for (const auto& [position, column] : by_position) {
-    const OV_OBJ_REF member = reference_column(column, indexed_column_columns::member);
+    const OV_OBJ_REF member = reference_column(column, layout::indexed_column_column::member);
     const type_code type = property_type(member);
-    columns.push_back({type, read_bool(column, indexed_column_columns::ascending)});
+    columns.push_back({type, read_bool(column, layout::indexed_column_column::ascending)});
   }
   return columns;
 }

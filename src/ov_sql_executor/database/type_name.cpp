@@ -11,6 +11,7 @@
 #include "ov_sql_executor/database/status.hpp"
 #include "ov_sql_executor/values/typed_view.hpp"
 #include "ovcoredb/ovcoredb.h"
+#include "ovdbmetalayer/layout.hpp"
 #include "ovdbmetalayer/metalayer.hpp"
 
 namespace meta_data {
@@ -19,8 +20,6 @@ namespace {
 
 using operator_library::NullValue;
 using operator_library::SetSpecifier;
-
-constexpr std::uint32_t specifier_column = 3;
 
 // Every full stop ends a part, an empty one too; what follows the last one is a part if it is not empty.
 metalayer::DottedName split_name(std::u16string_view name) {
@@ -47,8 +46,8 @@ std::optional<SetSpecifier> find_set_specifier(text_view type_name) {
   const OV_OBJ_REF type = find_type(context, split_name(db_util::turbotext_to_base_ucs2(type_name)));
   if (type.object_number == 0) return std::nullopt;
   const std::uint8_t* block = nullptr;
-  const std::uint32_t status =
-      orv_context_get_string(context, type.object_number, type.second_word, specifier_column, &block);
+  const std::uint32_t status = orv_context_get_string(context, type.object_number, type.second_word,
+                                                      metalayer::layout::set_specifier_column::text, &block);
   if (!db_util::check_has_value(status)) return std::nullopt;
   std::u16string units = db_util::units_of_block(block);
   units.resize(std::min(units.find(u'\0'), units.size()));
