@@ -158,10 +158,20 @@ std::uint64_t combined(std::size_t hash) {
 // Products with a million round up and down.
 TEST(NumericComparison, finds_the_millionths_below_a_number) {
   for (std::int64_t count = -300'000; count < 300'000; ++count) {
-    const double number = static_cast<double>(count) / 1e6;
+    const double number = static_cast<double>(count) / 1e6 + static_cast<double>(count % 3 * 7);
     const std::int64_t floor = floor_in_millionths(number);
     ASSERT_TRUE(compare_with_millionths(number, floor) >= 0) << count;
     ASSERT_TRUE(compare_with_millionths(number, floor + 1) < 0) << count;
+  }
+}
+
+TEST(NumericComparison, brackets_a_decimal_between_neighbouring_integers) {
+  for (const std::int64_t raw : {0, 1, 999'999, 1'000'000, 1'000'001}) {
+    for (const Decimal number : {Decimal{raw}, Decimal{-raw}}) {
+      const auto bracket = bracket_number<std::int64_t>(number);
+      EXPECT_TRUE(compare_numbers(bracket.floor, number) <= 0 && compare_numbers(bracket.ceiling, number) >= 0) << raw;
+      EXPECT_EQ(bracket.ceiling - bracket.floor, raw % 1'000'000 == 0 ? 0 : 1) << raw;
+    }
   }
 }
 
