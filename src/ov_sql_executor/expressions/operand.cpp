@@ -46,7 +46,6 @@ value_view operand::keep(const value_view& view, value& room, byte_buffer& bytes
 }
 
 void operand::append_other(std::vector<value>& list, execution_context& context) const {
-  if (property_ != nullptr) return property_->append_to(list, context);
   if (lender_ == nullptr) {
     list.push_back(expression_->evaluate(context));
     return;

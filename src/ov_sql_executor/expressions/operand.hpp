@@ -105,18 +105,14 @@ class operand {
   }
   bool is_row_value() const { return context_read_ != nullptr && context_read_->reads_row_stack(); }
 
-  // Appends the value to a list, made in its place where possible. The commonest is in line.
+  // Appends the value to a list, made in its place where possible.
   void append_to(std::vector<value>& list, execution_context& context) const {
-    if (!is_int64_property()) return append_other(list, context);
-    if (std::int64_t number = 0; read_int64(context, number)) {
-      list.emplace_back(number);
-    } else {
-      list.emplace_back(operator_library::NullValue{});
-    }
+    if (property_ == nullptr) return append_other(list, context);
+    property_->append_to(list, context);
   }
 
  private:
-  // The same for what is no property of int64.
+  // The same for what is no property.
   void append_other(std::vector<value>& list, execution_context& context) const;
 
   // The core lends texts and binaries only.

@@ -44,11 +44,16 @@ class property_read final : public lending_operator {
 
   // Appends the value to a list, made in its place.
   void append_to(std::vector<value>& list, const execution_context& context) const {
-    const OV_OBJ_REF* object = object_in(context);
-    if (object == nullptr) {
-      list.emplace_back(operator_library::NullValue{});
-    } else {
+    if (is_int64()) {
+      if (std::int64_t number = 0; read_int64(context, number)) {
+        list.emplace_back(number);
+      } else {
+        list.emplace_back(operator_library::NullValue{});
+      }
+    } else if (const OV_OBJ_REF* object = object_in(context); object != nullptr) {
       db_util::append_column(type_, context.context_handle, tagged(*object), column_, list);
+    } else {
+      list.emplace_back(operator_library::NullValue{});
     }
   }
 
