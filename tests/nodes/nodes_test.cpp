@@ -210,7 +210,7 @@ TEST(OrderBy, refuses_what_cannot_be_ordered_when_it_is_opened) {
 // Keys that were kept as numbers are whole again when one comes that cannot be compared with them, if it need not be.
 TEST(OrderBy, sorts_keys_of_any_kind_beside_one_of_another) {
   for (const row& low_and_high :
-       table("(false true)(u3 u18446744073709551615)(i-3 i5)(dec-3 dec5)(d-3.5 d5)(d-5 d-3.5)(d3.5 d5)"
+       table("(false true)(u3 u18446744073709551615)(i-3 i5)(dec-3 dec5)(d-3.5 d1)(d-5 d-3.5)(d3.5 d5)"
              "(f-3.5 f5)(ref3 ref5)(NULL i-5)")) {
     rows input;
     for (std::size_t n = 0; n < 100; ++n) input.push_back({u(n / 2), low_and_high[n % 2]});
