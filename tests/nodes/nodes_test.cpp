@@ -3,6 +3,7 @@
 #include <random>
 
 #include "nodes/given_rows.hpp"
+#include "ov_sql_executor/expressions/comparison.hpp"
 #include "ov_sql_executor/values/sort_order.hpp"
 #include "valueless.hpp"
 
@@ -248,6 +249,72 @@ TEST(Union, yields_all_rows_of_the_left_then_of_the_right) {
   const auto log = std::make_shared<journal>();
   EXPECT_EQ(run(uniond(given("(i1)(i2)", log, "l"), given("(i1)", log, "r"))), "(i1)(i2)(i1)");
   EXPECT_EQ(log->events, "+l+r-l-r");
+}
+
+// Wherever a node stands.
+TEST(PartsOfTheHost, find_nothing_but_the_rows_in_scope_on_the_row_stack) {
+  const auto made = [] {
+    const auto depth = [](const row& stack) { return u(stack.size()); };
+    return list_of(tell(depth), column(0), tell(depth));
+  };
+  EXPECT_EQ(run(projection(given("(i5)"), made())), "(u1 i5 u1)");
+  EXPECT_EQ(run(uniond(std::make_unique<projection>(given("(i5)"), made()), given(rows()))), "(u1 i5 u1)");
+  EXPECT_EQ(run(extension(given("(i5)"), made())), "(i5 u1 i5 u1)");
+}
+
+// As whoever evaluates a subquery does.
+struct busy final : operators::operator_base {
+  value evaluate(execution_context& context) const override {
+    const std::size_t size = context.row_stack.size();
+    context.row_stack.resize(size + 1000);
+    context.row_stack.resize(size);
+    return val("set'/a/'");
+  }
+};
+
+TEST(PartsOfTheHost, may_put_rows_on_the_row_stack_while_they_work) {
+  const auto given_one = [] { return given("(set'/a/')"); };
+  EXPECT_EQ(run(filter(given_one(), std::make_unique<operators::equal>(std::make_unique<busy>(), column(0)))),
+            "(set'/a/')");
+  std::vector<operator_ptr> keys = list_of(column(0), operator_ptr(std::make_unique<busy>()));
+  EXPECT_EQ(run(aggregator(given_one(), std::move(keys), {})), "(set'/a/' set'/a/')");
+}
+
+struct last_node final : node {
+  explicit last_node(std::string& events) : log(events) {}
+  ~last_node() override { log += "last "; }
+  enumerator* create_enumerator(execution_context&) const override { return nullptr; }
+  std::string& log;
+};
+template <class Base>
+struct owner : Base {
+  owner(std::string& events, std::unique_ptr<node> any) : log(events), part(std::move(any)) {}
+  ~owner() override {
+    part.reset();
+    log += "owner ";
+  }
+  std::string& log;
+  std::unique_ptr<node> part;
+};
+struct owning_node final : owner<node> {
+  using owner::owner;
+  enumerator* create_enumerator(execution_context&) const override { return nullptr; }
+};
+struct owning_operator final : owner<operators::operator_base> {
+  using owner::owner;
+  value evaluate(execution_context&) const override { return true; }
+};
+
+TEST(PartsOfTheHost, outlive_what_they_own) {
+  std::string log;
+  const auto filtered = [](std::unique_ptr<node> child) {
+    for (int n = 0; n < 2; ++n) child = std::make_unique<filter>(std::move(child), column(0));
+    return child;
+  };
+  const auto last = [&] { return filtered(std::make_unique<last_node>(log)); };
+  filtered(std::make_unique<owning_node>(log, last())).reset();
+  filtered(std::make_unique<filter>(given(rows()), std::make_unique<owning_operator>(log, last()))).reset();
+  EXPECT_EQ(log, "last owner last owner ");
 }
 
 }  // namespace

@@ -1,8 +1,15 @@
 #ifndef OV_SQL_EXECUTOR_ERRORS_DESTROYED_IN_TURN_HPP_
 #define OV_SQL_EXECUTOR_ERRORS_DESTROYED_IN_TURN_HPP_
 
+#include <cstddef>
 #include <memory>
+#include <utility>
+
 namespace error_handling {
+
+// How many parts that are not of this library are being destroyed on this thread, one within another. What they own
+// goes before they do: it does not wait with the parts of what owns them.
+inline thread_local std::size_t others_in_destruction = 0;
 
 // A part of a tree that waits to be destroyed until the part that owned it is gone, so that trees of any depth can be
 // destroyed on any stack. Base is what the owner knows of its parts, which it has as owned_part.
@@ -11,25 +18,30 @@ class destroyed_in_turn : public Base {
  public:
   // The parts of a part go before those that wait already, in the order in which it lets go of them.
   void destroy() noexcept {
-    if (end_of_parts_ != nullptr) {
-      *end_of_parts_ = this;
-      end_of_parts_ = &next_;
+    if (waiting_.end != nullptr && waiting_.others == others_in_destruction) {
+      *waiting_.end = this;
+      waiting_.end = &next_;
       return;
     }
+    const waiting_parts outer = std::exchange(waiting_, {nullptr, others_in_destruction});
     for (destroyed_in_turn* next = this; next != nullptr;) {
       destroyed_in_turn* const rest = next->next_;
       destroyed_in_turn* parts = nullptr;
-      end_of_parts_ = &parts;
+      waiting_.end = &parts;
       delete next;
-      *end_of_parts_ = rest;
+      *waiting_.end = rest;
       next = parts;
     }
-    end_of_parts_ = nullptr;
+    waiting_ = outer;
   }
 
  private:
-  // Of the part that is being destroyed; null where none is.
-  static inline thread_local destroyed_in_turn** end_of_parts_ = nullptr;
+  // The parts of the part that is being destroyed.
+  struct waiting_parts {
+    destroyed_in_turn** end = nullptr;  // null where none is being destroyed
+    std::size_t others = 0;             // others_in_destruction when that began
+  };
+  static inline thread_local waiting_parts waiting_;
 
   destroyed_in_turn* next_ = nullptr;
 };
@@ -56,7 +68,9 @@ class owned_part {
       if (own != nullptr) {
         own->destroy();
       } else {
+        ++others_in_destruction;
         delete part;
+        --others_in_destruction;
       }
     }
   };

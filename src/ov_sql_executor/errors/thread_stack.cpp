@@ -1,5 +1,7 @@
 #include "ov_sql_executor/errors/thread_stack.hpp"
 
+#include <cstdint>
+
 #if defined(_WIN32)
 #include <intrin.h>
 #include <windows.h>
@@ -52,23 +54,22 @@ address_range stack_of_thread() {
 
 #endif
 
-}  // namespace
+// What is known of the stack that the thread runs on; nothing yet. A thread's own, since the next one may get a smaller
+// stack in the same place.
+thread_local address_range known = {1, 0};
 
-bool thread_stack::has(std::size_t bytes) const {
+bool has(std::size_t bytes) {
   const std::uintptr_t now = here();
-  return now >= lowest_ && now <= highest_ && now - lowest_ >= stack_weights::reserve &&
-         now - lowest_ - stack_weights::reserve >= bytes;
+  return now >= known.lowest && now <= known.highest && now - known.lowest >= stack_weights::reserve &&
+         now - known.lowest - stack_weights::reserve >= bytes;
 }
 
-void thread_stack::require(std::size_t bytes) {
+}  // namespace
+
+void require_stack(std::size_t bytes) {
   if (has(bytes)) return;
-  auto [lowest, highest] = stack_of_thread();
-  if (here() < lowest || here() > highest) {  // a stack of the host's own making
-    highest = here();
-    lowest = highest - assumed;
-  }
-  lowest_ = lowest;
-  highest_ = highest;
+  known = stack_of_thread();
+  if (here() < known.lowest || here() > known.highest) known = {here() - assumed, here()};  // of the host's own making
   if (!has(bytes)) raise_not_implemented(no_detail, L"Not implemented error");
 }
 

@@ -8,31 +8,29 @@ namespace {
 
 class deep_root_enumerator final : public row_source {
  public:
-  deep_root_enumerator(std::size_t stack_need, error_handling::thread_stack stack, std::unique_ptr<row_source> child)
-      : stack_need_(stack_need), stack_(stack), child_(std::move(child)) {}
+  deep_root_enumerator(std::size_t stack_need, std::unique_ptr<row_source> child)
+      : stack_need_(stack_need), child_(std::move(child)) {}
 
   bool push_next(execution_context& context) override {
-    stack_.require(stack_need_);
+    error_handling::require_stack(stack_need_);
     return child_->push_next(context);
   }
 
   std::optional<row> next(execution_context& context) override {
-    stack_.require(stack_need_);
+    error_handling::require_stack(stack_need_);
     return child_->next(context);
   }
 
  private:
   std::size_t stack_need_;
-  error_handling::thread_stack stack_;
   std::unique_ptr<row_source> child_;
 };
 
 }  // namespace
 
 std::unique_ptr<row_source> deep_root::open(execution_context& context) const {
-  error_handling::thread_stack stack;
-  stack.require(stack_need_);
-  return std::make_unique<deep_root_enumerator>(stack_need_, stack, child_.open(context));
+  error_handling::require_stack(stack_need_);
+  return std::make_unique<deep_root_enumerator>(stack_need_, child_.open(context));
 }
 
 }  // namespace ov::sql_executor

@@ -14,7 +14,7 @@ class projected_item {
  public:
   explicit projected_item(std::unique_ptr<operators::operator_base> expression) : expression_(std::move(expression)) {}
 
-  // Appends the item's value. The input row lies on the row stack from input_start on; list may be the row stack.
+  // Appends the item's value. The input row lies on the row stack from input_start on.
   void append_to(std::vector<value>& list, std::size_t input_start, execution_context& context) const {
     if (is_last_look_ && position_ >= input_start && position_ < context.row_stack.size()) {
       append_moved(list, context.row_stack[position_]);

@@ -11,14 +11,14 @@ class projection_enumerator final : public row_source {
   projection_enumerator(const std::vector<projected_item>& items, std::unique_ptr<row_source> child)
       : items_(items), child_(std::move(child)) {}
 
-  // The results are made behind the input row, which is then taken out from under them.
+  // The results are made aside, since an operator of the host's own may look at the whole row stack.
   bool push_next(execution_context& context) override {
     const std::size_t size = context.row_stack.size();
     if (!child_->push_next(context)) return false;
-    const std::size_t input_end = context.row_stack.size();
-    for (const projected_item& item : items_) item.append_to(context.row_stack, size, context);
-    const auto stack = context.row_stack.begin();
-    context.row_stack.erase(stack + static_cast<std::ptrdiff_t>(size), stack + static_cast<std::ptrdiff_t>(input_end));
+    results_.clear();
+    for (const projected_item& item : items_) item.append_to(results_, size, context);
+    cut_row_stack(context, size);
+    move_onto_stack(context, results_);
     return true;
   }
 
@@ -36,6 +36,7 @@ class projection_enumerator final : public row_source {
  private:
   const std::vector<projected_item>& items_;  // the node's
   std::unique_ptr<row_source> child_;
+  row results_;  // its memory serves for all rows
 };
 
 }  // namespace

@@ -27,8 +27,8 @@ using byte_buffer = boost::container::small_vector<std::uint8_t, 64>;
 //    evaluate    a value                   always                                      what is kept
 //    append_to   a value in a list         always                                      rows
 //    lend        a view                    the next evaluation, or core call           the last operand of an operation
-//    hold        a view; what the core     room and bytes change, or the context's     the operands before it
-//                lends is copied           lists do
+//    hold        a view; what would not    room and bytes change, or the row is gone   the operands before it
+//                last is copied
 //    preserve    a view; all that it       room and bytes change                       rows that wait
 //                borrows is copied
 //
@@ -62,17 +62,17 @@ class operand {
   // Whether a condition holds; NULL counts as false.
   bool holds(execution_context& context) const { return test(context) == truth::yes; }
 
-  // A look that stays good while other operands are evaluated: what the core lends is copied into room.
+  // A look that stays good while other operands are evaluated: see may_go for what is copied into room.
   value_view hold(execution_context& context, value& room) const {
     value_view view = lend(context, room);  // made where it is returned
-    if (may_be_lent(view)) view = keep(view, room);
+    if (may_go(view)) view = keep(view, room);
     return view;
   }
 
-  // The same, with the bytes that the core lends copied into memory that can serve again.
+  // The same, with bytes copied into memory that can serve again.
   value_view hold(execution_context& context, value& room, byte_buffer& bytes) const {
     value_view view = lend(context, room);  // made where it is returned
-    if (may_be_lent(view)) view = keep(view, room, bytes);
+    if (may_go(view)) view = keep(view, room, bytes);
     return view;
   }
 
@@ -115,8 +115,11 @@ class operand {
   // The same for what is no property.
   void append_other(std::vector<value>& list, execution_context& context) const;
 
-  // The core lends texts and binaries only.
-  bool may_be_lent(const value_view& view) const {
+  // Whether evaluating other operands may take away what a view shows. The core lends texts and binaries. Of the
+  // context's values those stay where they are, but short set specifiers lie in the value itself, which moves when a
+  // host's operator lets the row stack grow.
+  bool may_go(const value_view& view) const {
+    if (std::holds_alternative<std::u16string_view>(view)) return lender_ != nullptr;
     return (std::holds_alternative<text_view>(view) || std::holds_alternative<binary_view>(view)) &&
            lender_ != nullptr && context_read_ == nullptr;
   }

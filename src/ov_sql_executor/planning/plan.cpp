@@ -19,7 +19,7 @@ std::tuple<ov::sql_executor::runnable, std::vector<column_type>> Plan(
   const physical_queryplan::QueryPlan::PredicateVariant plan = std::move(argument);
   const std::size_t need = stack_need(plan);
   const bool is_deep = need > error_handling::stack_weights::unchecked;
-  if (is_deep) error_handling::thread_stack().require(need);
+  if (is_deep) error_handling::require_stack(need);
   std::vector<ov::sql_executor::value> constants;
   translation translated = translate(plan, constants, {});
   const auto* root = std::get_if<physical_queryplan::QueryPlan::Projection>(&plan);
