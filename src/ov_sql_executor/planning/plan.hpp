@@ -46,9 +46,8 @@ using column_type =
 //
 // Throws
 //   error_handling::OVException  7022 for what is not supported, an input that is a null pointer, and what is nested
-//   too
-//                                deeply, 7007 for a projection item that
-//                                is not a column and for a column that is not in scope
+//                                too deeply; 7007 for a projection item that is not a column, and for a column that is
+//                                not in scope
 //   db_util::db_exception        a status of the core, met while metadata were read
 //   boost::numeric::positive_overflow  more than 32768 literals, parameters or columns in scope; a host without Boost
 //                                catches std::bad_cast
