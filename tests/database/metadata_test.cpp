@@ -157,8 +157,8 @@ TEST(DottedName, digest_tells_names_apart) {
   EXPECT_EQ(a.words[1], 0xB806E976F4C4D852u);
 }
 
-// Of an object that has values, of one with other values and of one without any. The test of scans reads the other
-// types.
+// Of an object that has values, of one with other values and of one without any, for a list and to look at. The test of
+// scans reads the other types.
 TEST(ColumnRead, gives_the_values_of_types_that_are_in_no_key) {
   ovcoredb::database database;
   const std::uint16_t table =
@@ -168,15 +168,18 @@ TEST(ColumnRead, gives_the_values_of_types_that_are_in_no_key) {
   const auto read = [&context](type_code type, const OV_OBJ_REF& object, std::uint32_t column) {
     return outcome([&] {
       value room;
-      return to_value(db_util::read_column(type, context.handle(), object, column, room));
+      row made;
+      db_util::append_column(type, context.handle(), object, column, made);
+      made.push_back(to_value(db_util::read_column(type, context.handle(), object, column, room)));
+      return made;
     });
   };
   using enum type_code;
   const std::tuple<type_code, std::uint32_t, const char*> columns[] = {
-      {float32, 2, "f2.5 f0 NULL "},
-      {float64, 3, "d4.5 d0 NULL "},
-      {boolean, 4, "true false NULL "},                     // anything but zero is true
-      {set_specifier, 77, "set'/T/' set'/T/' set'/T/' "}};  // whatever the column
+      {float32, 2, "f2.5 f2.5 f0 f0 NULL NULL "},
+      {float64, 3, "d4.5 d4.5 d0 d0 NULL NULL "},
+      {boolean, 4, "true true false false NULL NULL "},                                // anything but zero is true
+      {set_specifier, 77, "set'/T/' set'/T/' set'/T/' set'/T/' set'/T/' set'/T/' "}};  // whatever the column
   std::vector<OV_OBJ_REF> objects;
   for (const std::vector<cell>& cells : all) objects.push_back(database.insert(table, cells));
   for (const auto& [type, column, words] : columns) {
@@ -184,7 +187,8 @@ TEST(ColumnRead, gives_the_values_of_types_that_are_in_no_key) {
     for (const OV_OBJ_REF& each : objects) found += read(type, each, column) + " ";
     EXPECT_EQ(found, words);
   }
-  for (const auto& [status, result] : {std::pair<std::uint32_t, const char*>(ORV_NO_VALUE, "NULL"), {12, "12"}}) {
+  for (const auto& [status, result] :
+       {std::pair<std::uint32_t, const char*>(ORV_NO_VALUE, "NULL set'/T/'"), {12, "12"}}) {
     core_shim::fail_call("orv_context_get_setspec", 1, status);
     EXPECT_EQ(read(set_specifier, objects[0], 1), result);
   }

@@ -307,10 +307,13 @@ TEST_F(Scan, yields_what_a_filter_yields_in_the_order_of_the_index) {
       const auto column = static_cast<std::uint32_t>(1 + below(key_count - 1));
       for (const std::size_t last = std::min(number + 3, objects.size()); number <= last; ++number) {
         const row& object = objects[number - 1];
-        value room;
         if (object.empty()) continue;
-        ASSERT_EQ(spell(db_util::read_column(key_types[column], context.handle(), {number, table}, column, room)),
-                  spell(object[column]));
+        value room;
+        const OV_OBJ_REF reference{number, table};
+        row made;
+        db_util::append_column(key_types[column], context.handle(), reference, column, made);
+        made.push_back(to_value(db_util::read_column(key_types[column], context.handle(), reference, column, room)));
+        ASSERT_EQ(spell(made), spell({object[column], object[column]}));
       }
     }
   }
