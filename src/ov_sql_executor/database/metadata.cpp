@@ -55,7 +55,7 @@ OV_OBJ_REF reference_column(const OV_OBJ_REF& object, std::uint32_t column) {
 }
 
 // Every object of a metadata index whose first key column is the owner and whose second lies between two bounds. The
-// iterator stays open with them: while it is, the core has not been written to, and their columns are of one state.
+// iterator is freed with them: to the core it is open as long as their columns are read.
 class owned_objects {
  public:
   owned_objects(const OV_OBJ_REF& owner, std::uint64_t index, const db_util::key_bound& low,

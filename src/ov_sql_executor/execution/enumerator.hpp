@@ -19,9 +19,8 @@ class OV_SQL_EXECUTOR_API enumerator {
   //
   // Throws, as does opening one (node::create_enumerator)
   //   db_util::db_exception        a status of the core, or one of the codes of db_exception.hpp
-  //   error_handling::OVException  7042 for a LIKE pattern with an escape before nothing special; 7022 where the plan
-  //   is
-  //                                too deep for this thread's stack
+  //   error_handling::OVException  7042 for a LIKE pattern with an escape before nothing special; 7022 where the
+  //                                plan is too deep for this thread's stack
   //   std::logic_error             values that do not compare in ORDER BY, Maximum or Minimum; an index key of float or
   //                                double; a prefix of a key column of numbers
   //   std::out_of_range            a parameter that was not supplied; ranges for more columns than the index has

@@ -115,11 +115,13 @@ class operand {
   // The same for what is no property.
   void append_other(std::vector<value>& list, execution_context& context) const;
 
-  // Whether evaluating other operands may take away what a view shows. The core lends texts and binaries. Of the
-  // context's values those stay where they are, but short set specifiers lie in the value itself, which moves when a
-  // host's operator lets the row stack grow.
+  // Whether evaluating other operands may take away what a view shows. The core lends texts and binaries. Those of the
+  // context stay where they are, but short set specifiers lie in the value itself, which moves when a host's operator
+  // lets the row stack grow.
   bool may_go(const value_view& view) const {
-    if (std::holds_alternative<std::u16string_view>(view)) return lender_ != nullptr;
+    if (std::holds_alternative<std::u16string_view>(view)) {
+      return lender_ != nullptr && (context_read_ == nullptr || is_row_value());
+    }
     return (std::holds_alternative<text_view>(view) || std::holds_alternative<binary_view>(view)) &&
            lender_ != nullptr && context_read_ == nullptr;
   }
