@@ -36,6 +36,7 @@ class key_ends {
   void finish(bool ascending) {
     keys_.first.terminate();
     keys_.last.terminate();
+    if (empty_) close();
     if (!ascending) {
       std::swap(keys_.first, keys_.last);
       std::swap(first_inclusive_, last_inclusive_);
@@ -75,8 +76,7 @@ class key_ends {
   }
 
   void append(const key_column& column, const key_interval& interval) {
-    if (empty_) return append_crossed(column);
-    empty_ = interval.is_empty();
+    empty_ = empty_ || interval.is_empty();
     const bool forward = column.ascending;
     keys_.first.append(forward ? interval.low() : interval.high());
     keys_.last.append(forward ? interval.high() : interval.low());
@@ -84,11 +84,11 @@ class key_ends {
     last_inclusive_ = forward ? interval.high_inclusive() : interval.low_inclusive();
   }
 
-  // Behind a column that lets nothing pass the conditions must not bring the ends together again.
-  void append_crossed(const key_column& column) {
+  // Lets nothing pass: an empty interval of one column does not keep the ends of two keys together.
+  [[gnu::noinline]] void close() {
+    keys_.last = keys_.first;
     first_inclusive_ = false;
     last_inclusive_ = false;
-    append_unrestricted(column);
   }
 
   execution_context& context_;

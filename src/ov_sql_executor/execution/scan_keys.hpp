@@ -17,7 +17,8 @@ struct scan_keys {
   std::uint32_t flags = 0;
 };
 
-// Evaluates the conditions, column by column in key order, and writes the keys into an empty scan_keys. Throws
+// Evaluates the conditions, column by column in key order, and writes the keys into an empty scan_keys. If any column
+// lets nothing pass, both keys are equal and exclusive, whatever the other columns say. Throws
 // std::logic_error for a float or double key column, before any bound of that column is evaluated, and
 // std::out_of_range when there are more lists of conditions than key columns.
 void write_scan_keys(const std::vector<std::vector<key_condition>>& ranges,
