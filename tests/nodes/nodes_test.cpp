@@ -208,6 +208,69 @@ TEST(OrderBy, refuses_what_cannot_be_ordered_when_it_is_opened) {
   EXPECT_EQ(log->alive, 0);
 }
 
+// Most rows are dropped on the way then, before a key turns up that cannot be sorted.
+TEST(OrderBy, raises_with_a_limit_what_it_raises_without) {
+  constexpr std::int64_t count = 20'000;
+  const auto input = [](auto keys_of) {
+    rows made;
+    for (std::int64_t n = 0; n < count; ++n) made.push_back(keys_of(n));
+    return made;
+  };
+  const auto at = [](std::int64_t n, std::int64_t place, const value& there, value elsewhere) {
+    return n == place ? there : std::move(elsewhere);
+  };
+  const std::pair<rows, const char*> cases[] = {
+      {input([&](auto n) {
+         return row{i(n / 2), at(n, count - 1, val("true"), i(n))};
+       }),
+       "incompatible types"},
+      {input([&](auto n) {
+         return row{i(n / 2), at(n, 10'000, val("dnan"), val("d1"))};
+       }),
+       "7041"},
+      {input([&](auto n) {
+         return row{i(n), at(n, count - 1, val("true"), i(n))};
+       }),
+       "(i0 i0)"},
+      {input([&](auto n) {
+         return row{i(-n), at(n, 0, val("true"), i(n))};
+       }),
+       "(i-19999 i19999)"},
+      {input([&](auto n) {
+         return row{at(n, 15'000, val("dnan"), n < 15'000 ? null() : val("d1")), i(1)};
+       }),
+       "7041"},
+      {input([&](auto n) {
+         return row{at(n, 0, val("u1"), n < 15'000 ? null() : i(n)), i(1)};
+       }),
+       "incompatible types"},
+      // What reading meets comes before what sorting meets.
+      {input([&](auto n) {
+         return row{at(n, 5, val("dnan"), val("d1")), at(n, count - 1, val("'x'"), i(1))};
+       }),
+       "4711"},
+      {input([&](auto n) {
+         return row{at(n, 9'000, val("u1"), i(n)), at(n, count - 1, valueless(), i(1))};
+       }),
+       bad_variant},
+  };
+  for (const auto& [all, expected] : cases) {
+    const auto first_of = [&all = all](std::uint64_t limit) {
+      auto keys = list_of(column(0), tell([](const row& stack) {
+                            const bool fails = std::holds_alternative<db_string::tt_string>(stack[1]);
+                            return fails ? throw db_util::db_exception{4711} : stack[1];
+                          }));
+      auto sorter = std::make_unique<order_by>(given(all), std::move(keys), std::vector{true, true});
+      const limit_offset first(std::move(sorter), constant(0), constant(1));
+      const std::string found = run(first, {}, {limit, u(0)});
+      return found.substr(0, found.find(')') + 1 != 0 ? found.find(')') + 1 : found.size());
+    };
+    EXPECT_EQ(first_of(~std::uint64_t{0}), expected);
+    EXPECT_EQ(first_of(1), expected);
+    EXPECT_EQ(first_of(5), expected);
+  }
+}
+
 // Keys that were kept as numbers are whole again when one comes that cannot be compared with them, if it need not be.
 TEST(OrderBy, sorts_keys_of_any_kind_beside_one_of_another) {
   for (const row& low_and_high :

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <boost/sort/pdqsort/pdqsort.hpp>
-#include <stdexcept>
 #include <utility>
 
 namespace ov::sql_executor {
@@ -40,14 +39,12 @@ void key_sort::start(std::size_t count) {
   given_ = sorted_ = rows_.begin();
   unsorted_.clear();
   const run all{rows_.begin(), rows_.end(), 0};
-  if (are_comparable()) {
+  if (is_sortable()) {
     unsorted_.reserve(
         std::min(count, 4 * most_words * ascending_.size() + 1));  // four for each word, none of them empty
     put_off(all);
   } else {
     sort_by_comparison(all);
-    // Rows that have been dropped would have been refused, too, where the first key decides.
-    if (columns_.front().mixes_alternatives()) throw std::logic_error("incompatible types");
   }
 }
 
@@ -70,7 +67,7 @@ std::span<const key_sort::entry> key_sort::next_rows() {
   return {std::exchange(given_, sorted_), sorted_};
 }
 
-bool key_sort::are_comparable() const {
+bool key_sort::is_sortable() const {
   return std::all_of(columns_.begin(), columns_.end(), [](const sort_column& each) { return each.is_sortable(); });
 }
 

@@ -30,18 +30,27 @@ class key_sort {
   // The next key of the row that is being added: every row has as many as there are directions.
   void add_key(const value_view& key) {
     columns_[next_column_].add(key);
-    if (++next_column_ == columns_.size()) next_column_ = 0;
+    go_to_next_column();
   }
+
+  // The next key of a row that is not added. Only its kind is noted, which may be one that cannot be sorted.
+  void pass_key(const value_view& key) {
+    columns_[next_column_].pass(key);
+    go_to_next_column();
+  }
+
+  // Whether any two rows can be compared, those that were dropped or not added among them.
+  bool is_sortable() const;
 
   // Whether a row with this first key need not be added: keep_first has found enough rows that come before it.
   bool is_behind_kept(const value_view& first_key) const { return columns_.front().is_behind_limit(first_key); }
 
-  // To be called behind the last key, with the number of rows, which were added in the order 0, 1, 2...
-  // Throws what sort_order throws for two keys that decide the order of their rows.
+  // To be called after the last key, with the number of rows, which were added in the order 0, 1, 2...
+  // Throws what sort_order throws for two keys that decide the order of their rows; nothing where all are sortable.
   void start(std::size_t count);
 
   // Drops all rows but the first so many of those added so far, and returns the numbers that these had. They have new
-  // ones now, in this order. Throws what start throws.
+  // ones now, in this order. Requires is_sortable().
   std::vector<std::size_t> keep_first(std::size_t wanted, std::size_t count);
 
   // The next rows in the order of their keys, at least one unless there are no more; rows with equal keys come in the
@@ -62,7 +71,9 @@ class key_sort {
     std::size_t word = 0;
   };
 
-  bool are_comparable() const;
+  void go_to_next_column() {
+    if (++next_column_ == columns_.size()) next_column_ = 0;
+  }
   std::uint64_t turned(std::size_t key) const { return ascending_[key] ? 0 : ~std::uint64_t{0}; }
   void put_off(const run& rows);
   void sort_further();

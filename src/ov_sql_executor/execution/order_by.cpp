@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <span>
 #include <utility>
-#include <variant>
 
 #include "ov_sql_executor/execution/kept_rows.hpp"
 #include "ov_sql_executor/execution/key_sort.hpp"
@@ -28,21 +28,18 @@ std::uint64_t room_for(std::uint64_t wanted) {
 
 class order_by_enumerator final : public row_source {
  public:
-  order_by_enumerator(row_source& child, const std::vector<operators::operand>& keys,
-                      const std::vector<bool>& ascending, std::uint64_t wanted, execution_context& context)
-      : sort_(ascending, wanted) {
-    const std::uint64_t most_kept = room_for(wanted);
-    const std::size_t size = context.row_stack.size();
-    value room;
-    while (child.push_next(context)) {
-      if (add_keys(keys, context, room)) {
-        rows_->take(context, size);
-        if (rows_->size() == most_kept) drop_all_but(wanted, context);
-      } else {
-        cut_row_stack(context, size);
-      }
+  // Reads and sorts the whole input. Where only the first rows are wanted, others are dropped on the way. If a key
+  // turns up then that cannot be sorted, the rows that are gone might have met it: the input is read again and all of
+  // it kept, so that the error is the one that sorting all rows meets, or none.
+  order_by_enumerator(const input& child, const std::vector<operators::operand>& keys,
+                      const std::vector<bool>& ascending, std::uint64_t wanted, execution_context& context) {
+    start(ascending, wanted);
+    read(child, keys, wanted, context);
+    if (has_dropped_ && !sort_->is_sortable()) {
+      start(ascending, wanted);
+      read(child, keys, without_end, context);
     }
-    sort_.start(rows_->size());
+    sort_->start(rows_->size());
   }
 
   bool push_next(execution_context& context) override {
@@ -57,17 +54,38 @@ class order_by_enumerator final : public row_source {
   }
 
  private:
-  // The keys of the row on top of the row stack. All are evaluated and must have values, since a failure counts whether
-  // the row is wanted or not; false: it is not.
+  void start(const std::vector<bool>& ascending, std::uint64_t wanted) {
+    rows_ = std::make_unique<kept_rows>(kept_rows::given::once);
+    sort_.emplace(ascending, wanted);
+  }
+
+  void read(const input& child, const std::vector<operators::operand>& keys, std::uint64_t wanted,
+            execution_context& context) {
+    const std::unique_ptr<row_source> source = child.open(context);
+    const std::uint64_t most_kept = room_for(wanted);
+    const std::size_t size = context.row_stack.size();
+    value room;
+    while (source->push_next(context)) {
+      if (add_keys(keys, context, room)) {
+        rows_->take(context, size);
+        if (rows_->size() == most_kept && sort_->is_sortable()) drop_all_but(wanted, context);
+      } else {
+        cut_row_stack(context, size);
+      }
+    }
+  }
+
+  // The keys of the row on top of the row stack. All are evaluated and looked at, since a failure counts whether the
+  // row is wanted or not; false: it is not.
   bool add_keys(const std::vector<operators::operand>& keys, execution_context& context, value& room) {
     bool is_wanted = true;
     for (const operators::operand& key : keys) {
       const value_view held = key.lend(context, room);
-      if (&key == keys.data()) is_wanted = !sort_.is_behind_kept(held);
+      if (&key == keys.data()) is_wanted = !sort_->is_behind_kept(held);
       if (is_wanted) {
-        sort_.add_key(held);
-      } else if (std::holds_alternative<std::monostate>(held)) {
-        throw std::bad_variant_access();
+        sort_->add_key(held);
+      } else {
+        sort_->pass_key(held);
       }
     }
     return is_wanted;
@@ -77,21 +95,23 @@ class order_by_enumerator final : public row_source {
   void drop_all_but(std::uint64_t count, execution_context& context) {
     const std::size_t size = context.row_stack.size();
     auto first = std::make_unique<kept_rows>(kept_rows::given::once);
-    for (const std::size_t row : sort_.keep_first(count, rows_->size())) {
+    for (const std::size_t row : sort_->keep_first(count, rows_->size())) {
       rows_->give(row, context);
       first->take(context, size);
     }
     rows_ = std::move(first);
+    has_dropped_ = true;
   }
 
   bool sort_more() {
-    sorted_ = sort_.next_rows();
+    sorted_ = sort_->next_rows();
     cursor_ = 0;
     return !sorted_.empty();
   }
 
-  std::unique_ptr<kept_rows> rows_ = std::make_unique<kept_rows>(kept_rows::given::once);
-  key_sort sort_;
+  std::unique_ptr<kept_rows> rows_;
+  std::optional<key_sort> sort_;
+  bool has_dropped_ = false;
   std::span<const key_sort::entry> sorted_;  // rows in order, some of which have gone
   std::size_t cursor_ = 0;
 };
@@ -107,8 +127,7 @@ std::unique_ptr<row_source> order_by::open(execution_context& context) const {
 }
 
 std::unique_ptr<row_source> order_by::open_first(std::uint64_t count, execution_context& context) const {
-  const std::unique_ptr<row_source> child = child_.open(context);
-  return std::make_unique<order_by_enumerator>(*child, keys_, directions_, std::max(count, std::uint64_t{1}), context);
+  return std::make_unique<order_by_enumerator>(child_, keys_, directions_, std::max(count, std::uint64_t{1}), context);
 }
 
 }  // namespace ov::sql_executor

@@ -11,9 +11,8 @@ namespace ov::sql_executor {
 
 // The child's rows, sorted by the keys, the first one most significant; true in directions is ascending. NULL is
 // lowest. Everything is read when the enumerator is created, which throws what comparing and evaluating keys throw.
-// Rows with equal keys come in the order in which the child yields them. Where only the first rows are wanted, the
-// others are dropped on the way, and of the errors of comparing keys some that take a row dropped before are not found:
-// those of later keys, and a NaN among NULLs.
+// Rows with equal keys come in the order in which the child yields them. With a limit above, rows are dropped early;
+// errors are the same: reading and evaluating come first, to the end of the input, then the error of sorting.
 class order_by final : public source_node {
  public:
   order_by(std::unique_ptr<node> child, std::vector<std::unique_ptr<operators::operator_base>> keys,

@@ -134,7 +134,7 @@ void sort_column::set_limit(std::size_t row_number, std::uint64_t turned) {
   limit_turned_ = turned;
 }
 
-// A key of another kind is refused when the rows are sorted, if it must be: it has to stay.
+// A key of another kind has to stay.
 bool sort_column::is_any_behind_limit(const value_view& key) const {
   return limit_kind_ != 0 && sort_kind(key) == limit_kind_ && (first_prefix(key) ^ limit_turned_) > limit_;
 }

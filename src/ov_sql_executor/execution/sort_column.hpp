@@ -36,9 +36,14 @@ class sort_column {
     }
   }
 
-  // Whether sort_order has an answer for any two of the keys, those that were forgotten among them.
-  bool is_sortable() const { return ov::sql_executor::is_sortable(kinds_); }
-  bool mixes_alternatives() const { return ov::sql_executor::mixes_alternatives(kinds_); }
+  // Notes the kind of a key that is not added. Throws std::bad_variant_access for the view of a valueless value.
+  void pass(const value_view& key) {
+    if (std::holds_alternative<std::monostate>(key)) throw std::bad_variant_access();
+    passed_kinds_ |= sort_kind(key);
+  }
+
+  // Whether sort_order has an answer for any two of the keys, those that were forgotten or passed among them.
+  bool is_sortable() const { return ov::sql_executor::is_sortable(kinds_ | passed_kinds_); }
 
   bool has_nulls() const { return (kinds_ & kind_of_alternative<operator_library::NullValue>) != 0; }
   bool is_null(std::size_t row_number) const;
@@ -74,7 +79,8 @@ class sort_column {
   void add_prefix(const value_view& key);
   void make_views();
 
-  sort_kinds kinds_ = 0;
+  sort_kinds kinds_ = 0;         // of the keys that were added
+  sort_kinds passed_kinds_ = 0;  // of the others
   bool has_views_ = false;
   large_vector<value_view> views_;  // of all keys, or of none
   view_keeper keeper_;

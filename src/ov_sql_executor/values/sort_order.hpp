@@ -32,12 +32,6 @@ inline sort_kinds sort_kind(const value_view& each) {
   return is_nan ? kind | sort_kinds{1} << view_count : kind;
 }
 
-// Whether two of them are of different alternatives, which sort_order refuses.
-inline bool mixes_alternatives(sort_kinds kinds) {
-  constexpr sort_kinds alternatives = (sort_kinds{1} << view_count) - 1;
-  return std::popcount(kinds & alternatives & ~kind_of_alternative<operator_library::NullValue>) > 1;
-}
-
 // Whether sort_order has an answer for any two of them.
 inline bool is_sortable(sort_kinds kinds) {
   return std::popcount(kinds & ~kind_of_alternative<operator_library::NullValue>) <= 1;
