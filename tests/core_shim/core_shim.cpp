@@ -60,6 +60,9 @@ std::uint32_t begin(std::string_view name) {
   return failure.status;
 }
 
+// A call that only fails when it is asked to by name.
+std::uint32_t begin_by_name(std::string_view name) { return now.failure.name == name ? begin(name) : 0; }
+
 template <class Function>
 Function* next_definition(const char* name) {
   const stay in(place::shim);
@@ -104,12 +107,13 @@ using namespace core_shim;
     return next(CORE_SHIM_EACH(CORE_SHIM_ARGUMENT, __VA_ARGS__));     \
   }
 
-// A call that returns a size and cannot fail.
-#define CORE_SHIM_SIZE(result, name, ...)                             \
-  result name(CORE_SHIM_EACH(CORE_SHIM_PARAMETER, __VA_ARGS__)) {     \
-    static auto* const next = next_definition<decltype(name)>(#name); \
-    const stay in(place::core);                                       \
-    return next(CORE_SHIM_EACH(CORE_SHIM_ARGUMENT, __VA_ARGS__));     \
+// A call that returns a size. It fails only by name, since it has no status.
+#define CORE_SHIM_SIZE(result, name, ...)                                                  \
+  result name(CORE_SHIM_EACH(CORE_SHIM_PARAMETER, __VA_ARGS__)) {                          \
+    static auto* const next = next_definition<decltype(name)>(#name);                      \
+    if (const std::uint32_t size = begin_by_name(#name)) return static_cast<result>(size); \
+    const stay in(place::core);                                                            \
+    return next(CORE_SHIM_EACH(CORE_SHIM_ARGUMENT, __VA_ARGS__));                          \
   }
 
 #define CORE_SHIM_GETTER(name, out) CORE_SHIM_CALL(name, uint64_t, uint64_t, uint64_t, uint32_t, out)

@@ -26,7 +26,8 @@ enum class repeat { once, from_then_on };
 
 // The k-th call from now on (the next one is 1) gives this status. Nothing is handed on, and nothing is written. With a
 // name only the calls of that name are counted; without one all but orv_iterator_free, which some callers survive only
-// when it succeeds. A free that fails has freed the iterator all the same.
+// when it succeeds. A free that fails has freed the iterator all the same. Of the calls that return a size, the status
+// is the size; they are counted only by name.
 void fail_call(std::uint64_t k, std::uint32_t status, repeat how = repeat::once);
 void fail_call(std::string_view name, std::uint64_t k, std::uint32_t status, repeat how = repeat::once);
 

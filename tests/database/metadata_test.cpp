@@ -5,6 +5,7 @@
 #include "core_shim/core_shim.hpp"
 #include "outcome.hpp"
 #include "ov_sql_executor/database/column_read.hpp"
+#include "ov_sql_executor/database/core_text.hpp"
 #include "ov_sql_executor/database/metadata.hpp"
 #include "ovcoredb/database.hpp"
 #include "ovdbmetalayer/layout.hpp"
@@ -192,6 +193,28 @@ TEST(ColumnRead, gives_the_values_of_types_that_are_in_no_key) {
     core_shim::fail_call("orv_context_get_setspec", 1, status);
     EXPECT_EQ(read(set_specifier, objects[0], 1), result);
   }
+}
+
+// A core may announce a text and then write less of it, or nothing.
+TEST(CoreText, has_zeros_where_the_core_wrote_nothing) {
+  const ovcoredb::database database;
+  const ovcoredb::context context(database);
+  const db_string::tt_string abc = db_util::ucs2_to_turbotext(context.handle(), u"abc", db_util::upper_limit::no);
+  const text_view text{{abc.data(), abc.size()}};
+  for (int round = 0; round < 2; ++round) {  // memory that was used before
+    db_util::unit_buffer units;
+    db_util::append_ucs2(text, units);
+    core_shim::fail_call("orv_convert_turbotext_to_ucs2", 2, 3);
+    db_util::append_ucs2(text, units);
+    EXPECT_EQ(std::u16string(units.begin(), units.end()), std::u16string(u"abc\0\0\0", 6));
+    core_shim::fail_call("orv_convert_turbotext_to_base_ucs2", 2, 2);
+    EXPECT_EQ(db_util::turbotext_to_base_ucs2(text), std::u16string(3, u'\0'));
+  }
+  for (const std::uint64_t call : {1, 2}) {
+    core_shim::fail_call("orv_convert_turbotext_to_ucs2", call, 0x80000000);
+    EXPECT_EQ(outcome([&] { db_util::turbotext_to_ucs2(text); }), std::to_string(ORV_OUT_OF_MEMORY));
+  }
+  core_shim::reset();
 }
 
 }  // namespace

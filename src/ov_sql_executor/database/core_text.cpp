@@ -22,7 +22,8 @@ std::u16string to_units(to_units_call* convert, std::uint64_t context, text_view
   return units_of_block(block);
 }
 
-// The first call measures, the second converts; the core writes a zero unit behind the text.
+// The first call measures, the second converts. The core writes a zero unit after the text; units that it does not
+// write are zero.
 void append_units(to_units_free_call* convert, text_view text, unit_buffer& units) {
   const auto length = static_cast<std::uint32_t>(text.bytes.size());
   const auto count_of = [](std::int32_t result) {
@@ -31,7 +32,7 @@ void append_units(to_units_free_call* convert, text_view text, unit_buffer& unit
   };
   const std::uint32_t count = count_of(convert(text.bytes.data(), length, nullptr, 0));
   const std::size_t before = units.size();
-  units.resize(before + count + 1, boost::container::default_init);
+  units.resize(before + count + 1);
   count_of(convert(text.bytes.data(), length, units.data() + before, count + 1));
   units.pop_back();
 }
