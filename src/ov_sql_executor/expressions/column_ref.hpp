@@ -40,7 +40,7 @@ struct variable {
   OV_OBJ_REF table{};
   std::shared_ptr<meta_data::Table::TableCache> cache;
   identifier id{};
-  std::optional<std::unique_ptr<variable_origin>> parent;  // never a null pointer
+  std::optional<std::unique_ptr<variable_origin>> parent;  // a null pointer is none
 
   inline variable();
   inline variable(OV_OBJ_REF table_object, std::shared_ptr<meta_data::Table::TableCache> table_cache, identifier name,
@@ -49,6 +49,9 @@ struct variable {
   inline variable(variable&& other) noexcept;
   inline variable& operator=(variable other) noexcept;
   inline ~variable();
+
+  // Null for a variable without a parent.
+  const variable_origin* origin() const { return parent ? parent->get() : nullptr; }
 
   friend inline bool operator==(const variable& left, const variable& right);
 };
@@ -101,10 +104,9 @@ inline variable::variable(OV_OBJ_REF table_object, std::shared_ptr<meta_data::Ta
     : table(table_object), cache(std::move(table_cache)), id(name), parent(std::move(origin)) {}
 inline variable::variable(const variable& other) : table(other.table), cache(other.cache), id(other.id) {
   variable* to = this;
-  for (const variable* from = &other; from->parent; from = &(*from->parent)->variable) {
-    const variable& origin = (*from->parent)->variable;
+  for (const variable_origin* from = other.origin(); from != nullptr; from = from->variable.origin()) {
     to->parent = std::make_unique<variable_origin>(
-        variable_origin{variable(origin.table, origin.cache, origin.id), (*from->parent)->path});
+        variable_origin{variable(from->variable.table, from->variable.cache, from->variable.id), from->path});
     to = &(*to->parent)->variable;
   }
 }
@@ -127,12 +129,13 @@ inline variable::~variable() {
 inline bool operator==(const variable& left, const variable& right) {
   const variable* a = &left;
   const variable* b = &right;
-  while (a->table.object_number == b->table.object_number && a->id == b->id &&
-         a->parent.has_value() == b->parent.has_value()) {
-    if (!a->parent) return true;
-    if ((*a->parent)->path != (*b->parent)->path) return false;
-    a = &(*a->parent)->variable;
-    b = &(*b->parent)->variable;
+  while (a->table.object_number == b->table.object_number && a->id == b->id) {
+    const variable_origin* const a_origin = a->origin();
+    const variable_origin* const b_origin = b->origin();
+    if (a_origin == nullptr || b_origin == nullptr) return a_origin == b_origin;
+    if (a_origin->path != b_origin->path) return false;
+    a = &a_origin->variable;
+    b = &b_origin->variable;
   }
   return false;
 }

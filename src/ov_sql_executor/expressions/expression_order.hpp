@@ -69,10 +69,12 @@ inline std::strong_ordering order(const variable& left, const variable& right) {
   while (true) {
     if (const auto table = order(a->table, b->table); table != 0) return table;
     if (const auto id = a->id <=> b->id; id != 0) return id;
-    if (const auto known = a->parent.has_value() <=> b->parent.has_value(); known != 0 || !a->parent) return known;
-    if (const auto path = order((*a->parent)->path, (*b->parent)->path); path != 0) return path;
-    a = &(*a->parent)->variable;
-    b = &(*b->parent)->variable;
+    const variable_origin* const a_origin = a->origin();
+    const variable_origin* const b_origin = b->origin();
+    if (a_origin == nullptr || b_origin == nullptr) return (a_origin != nullptr) <=> (b_origin != nullptr);
+    if (const auto path = order(a_origin->path, b_origin->path); path != 0) return path;
+    a = &a_origin->variable;
+    b = &b_origin->variable;
   }
 }
 
