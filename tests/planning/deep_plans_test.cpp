@@ -4,8 +4,11 @@
 #include <sys/mman.h>
 
 #include <algorithm>
+#include <boost/mp11.hpp>
+#include <concepts>
 #include <functional>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -109,15 +112,41 @@ nesting when(ovhost::value_kind kind, std::size_t place) {
 expression either_and(expression inner) { return right<Or>(2)(right<And>(1)(std::move(inner))); }
 
 using kind = ovhost::value_kind;
-const std::pair<const char*, nesting> operations[] = {
-    {"=, left", left<Equality>()},  {"LIKE, right", right<PatternMatch>(3)}, {"||, right", right<Concatenation>(3)},
-    {"OR, AND", either_and},        {"*, right", right<Product>()},          {"IF, second", when(kind::int64, 2)},
-    {"+, left", left<Sum>()},       {"to set", unary<ToSetSpecifier>},       {"IF, test", when(kind::boolean, 0)},
-    {"to text", unary<ToText>},     {"number of", unary<ObjectNumber>},      {"IF, first", when(kind::text, 1)},
-    {"IS NULL", unary<NullTest>},   {"prefix of", unary<PrefixPattern>},     {"NOT", unary<Not>},
-    {"to int64", unary<ToInt64>},   {"type test", right<TypeTest>(1)},       {"-", unary<Negation>},
-    {"<, right", right<Less>()},    {"LIKE, left", left<PatternMatch>(3)},   {"||, left", left<Concatenation>(3)},
-    {"XOR", right<ExclusiveOr>(2)}, {"prefix test", right<PrefixTest>(3)}};
+const std::pair<const char*, nesting> operations[] = {{"=, left", left<Equality>()},
+                                                      {"LIKE, right", right<PatternMatch>(3)},
+                                                      {"||, right", right<Concatenation>(3)},
+                                                      {"OR, AND", either_and},
+                                                      {"*, right", right<Product>()},
+                                                      {"IF, second", when(kind::int64, 2)},
+                                                      {"+, left", left<Sum>()},
+                                                      {"to set", unary<ToSetSpecifier>},
+                                                      {"IF, test", when(kind::boolean, 0)},
+                                                      {"to text", unary<ToText>},
+                                                      {"number of", unary<ObjectNumber>},
+                                                      {"IF, first", when(kind::text, 1)},
+                                                      {"IS NULL", unary<NullTest>},
+                                                      {"prefix of", unary<PrefixPattern>},
+                                                      {"NOT", unary<Not>},
+                                                      {"to int64", unary<ToInt64>},
+                                                      {"type test", right<TypeTest>(1)},
+                                                      {"-", unary<Negation>},
+                                                      {"<, right", right<Less>()},
+                                                      {"LIKE, left", left<PatternMatch>(3)},
+                                                      {"||, left", left<Concatenation>(3)},
+                                                      {"XOR", right<ExclusiveOr>(2)},
+                                                      {"prefix test", right<PrefixTest>(3)},
+                                                      {"-, left", left<Difference>()},
+                                                      {"<>, left", left<Inequality>()},
+                                                      {"<=", left<AtMost>()},
+                                                      {">", left<Greater>()},
+                                                      {">=", left<AtLeast>()},
+                                                      {"IS NOT NULL", unary<NotNullTest>},
+                                                      {"/, left", left<Quotient>()},
+                                                      {"to bool", unary<ToBool>},
+                                                      {"to uint64", unary<ToUint64>},
+                                                      {"to decimal", unary<ToDecimal>},
+                                                      {"to float", unary<ToFloat>},
+                                                      {"to double", unary<ToDouble>}};
 
 expression nest(const nesting& outer, int depth, expression any = one()) {
   for (int i = 0; i < depth; ++i) any = outer(std::move(any));
@@ -178,6 +207,9 @@ const std::pair<const char*, plan_nesting> nodes[] = {
     {"full join, right", right(pair)},
     {"full join on condition", right(match)}};
 
+// Inputs of nodes that have none.
+constexpr std::size_t leaves = 2;
+
 plan nest(const plan_nesting& outer, int depth, plan any = two_columns()) {
   for (int i = 0; i < depth; ++i) any = outer(std::move(any), static_cast<std::uint32_t>(i));
   return any;
@@ -236,6 +268,24 @@ std::vector<nested> all_nested() {
 // Builds with sanitizers or without optimisation take their time; the first of each kind is as deep with them.
 constexpr bool is_slow = weights::guards_frames || !weights::is_optimised;
 constexpr int part = is_slow ? 20 : 1;
+
+// What is not in the lists would be neither measured nor refused here.
+TEST(DeepPlans, are_made_of_every_operation_and_node) {
+  std::set<std::size_t> found;
+  for (const auto& [name, outer] : operations) {
+    for (expression any = outer(one()); const operation* inner = find_operation(any);) {
+      found.insert(any.index());
+      any = expression(inner->operands.back());
+    }
+  }
+  boost::mp11::mp_for_each<boost::mp11::mp_iota<boost::mp11::mp_size<expression_variant>>>([&](auto alternative) {
+    using held = std::variant_alternative_t<alternative, expression_variant>;
+    EXPECT_EQ(found.count(alternative) == 1, (std::derived_from<held, operation>)) << "alternative " << alternative;
+  });
+  std::set<std::size_t> kinds;
+  for (const auto& [name, outer] : nodes) kinds.insert(outer(two_columns(), 0).index());
+  EXPECT_EQ(kinds.size() + leaves, std::variant_size_v<predicate_variant>);
+}
 
 TEST(DeepPlans, endless_ones_are_refused_and_destroyed) {
   const std::vector<nested> all = all_nested();
@@ -321,6 +371,15 @@ TEST(DeepPlans, origins_and_bounds_go_on_for_ever) {
   (*any.parent)->path.push_back({});
   EXPECT_FALSE(copy == any);
   EXPECT_NE(structural_order(copy, any), std::strong_ordering::equal);
+
+  // A null pointer is no origin.
+  variable rootless({7, 0}, nullptr, {1, 2, 3, 4}, std::unique_ptr<variable_origin>());
+  const variable plain({7, 0}, nullptr, {1, 2, 3, 4});
+  const variable copied = rootless;
+  EXPECT_TRUE(rootless == plain && copied == plain && !(rootless == copy));
+  EXPECT_EQ(structural_order(rootless, plain), std::strong_ordering::equal);
+  EXPECT_NE(structural_order(copy, rootless), std::strong_ordering::equal);
+  EXPECT_EQ(rows_of(ovhost::project({rootless}, generate(1))), "7007 Internal error: column is not in scope");
 
   std::set<bound> bounds;
   for (const std::uint64_t last : {0, 1, 0}) bounds.insert({nest(left<Sum>(), 1'000'000, parameter_of(last)), true});

@@ -98,6 +98,11 @@ TEST_F(Planning, valueless_variants_are_refused_wherever_they_stand) {
                  where(expression(no_literal)), project({t}, where_size(no_expression)),
                  project({c}, ovhost::generate({lit(1), no_name})),
                  project({c}, ovhost::extend({{lit(1), no_name}, c}, all(t))), project({}, std::move(nothing)));
+  // Columns are looked at after all expressions.
+  const aggregation no_argument{{}, {}, computed<std::int64_t>{{1, 2, 3, 4}}};
+  expect_planned(no_scope, project({c}, extend({{lit(1), no_name}, c.with(s)}, all(t))),
+                 project({c}, group({}, {{lit(1), no_name}, c.with(s)}, all(t))));
+  expect_planned(bad_subscript, project({c}, group({Maximum{no_argument}}, {{lit(1), no_name}}, all(t))));
 }
 
 TEST_F(Planning, the_plan_is_gone_when_the_call_returns_or_fails) {

@@ -88,15 +88,9 @@ class node_translator {
     translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
     if (!reads_itself(child, inner)) return copying_extension(plan, std::move(child));
-    std::vector<std::unique_ptr<operator_base>> values;
-    values.reserve(plan.assignments.size());
-    scope added;
-    for (const assignment& each : plan.assignments) {
-      values.push_back(translate_expression(each.expression, constants_, inner));
-      added.push_back(complete(each.column));
-    }
+    std::vector<std::unique_ptr<operator_base>> values = translate_assignments(plan.assignments, inner);
     child.in_place = child.columns.size();
-    append(child.columns, std::move(added));
+    append_columns(child.columns, plan.assignments);
     child.node = std::make_unique<ov::sql_executor::extension>(std::move(child.node), std::move(values));
     return child;
   }
@@ -133,17 +127,12 @@ class node_translator {
   translation operator()(const Aggregation& plan) const {
     translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
-    std::vector<std::unique_ptr<operator_base>> keys;
-    for (const assignment& key : plan.group_by) {
-      keys.push_back(translate_expression(key.expression, constants_, inner));
-    }
-    scope columns;
+    std::vector<std::unique_ptr<operator_base>> keys = translate_assignments(plan.group_by, inner);
     std::vector<ov::sql_executor::aggregate_entry> entries;
-    for (const aggregate& each : plan.aggregates) {
-      entries.push_back(translate_aggregate(each, constants_, inner));
-      columns.push_back(result_column(each));
-    }
-    for (const assignment& key : plan.group_by) columns.push_back(complete(key.column));
+    for (const aggregate& each : plan.aggregates) entries.push_back(translate_aggregate(each, constants_, inner));
+    scope columns;
+    for (const aggregate& each : plan.aggregates) columns.push_back(result_column(each));
+    append_columns(columns, plan.group_by);
     return {std::move(columns),
             std::make_unique<ov::sql_executor::aggregator>(std::move(child.node), std::move(keys), std::move(entries))};
   }
@@ -203,9 +192,24 @@ class node_translator {
     for (const assignment& added : plan.assignments) {
       expressions.push_back(translate_expression(added.expression, constants_, inner));
     }
-    for (const assignment& added : plan.assignments) child.columns.push_back(complete(added.column));
+    append_columns(child.columns, plan.assignments);
     return {std::move(child.columns),
             std::make_unique<ov::sql_executor::projection>(std::move(child.node), std::move(expressions))};
+  }
+
+  // Only the expressions: their columns are looked at when all of them are translated.
+  std::vector<std::unique_ptr<operator_base>> translate_assignments(const std::vector<assignment>& assignments,
+                                                                    const visible_columns& inner) const {
+    std::vector<std::unique_ptr<operator_base>> values;
+    values.reserve(assignments.size());
+    for (const assignment& each : assignments) {
+      values.push_back(translate_expression(each.expression, constants_, inner));
+    }
+    return values;
+  }
+
+  static void append_columns(scope& columns, const std::vector<assignment>& assignments) {
+    for (const assignment& each : assignments) columns.push_back(complete(each.column));
   }
 
   static void append(scope& columns, scope more) {

@@ -205,6 +205,9 @@ auto find_children(Plan& any) {
         } else if constexpr (requires { held.child; }) {
           return {&held.child, nullptr};
         } else {
+          using leaf = std::remove_cvref_t<decltype(held)>;
+          static_assert(std::same_as<leaf, Scan> || std::same_as<leaf, GenerativeAssignment>,
+                        "an alternative's inputs are called left and right, or child");
           return {};
         }
       },

@@ -23,14 +23,18 @@ using meta_support::TypeIdentity;
   error_handling::raise_not_implemented(error_handling::no_detail, L"Unsupported return type");
 }
 
-// Operations whose result is a bool whatever their tag says.
+template <class T, class... Listed>
+concept one_of = (std::same_as<T, Listed> || ...);
+
+// Operations whose result is a bool whatever their tag says, and those whose result is what their tag says. One that is
+// in neither list does not compile.
 template <class Operation>
-concept truth_operation = std::same_as<Operation, Equality> || std::same_as<Operation, Inequality> ||
-    std::same_as<Operation, AtMost> || std::same_as<Operation, Less> || std::same_as<Operation, Greater> ||
-    std::same_as<Operation, AtLeast> || std::same_as<Operation, And> || std::same_as<Operation, Or> ||
-    std::same_as<Operation, Not> || std::same_as<Operation, NullTest> || std::same_as<Operation, NotNullTest> ||
-    std::same_as<Operation, PatternMatch> || std::same_as<Operation, PrefixTest> ||
-    std::same_as<Operation, ExclusiveOr> || std::same_as<Operation, TypeTest>;
+concept truth_operation = one_of<Operation, Equality, Inequality, AtMost, Less, Greater, AtLeast, And, Or, Not,
+                                 NullTest, NotNullTest, PatternMatch, PrefixTest, ExclusiveOr, TypeTest>;
+template <class Operation>
+concept tagged_operation =
+    one_of<Operation, Sum, Difference, Negation, Quotient, Product, Conditional, Concatenation, ObjectNumber, ToBool,
+           ToUint64, ToInt64, ToDecimal, ToFloat, ToDouble, ToText, ToSetSpecifier, PrefixPattern>;
 
 // The column of an alternative of value; the table of a reference is known only where metadata name it.
 template <class T>
@@ -62,14 +66,11 @@ class typing {
   }
 
  private:
-  template <class Operation>
-  requires std::derived_from<Operation, operation> column_type of(const Operation& any) {
-    if constexpr (truth_operation<Operation>) {
-      return TypeIdentity<bool>{};
-    } else {
-      return std::visit([]<class T>(TypeIdentity<T>) { return type_of_alternative<T>(); },
-                        error_handling::complete(any.result_type));
-    }
+  column_type of(const truth_operation auto& /*any*/) { return TypeIdentity<bool>{}; }
+
+  column_type of(const tagged_operation auto& any) {
+    return std::visit([]<class T>(TypeIdentity<T>) { return type_of_alternative<T>(); },
+                      error_handling::complete(any.result_type));
   }
 
   template <class T>
