@@ -7,7 +7,7 @@
 
 #include "ov_sql_executor/execution/group_accumulators.hpp"
 #include "ov_sql_executor/execution/row_set.hpp"
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 #include "ov_sql_executor/execution/waiting_rows.hpp"
 #include "ov_sql_executor/expressions/operand_list.hpp"
 #include "ov_sql_executor/expressions/operand_views.hpp"
@@ -23,52 +23,70 @@ bool counts_rows(const aggregate_entry& aggregate) { return std::holds_alternati
 
 class empty_group_by_aggregator_enumerator final : public row_source {
  public:
-  empty_group_by_aggregator_enumerator(const std::vector<aggregate_entry>& aggregates,
-                                       std::unique_ptr<row_source> child)
-      : only_counts_(std::ranges::all_of(aggregates, counts_rows)),
-        accumulators_(aggregates, group_count::one),
-        child_(std::move(child)) {
-    accumulators_.add_group();
+  empty_group_by_aggregator_enumerator(const std::vector<aggregate_entry>& aggregates, input_rows child)
+      : aggregates_(aggregates), only_counts_(std::ranges::all_of(aggregates, counts_rows)), child_(std::move(child)) {
+    start();
   }
 
   bool push_next(execution_context& context) override {
-    if (!child_) return false;
+    if (!child_.is_open()) return false;
     const std::size_t size = context.row_stack.size();
-    while (only_counts_ ? child_->skip_next(context) : child_->push_next(context)) {
-      accumulators_.add_row(0, context);
+    while (only_counts_ ? child_.skip_next(context) : child_.push_next(context)) {
+      accumulators_->add_row(0, context);
       cut_row_stack(context, size);
     }
-    child_.reset();
-    accumulators_.push_results(0, context);
+    child_.close();
+    accumulators_->push_results(0, context);
     return true;
   }
 
+  void restart(execution_context& context, std::uint64_t /*most_rows*/) override {
+    child_.start(context);
+    start();
+  }
+
  private:
-  bool only_counts_;  // nothing looks at the rows
-  group_accumulators accumulators_;
-  std::unique_ptr<row_source> child_;  // until it is exhausted
+  void start() {
+    accumulators_.emplace(aggregates_, group_count::one);
+    accumulators_->add_group();
+  }
+
+  const std::vector<aggregate_entry>& aggregates_;  // the node's
+  bool only_counts_;                                // nothing looks at the rows
+  std::optional<group_accumulators> accumulators_;
+  input_rows child_;  // until it is exhausted
 };
 
 class aggregator_enumerator final : public row_source {
  public:
   aggregator_enumerator(const std::vector<operators::operand>& group_keys,
-                        const std::vector<aggregate_entry>& aggregates, std::unique_ptr<row_source> child)
-      : group_keys_(group_keys),
-        aggregates_(aggregates),
-        groups_(group_keys.size()),
-        accumulators_(aggregates, group_count::any),
-        child_(std::move(child)) {}
+                        const std::vector<aggregate_entry>& aggregates, input_rows child)
+      : group_keys_(group_keys), aggregates_(aggregates), child_(std::move(child)) {
+    start();
+  }
 
   bool push_next(execution_context& context) override {
     if (!filled_) fill(context);
-    if (cursor_ >= groups_.size()) return false;
-    accumulators_.push_results(cursor_, context);
-    for (std::size_t i = 0; i < group_keys_.size(); ++i) append_value(context.row_stack, groups_.value_at(cursor_, i));
+    if (cursor_ >= groups_->size()) return false;
+    accumulators_->push_results(cursor_, context);
+    for (std::size_t i = 0; i < group_keys_.size(); ++i) append_value(context.row_stack, groups_->value_at(cursor_, i));
     ++cursor_;
     return true;
   }
 
+  void restart(execution_context& context, std::uint64_t /*most_rows*/) override {
+    child_.start(context);
+    start();
+  }
+
  private:
+  void start() {
+    groups_.emplace(group_keys_.size());
+    accumulators_.emplace(aggregates_, group_count::any);
+    filled_ = false;
+    cursor_ = std::numeric_limits<std::size_t>::max();
+  }
+
   void fill(execution_context& context) {
     filled_ = true;
     std::optional<waiting_rows> waiting;
@@ -85,14 +103,14 @@ class aggregator_enumerator final : public row_source {
   void take_rows(std::optional<waiting_rows>& waiting, execution_context& context) {
     operators::operand_views keys(group_keys_.size());
     const std::size_t size = context.row_stack.size();
-    while (child_->push_next(context)) {
-      if (groups_.size() > few_groups) {
-        if (!waiting) waiting.emplace(group_keys_, aggregates_, groups_, accumulators_);
+    while (child_.push_next(context)) {
+      if (groups_->size() > few_groups) {
+        if (!waiting) waiting.emplace(group_keys_, aggregates_, *groups_, *accumulators_);
         waiting->add(context);
       } else {
-        const row_set::place group = groups_.find_or_insert(keys.evaluate(group_keys_, context));
-        if (group.is_new) accumulators_.add_group();
-        accumulators_.add_row(group.index, context);
+        const row_set::place group = groups_->find_or_insert(keys.evaluate(group_keys_, context));
+        if (group.is_new) accumulators_->add_group();
+        accumulators_->add_row(group.index, context);
       }
       cut_row_stack(context, size);
     }
@@ -100,11 +118,11 @@ class aggregator_enumerator final : public row_source {
 
   const std::vector<operators::operand>& group_keys_;  // the node's, like the aggregates
   const std::vector<aggregate_entry>& aggregates_;
-  row_set groups_;
-  group_accumulators accumulators_;
+  std::optional<row_set> groups_;
+  std::optional<group_accumulators> accumulators_;
   bool filled_ = false;
-  std::size_t cursor_ = std::numeric_limits<std::size_t>::max();  // behind all groups until they are complete
-  std::unique_ptr<row_source> child_;
+  std::size_t cursor_ = 0;  // behind all groups until they are complete
+  input_rows child_;
 };
 
 }  // namespace
@@ -115,8 +133,8 @@ aggregator::aggregator(std::unique_ptr<node> child, std::vector<std::unique_ptr<
       group_keys_(operators::to_operands(std::move(group_keys))),
       aggregates_(std::move(aggregates)) {}
 
-std::unique_ptr<row_source> aggregator::open(execution_context& context) const {
-  std::unique_ptr<row_source> child = child_.open(context);
+std::unique_ptr<row_source> aggregator::open(execution_context& context, std::uint64_t /*most_rows*/) const {
+  input_rows child = child_.open(context);
   if (group_keys_.empty()) {
     return std::make_unique<empty_group_by_aggregator_enumerator>(aggregates_, std::move(child));
   }

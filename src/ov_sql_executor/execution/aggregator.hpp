@@ -17,7 +17,8 @@ class aggregator final : public source_node {
   aggregator(std::unique_ptr<node> child, std::vector<std::unique_ptr<operators::operator_base>> group_keys,
              std::vector<aggregate_entry> aggregates);
 
-  std::unique_ptr<row_source> open(execution_context& context) const override;
+  std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
+  std::optional<std::size_t> row_width() const override { return aggregates_.size() + group_keys_.size(); }
 
  private:
   input child_;

@@ -8,29 +8,33 @@ namespace {
 
 class deep_root_enumerator final : public row_source {
  public:
-  deep_root_enumerator(std::size_t stack_need, std::unique_ptr<row_source> child)
-      : stack_need_(stack_need), child_(std::move(child)) {}
+  deep_root_enumerator(std::size_t stack_need, input_rows child) : stack_need_(stack_need), child_(std::move(child)) {}
 
   bool push_next(execution_context& context) override {
     error_handling::require_stack(stack_need_);
-    return child_->push_next(context);
+    return child_.push_next(context);
+  }
+
+  void restart(execution_context& context, std::uint64_t most_rows) override {
+    error_handling::require_stack(stack_need_);
+    child_.start(context, most_rows);
   }
 
   std::optional<row> next(execution_context& context) override {
     error_handling::require_stack(stack_need_);
-    return child_->next(context);
+    return child_.next(context);
   }
 
  private:
   std::size_t stack_need_;
-  std::unique_ptr<row_source> child_;
+  input_rows child_;
 };
 
 }  // namespace
 
-std::unique_ptr<row_source> deep_root::open(execution_context& context) const {
+std::unique_ptr<row_source> deep_root::open(execution_context& context, std::uint64_t most_rows) const {
   error_handling::require_stack(stack_need_);
-  return std::make_unique<deep_root_enumerator>(stack_need_, child_.open(context));
+  return std::make_unique<deep_root_enumerator>(stack_need_, child_.open(context, most_rows));
 }
 
 }  // namespace ov::sql_executor

@@ -13,7 +13,8 @@ class deep_root final : public source_node {
  public:
   deep_root(std::unique_ptr<node> child, std::size_t stack_need) : child_(std::move(child)), stack_need_(stack_need) {}
 
-  std::unique_ptr<row_source> open(execution_context& context) const override;
+  std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
+  std::optional<std::size_t> row_width() const override { return child_.row_width(); }
 
  private:
   input child_;

@@ -15,8 +15,8 @@ class extension final : public source_node {
  public:
   extension(std::unique_ptr<node> child, std::vector<std::unique_ptr<operators::operator_base>> expressions);
 
-  std::unique_ptr<row_source> open(execution_context& context) const override;
-  std::unique_ptr<row_source> open_first(std::uint64_t count, execution_context& context) const override;
+  std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
+  std::optional<std::size_t> row_width() const override;
 
  private:
   input child_;

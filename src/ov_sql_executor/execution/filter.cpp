@@ -1,6 +1,6 @@
 #include "ov_sql_executor/execution/filter.hpp"
 
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 
 namespace ov::sql_executor {
 
@@ -8,33 +8,29 @@ namespace {
 
 class filter_enumerator final : public row_source {
  public:
-  filter_enumerator(const operators::operand& predicate, std::unique_ptr<row_source> child)
+  filter_enumerator(const operators::operand& predicate, input_rows child)
       : predicate_(predicate), child_(std::move(child)) {}
 
   bool push_next(execution_context& context) override {
     const std::size_t size = context.row_stack.size();
-    while (child_->push_next(context)) {
+    while (child_.push_next(context)) {
       if (predicate_.holds(context)) return true;
       cut_row_stack(context, size);
     }
     return false;
   }
 
-  void reopen(const input& child, execution_context& context) { child.reopen(child_, context); }
+  void restart(execution_context& context, std::uint64_t /*most_rows*/) override { child_.start(context); }
 
  private:
   const operators::operand& predicate_;  // the node's
-  std::unique_ptr<row_source> child_;
+  input_rows child_;
 };
 
 }  // namespace
 
-std::unique_ptr<row_source> filter::open(execution_context& context) const {
+std::unique_ptr<row_source> filter::open(execution_context& context, std::uint64_t /*most_rows*/) const {
   return std::make_unique<filter_enumerator>(predicate_, child_.open(context));
-}
-
-void filter::reopen(std::unique_ptr<row_source>& used, execution_context& context) const {
-  static_cast<filter_enumerator&>(*used).reopen(child_, context);
 }
 
 }  // namespace ov::sql_executor

@@ -14,8 +14,8 @@ class filter final : public source_node {
   filter(std::unique_ptr<node> child, std::unique_ptr<operators::operator_base> predicate)
       : child_(std::move(child)), predicate_(std::move(predicate)) {}
 
-  std::unique_ptr<row_source> open(execution_context& context) const override;
-  void reopen(std::unique_ptr<row_source>& used, execution_context& context) const override;
+  std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
+  std::optional<std::size_t> row_width() const override { return child_.row_width(); }
 
  private:
   input child_;

@@ -19,7 +19,8 @@ class full_join final : public source_node {
   full_join(std::unique_ptr<node> left, std::unique_ptr<node> right, std::uint64_t left_width,
             std::uint64_t right_width, std::optional<std::unique_ptr<operators::operator_base>> condition);
 
-  std::unique_ptr<row_source> open(execution_context& context) const override;
+  std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
+  std::optional<std::size_t> row_width() const override { return left_width_ + right_width_; }
 
  private:
   input left_;

@@ -1,11 +1,11 @@
 #include "ov_sql_executor/execution/full_join_enumerator.hpp"
 
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 
 namespace ov::sql_executor {
 
 bool full_join_enumerator::push_next(execution_context& context) {
-  if (right_) read_right_side(context);
+  if (right_.is_open()) read_right_side(context);
   const std::size_t size = context.row_stack.size();
   if (state_ == state::left_row_unmatched || state_ == state::left_row_matched) move_onto_stack(context, left_row_);
   while (state_ != state::left_exhausted) {
@@ -22,20 +22,27 @@ bool full_join_enumerator::push_next(execution_context& context) {
   return push_unmatched_right_row(context);
 }
 
+void full_join_enumerator::restart(execution_context& context, std::uint64_t /*most_rows*/) {
+  left_.start(context);
+  right_.start(context);
+  right_rows_ = kept_rows(kept_rows::given::often);
+  state_ = state::needs_left_row;
+}
+
 void full_join_enumerator::read_right_side(execution_context& context) {
   const std::size_t size = context.row_stack.size();
-  while (right_->push_next(context)) right_rows_.take(context, size);
+  while (right_.push_next(context)) right_rows_.take(context, size);
   right_matched_.assign(right_rows_.size(), false);
-  right_.reset();
+  right_.close();
 }
 
 bool full_join_enumerator::push_left_row(execution_context& context) {
   cursor_ = 0;
-  if (left_->push_next(context)) {
+  if (left_.push_next(context)) {
     state_ = state::left_row_unmatched;
     return true;
   }
-  left_.reset();
+  left_.close();
   state_ = state::left_exhausted;
   return false;
 }

@@ -15,8 +15,8 @@ namespace ov::sql_executor {
 // moved there and back; they are copied only into results.
 class full_join_enumerator final : public row_source {
  public:
-  full_join_enumerator(std::unique_ptr<row_source> left, std::unique_ptr<row_source> right,
-                       const operators::operand& condition, std::uint64_t left_width, std::uint64_t right_width)
+  full_join_enumerator(input_rows left, input_rows right, const operators::operand& condition, std::uint64_t left_width,
+                       std::uint64_t right_width)
       : condition_(condition),
         left_width_(left_width),
         right_width_(right_width),
@@ -24,6 +24,7 @@ class full_join_enumerator final : public row_source {
         right_(std::move(right)) {}
 
   bool push_next(execution_context& context) override;
+  void restart(execution_context& context, std::uint64_t most_rows) override;
 
  private:
   enum class state { needs_left_row, left_row_unmatched, left_row_matched, left_exhausted };
@@ -37,9 +38,9 @@ class full_join_enumerator final : public row_source {
   std::uint64_t left_width_;
   std::uint64_t right_width_;
   state state_ = state::needs_left_row;
-  std::unique_ptr<row_source> left_;
-  std::unique_ptr<row_source> right_;  // until it has been read
-  row left_row_;                       // the current one, while it is not on the row stack
+  input_rows left_;
+  input_rows right_;  // until it has been read
+  row left_row_;      // the current one, while it is not on the row stack
   kept_rows right_rows_{kept_rows::given::often};
   std::vector<bool> right_matched_;
   std::size_t cursor_ = 0;  // the next of the right rows to look at

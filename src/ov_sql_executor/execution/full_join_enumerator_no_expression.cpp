@@ -1,17 +1,17 @@
 #include "ov_sql_executor/execution/full_join_enumerator_no_expression.hpp"
 
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 
 namespace ov::sql_executor {
 
 bool full_join_enumerator_no_expression::push_next(execution_context& context) {
   if (!started_) start(context);
-  if (!right_) {
-    if (!left_->push_next(context)) return false;
+  if (!right_.is_open()) {
+    if (!left_.push_next(context)) return false;
     push_nulls(context, right_width_);
     return true;
   }
-  if (left_) return push_pair(context);
+  if (left_.is_open()) return push_pair(context);
 
   const auto size = static_cast<std::ptrdiff_t>(context.row_stack.size());
   if (!push_right_row(context)) return false;
@@ -19,19 +19,27 @@ bool full_join_enumerator_no_expression::push_next(execution_context& context) {
   return true;
 }
 
+void full_join_enumerator_no_expression::restart(execution_context& context, std::uint64_t /*most_rows*/) {
+  left_.start(context);
+  right_.start(context);
+  left_row_.reset();
+  pending_right_row_.reset();
+  started_ = false;
+}
+
 void full_join_enumerator_no_expression::start(execution_context& context) {
   started_ = true;
-  pending_right_row_ = right_->next(context);
+  pending_right_row_ = right_.next(context);
   if (!pending_right_row_) {
-    right_.reset();
+    right_.close();
     return;
   }
-  left_row_ = left_->next(context);
-  if (!left_row_) left_.reset();
+  left_row_ = left_.next(context);
+  if (!left_row_) left_.close();
 }
 
 bool full_join_enumerator_no_expression::push_right_row(execution_context& context) {
-  if (!pending_right_row_) return right_->push_next(context);
+  if (!pending_right_row_) return right_.push_next(context);
   move_onto_stack(context, *pending_right_row_);
   pending_right_row_.reset();
   return true;
@@ -45,8 +53,8 @@ bool full_join_enumerator_no_expression::push_pair(execution_context& context) {
       context.row_stack.insert(context.row_stack.begin() + size, left_row_->begin(), left_row_->end());
       return true;
     }
-    left_row_ = left_->next(context);
-    if (left_row_) right_ = right_side_.open(context);
+    left_row_ = left_.next(context);
+    if (left_row_) right_.start(context);
   }
   return false;
 }

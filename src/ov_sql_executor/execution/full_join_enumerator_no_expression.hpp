@@ -14,27 +14,23 @@ namespace ov::sql_executor {
 // below the right row afterwards.
 class full_join_enumerator_no_expression final : public row_source {
  public:
-  full_join_enumerator_no_expression(std::unique_ptr<row_source> left, std::unique_ptr<row_source> right,
-                                     const input& right_side, std::uint64_t left_width, std::uint64_t right_width)
-      : right_side_(right_side),
-        left_width_(left_width),
-        right_width_(right_width),
-        left_(std::move(left)),
-        right_(std::move(right)) {}
+  full_join_enumerator_no_expression(input_rows left, input_rows right, std::uint64_t left_width,
+                                     std::uint64_t right_width)
+      : left_width_(left_width), right_width_(right_width), left_(std::move(left)), right_(std::move(right)) {}
 
   bool push_next(execution_context& context) override;
+  void restart(execution_context& context, std::uint64_t most_rows) override;
 
  private:
   void start(execution_context& context);
   bool push_right_row(execution_context& context);
   bool push_pair(execution_context& context);
 
-  const input& right_side_;  // the node's
   std::uint64_t left_width_;
   std::uint64_t right_width_;
   bool started_ = false;
-  std::unique_ptr<row_source> left_;   // none when the left side is empty
-  std::unique_ptr<row_source> right_;  // none when the right side is empty
+  input_rows left_;   // closed when the left side is empty
+  input_rows right_;  // closed when the right side is empty
   std::optional<row> left_row_;
   std::optional<row> pending_right_row_;  // read to see whether there is one
 };

@@ -16,6 +16,8 @@ class generative_assignment_enumerator final : public row_source {
     return true;
   }
 
+  void restart(execution_context& /*context*/, std::uint64_t /*most_rows*/) override { done_ = false; }
+
  private:
   bool done_ = false;
   const operators::operand& expression_;  // the node's
@@ -23,7 +25,8 @@ class generative_assignment_enumerator final : public row_source {
 
 }  // namespace
 
-std::unique_ptr<row_source> generative_assignment::open(execution_context& /*context*/) const {
+std::unique_ptr<row_source> generative_assignment::open(execution_context& /*context*/,
+                                                        std::uint64_t /*most_rows*/) const {
   return std::make_unique<generative_assignment_enumerator>(expression_);
 }
 

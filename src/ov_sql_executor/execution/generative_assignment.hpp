@@ -14,7 +14,8 @@ class generative_assignment final : public source_node {
   explicit generative_assignment(std::unique_ptr<operators::operator_base> expression)
       : expression_(std::move(expression)) {}
 
-  std::unique_ptr<row_source> open(execution_context& context) const override;
+  std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
+  std::optional<std::size_t> row_width() const override { return 1; }
 
  private:
   operators::operand expression_;

@@ -1,6 +1,6 @@
 #include "ov_sql_executor/execution/kept_rows.hpp"
 
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 
 namespace ov::sql_executor {
 

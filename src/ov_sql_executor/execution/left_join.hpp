@@ -14,7 +14,8 @@ class left_join final : public source_node {
   left_join(std::unique_ptr<node> left, std::unique_ptr<node> right, std::uint64_t right_width)
       : left_(std::move(left)), right_(std::move(right)), right_width_(right_width) {}
 
-  std::unique_ptr<row_source> open(execution_context& context) const override;
+  std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
+  std::optional<std::size_t> row_width() const override;
 
  private:
   input left_;

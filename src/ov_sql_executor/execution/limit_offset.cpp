@@ -1,7 +1,6 @@
 #include "ov_sql_executor/execution/limit_offset.hpp"
 
 #include <cstdint>
-#include <limits>
 
 #include "ov_sql_executor/errors/db_exception.hpp"
 #include "ov_sql_executor/values/conversion.hpp"
@@ -10,20 +9,42 @@ namespace ov::sql_executor {
 
 namespace {
 
+std::uint64_t sum_or_most(std::uint64_t left, std::uint64_t right) {
+  return left > all_rows - right ? all_rows : left + right;
+}
+
 class limit_offset_enumerator final : public row_source {
  public:
-  limit_offset_enumerator(std::uint64_t limit, std::unique_ptr<row_source> child)
-      : limit_(limit), child_(std::move(child)) {}
+  limit_offset_enumerator(const limit_offset& of, const input& child, execution_context& context)
+      : limit_offset_(of), child_(child) {
+    start(context);
+  }
 
   bool push_next(execution_context& context) override {
     if (count_ >= limit_) return false;
     ++count_;
-    return child_->push_next(context);
+    return child_.push_next(context);
   }
 
+  void restart(execution_context& context, std::uint64_t /*most_rows*/) override { start(context); }
+
  private:
-  std::uint64_t limit_;
-  std::unique_ptr<row_source> child_;
+  void start(execution_context& context) {
+    const auto [limit, offset] = limit_offset_.count_rows(context);
+    child_.start(context, sum_or_most(limit, offset));
+    limit_ = skip(offset, context) ? limit : 0;
+    count_ = 0;
+  }
+
+  // Whether there were as many rows.
+  bool skip(std::uint64_t count, execution_context& context) {
+    while (count > 0 && child_.skip_next(context)) --count;
+    return count == 0;
+  }
+
+  const limit_offset& limit_offset_;  // the node
+  std::uint64_t limit_ = 0;
+  input_rows child_;
   std::uint64_t count_ = 0;  // rows asked of the child
 };
 
@@ -33,27 +54,17 @@ std::uint64_t row_count(const value& any) {
   throw db_util::db_exception{db_util::type_error};
 }
 
-std::uint64_t sum_or_most(std::uint64_t left, std::uint64_t right) {
-  return left > std::numeric_limits<std::uint64_t>::max() - right ? std::numeric_limits<std::uint64_t>::max()
-                                                                  : left + right;
-}
-
-// Whether there were as many rows.
-bool skip(row_source& rows, std::uint64_t count, execution_context& context) {
-  while (count > 0 && rows.skip_next(context)) --count;
-  return count == 0;
-}
-
 }  // namespace
 
-std::unique_ptr<row_source> limit_offset::open(execution_context& context) const {
-  const value limit_value = limit_.evaluate(context);
-  const value offset_value = offset_.evaluate(context);
-  const std::uint64_t limit = row_count(limit_value);
-  const std::uint64_t offset = row_count(offset_value);
-  std::unique_ptr<row_source> child = child_.open_first(sum_or_most(limit, offset), context);
-  const bool has_rows = skip(*child, offset, context);
-  return std::make_unique<limit_offset_enumerator>(has_rows ? limit : 0, std::move(child));
+limit_offset::counts limit_offset::count_rows(execution_context& context) const {
+  const value limit = limit_.evaluate(context);
+  const value offset = offset_.evaluate(context);
+  const std::uint64_t limit_count = row_count(limit);
+  return {limit_count, row_count(offset)};
+}
+
+std::unique_ptr<row_source> limit_offset::open(execution_context& context, std::uint64_t /*most_rows*/) const {
+  return std::make_unique<limit_offset_enumerator>(*this, child_, context);
 }
 
 }  // namespace ov::sql_executor

@@ -17,7 +17,15 @@ class limit_offset final : public source_node {
                std::unique_ptr<operators::operator_base> offset)
       : child_(std::move(child)), limit_(std::move(limit)), offset_(std::move(offset)) {}
 
-  std::unique_ptr<row_source> open(execution_context& context) const override;
+  std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
+  std::optional<std::size_t> row_width() const override { return child_.row_width(); }
+
+  // The numbers of rows, for the rows that are in scope.
+  struct counts {
+    std::uint64_t limit;
+    std::uint64_t offset;
+  };
+  counts count_rows(execution_context& context) const;
 
  private:
   input child_;

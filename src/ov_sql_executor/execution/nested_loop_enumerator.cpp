@@ -1,6 +1,6 @@
 #include "ov_sql_executor/execution/nested_loop_enumerator.hpp"
 
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 
 namespace ov::sql_executor {
 
@@ -13,7 +13,7 @@ bool nested_loop_enumerator::push_next(execution_context& context) {
     const bool unmatched = state_ == state::outer_row_unmatched;
     state_ = state::needs_outer_row;
     if (unmatched && null_width_) {
-      inner_.reset();
+      inner_.close();
       push_nulls(context, *null_width_);
       return true;
     }
@@ -23,21 +23,23 @@ bool nested_loop_enumerator::push_next(execution_context& context) {
   return false;
 }
 
+void nested_loop_enumerator::restart(execution_context& context, std::uint64_t /*most_rows*/) {
+  outer_.start(context);
+  inner_.close();
+  state_ = state::needs_outer_row;
+}
+
 // Leaves the next outer row on the stack, with a new inner side for it.
 bool nested_loop_enumerator::push_outer_row(execution_context& context) {
-  if (!outer_->push_next(context)) return false;
-  if (inner_ != nullptr) {
-    inner_side_.reopen(inner_, context);
-  } else {
-    inner_ = inner_side_.open(context);
-  }
+  if (!outer_.push_next(context)) return false;
+  inner_.start(context);
   state_ = state::outer_row_unmatched;
   return true;
 }
 
 bool nested_loop_enumerator::push_inner_row(execution_context& context, std::size_t outer_start) {
   const std::size_t inner_start = context.row_stack.size();
-  if (!inner_->push_next(context)) return false;
+  if (!inner_.push_next(context)) return false;
   copy_from_stack(context, outer_start, inner_start, outer_row_);
   state_ = state::outer_row_matched;
   return true;

@@ -20,11 +20,11 @@ namespace ov::sql_executor {
 class nested_loop_enumerator final : public row_source {
  public:
   // null_width: how many NULLs extend an outer row without inner rows; nothing where such a row is left out.
-  nested_loop_enumerator(std::unique_ptr<row_source> outer, const input& inner_side,
-                         std::optional<std::uint64_t> null_width)
-      : inner_side_(inner_side), null_width_(null_width), outer_(std::move(outer)) {}
+  nested_loop_enumerator(input_rows outer, const input& inner_side, std::optional<std::uint64_t> null_width)
+      : null_width_(null_width), outer_(std::move(outer)), inner_(inner_side) {}
 
   bool push_next(execution_context& context) override;
+  void restart(execution_context& context, std::uint64_t most_rows) override;
 
  private:
   enum class state { needs_outer_row, outer_row_unmatched, outer_row_matched, exhausted };
@@ -32,12 +32,11 @@ class nested_loop_enumerator final : public row_source {
   bool push_outer_row(execution_context& context);
   bool push_inner_row(execution_context& context, std::size_t outer_start);
 
-  const input& inner_side_;  // the node's
   std::optional<std::uint64_t> null_width_;
   state state_ = state::needs_outer_row;
-  std::unique_ptr<row_source> outer_;
-  std::unique_ptr<row_source> inner_;
-  row outer_row_;  // the current one, while it is not on the row stack
+  input_rows outer_;
+  input_rows inner_;  // opened for the first outer row
+  row outer_row_;     // the current one, while it is not on the row stack
 };
 
 }  // namespace ov::sql_executor

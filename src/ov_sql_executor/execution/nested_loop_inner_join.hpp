@@ -14,7 +14,8 @@ class nested_loop_inner_join final : public source_node {
   nested_loop_inner_join(std::unique_ptr<node> outer, std::unique_ptr<node> inner)
       : outer_(std::move(outer)), inner_(std::move(inner)) {}
 
-  std::unique_ptr<row_source> open(execution_context& context) const override;
+  std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
+  std::optional<std::size_t> row_width() const override;
 
  private:
   input outer_;

@@ -1,7 +1,6 @@
 #include "ov_sql_executor/execution/order_by.hpp"
 
 #include <algorithm>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <span>
@@ -9,66 +8,68 @@
 
 #include "ov_sql_executor/execution/kept_rows.hpp"
 #include "ov_sql_executor/execution/key_sort.hpp"
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 #include "ov_sql_executor/expressions/operand_list.hpp"
 
 namespace ov::sql_executor {
 
 namespace {
 
-constexpr std::uint64_t without_end = std::numeric_limits<std::uint64_t>::max();
-
 // So many rows are kept until all but the wanted ones are dropped: the more at a time, the less often the wanted ones
 // are sorted again, but all of them should stay near the processor.
 std::uint64_t room_for(std::uint64_t wanted) {
   constexpr std::uint64_t least = 1 << 13;
   constexpr std::uint64_t times = 8;
-  return wanted > without_end / times ? without_end : std::max(least, times * wanted);
+  return wanted > all_rows / times ? all_rows : std::max(least, times * wanted);
 }
 
 class order_by_enumerator final : public row_source {
  public:
-  // Reads and sorts the whole input. Where only the first rows are wanted, others are dropped on the way. If a key
-  // turns up then that cannot be sorted, the rows that are gone might have met it: the input is read again and all of
-  // it kept, so that the error is the one that sorting all rows meets, or none.
   order_by_enumerator(const input& child, const std::vector<operators::operand>& keys,
-                      const std::vector<bool>& ascending, std::uint64_t wanted, execution_context& context) {
-    start(ascending, wanted);
-    read(child, keys, wanted, context);
-    if (has_dropped_ && !sort_->is_sortable()) {
-      start(ascending, wanted);
-      read(child, keys, without_end, context);
-    }
-    sort_->start(rows_->size());
+                      const std::vector<bool>& ascending, std::uint64_t most_rows, execution_context& context)
+      : child_(child), keys_(keys), ascending_(ascending) {
+    start(context, most_rows);
   }
+
+  void restart(execution_context& context, std::uint64_t most_rows) override { start(context, most_rows); }
 
   bool push_next(execution_context& context) override {
     constexpr std::size_t ahead = 16;
     if (cursor_ == sorted_.size() && !sort_more()) return false;
     if (sorted_.size() - cursor_ > ahead) {
-      rows_->prefetch(sorted_[cursor_ + ahead].row);
-      rows_->prefetch_further(sorted_[cursor_ + ahead / 2].row);
+      rows_.prefetch(sorted_[cursor_ + ahead].row);
+      rows_.prefetch_further(sorted_[cursor_ + ahead / 2].row);
     }
-    rows_->give(sorted_[cursor_++].row, context);
+    rows_.give(sorted_[cursor_++].row, context);
     return true;
   }
 
  private:
-  void start(const std::vector<bool>& ascending, std::uint64_t wanted) {
-    rows_ = std::make_unique<kept_rows>(kept_rows::given::once);
-    sort_.emplace(ascending, wanted);
+  // Reads and sorts the whole input. Where only the first rows are wanted, others are dropped on the way. If a key
+  // turns up then that cannot be sorted, the rows that are gone might have met it: the input is read again and all of
+  // it kept, so that the error is the one that sorting all rows meets, or none.
+  void start(execution_context& context, std::uint64_t most_rows) {
+    const std::uint64_t wanted = std::max(most_rows, std::uint64_t{1});
+    read(wanted, wanted, context);
+    if (has_dropped_ && !sort_->is_sortable()) read(wanted, all_rows, context);
+    sort_->start(rows_.size());
+    sorted_ = {};
+    cursor_ = 0;
   }
 
-  void read(const input& child, const std::vector<operators::operand>& keys, std::uint64_t wanted,
-            execution_context& context) {
-    const std::unique_ptr<row_source> source = child.open(context);
-    const std::uint64_t most_kept = room_for(wanted);
+  // Rows are dropped so that about as many stay as are to be kept.
+  void read(std::uint64_t wanted, std::uint64_t to_keep, execution_context& context) {
+    rows_ = kept_rows(kept_rows::given::once);
+    sort_.emplace(ascending_, wanted);
+    has_dropped_ = false;
+    input_rows source = child_.open(context);
+    const std::uint64_t most_kept = room_for(to_keep);
     const std::size_t size = context.row_stack.size();
     value room;
-    while (source->push_next(context)) {
-      if (add_keys(keys, context, room)) {
-        rows_->take(context, size);
-        if (rows_->size() == most_kept && sort_->is_sortable()) drop_all_but(wanted, context);
+    while (source.push_next(context)) {
+      if (add_keys(context, room)) {
+        rows_.take(context, size);
+        if (rows_.size() == most_kept && sort_->is_sortable()) drop_all_but(wanted, context);
       } else {
         cut_row_stack(context, size);
       }
@@ -77,11 +78,11 @@ class order_by_enumerator final : public row_source {
 
   // The keys of the row on top of the row stack. All are evaluated and looked at, since a failure counts whether the
   // row is wanted or not; false: it is not.
-  bool add_keys(const std::vector<operators::operand>& keys, execution_context& context, value& room) {
+  bool add_keys(execution_context& context, value& room) {
     bool is_wanted = true;
-    for (const operators::operand& key : keys) {
+    for (const operators::operand& key : keys_) {
       const value_view held = key.lend(context, room);
-      if (&key == keys.data()) is_wanted = !sort_->is_behind_kept(held);
+      if (&key == keys_.data()) is_wanted = !sort_->is_behind_kept(held);
       if (is_wanted) {
         sort_->add_key(held);
       } else {
@@ -94,10 +95,10 @@ class order_by_enumerator final : public row_source {
   // Of the rows so far.
   void drop_all_but(std::uint64_t count, execution_context& context) {
     const std::size_t size = context.row_stack.size();
-    auto first = std::make_unique<kept_rows>(kept_rows::given::once);
-    for (const std::size_t row : sort_->keep_first(count, rows_->size())) {
-      rows_->give(row, context);
-      first->take(context, size);
+    kept_rows first(kept_rows::given::once);
+    for (const std::size_t row : sort_->keep_first(count, rows_.size())) {
+      rows_.give(row, context);
+      first.take(context, size);
     }
     rows_ = std::move(first);
     has_dropped_ = true;
@@ -109,7 +110,10 @@ class order_by_enumerator final : public row_source {
     return !sorted_.empty();
   }
 
-  std::unique_ptr<kept_rows> rows_;
+  const input& child_;  // the node's, like the keys
+  const std::vector<operators::operand>& keys_;
+  const std::vector<bool>& ascending_;
+  kept_rows rows_{kept_rows::given::once};
   std::optional<key_sort> sort_;
   bool has_dropped_ = false;
   std::span<const key_sort::entry> sorted_;  // rows in order, some of which have gone
@@ -122,12 +126,8 @@ order_by::order_by(std::unique_ptr<node> child, std::vector<std::unique_ptr<oper
                    std::vector<bool> directions)
     : child_(std::move(child)), keys_(operators::to_operands(std::move(keys))), directions_(std::move(directions)) {}
 
-std::unique_ptr<row_source> order_by::open(execution_context& context) const {
-  return open_first(without_end, context);
-}
-
-std::unique_ptr<row_source> order_by::open_first(std::uint64_t count, execution_context& context) const {
-  return std::make_unique<order_by_enumerator>(child_, keys_, directions_, std::max(count, std::uint64_t{1}), context);
+std::unique_ptr<row_source> order_by::open(execution_context& context, std::uint64_t most_rows) const {
+  return std::make_unique<order_by_enumerator>(child_, keys_, directions_, most_rows, context);
 }
 
 }  // namespace ov::sql_executor

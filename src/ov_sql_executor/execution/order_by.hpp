@@ -18,8 +18,8 @@ class order_by final : public source_node {
   order_by(std::unique_ptr<node> child, std::vector<std::unique_ptr<operators::operator_base>> keys,
            std::vector<bool> directions);
 
-  std::unique_ptr<row_source> open(execution_context& context) const override;
-  std::unique_ptr<row_source> open_first(std::uint64_t count, execution_context& context) const override;
+  std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
+  std::optional<std::size_t> row_width() const override { return child_.row_width(); }
 
  private:
   input child_;

@@ -5,7 +5,7 @@
 #include <utility>
 #include <variant>
 
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 #include "ov_sql_executor/values/value_word.hpp"
 
 namespace ov::sql_executor {

@@ -45,7 +45,7 @@ class packed_values {
   void push(std::uint8_t kind, std::uint64_t word);
   bool push_text(const db_string::tt_string& text);
 
-  const bool packs_texts_;
+  bool packs_texts_;
   // The value's bytes, a reference's object number, where among the bytes a text lies, or a place among the others.
   large_vector<std::uint64_t> words_;
   large_vector<std::uint8_t> kinds_;  // alternatives, or that of no value for what lies among the others

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 #include "ov_sql_executor/expressions/operand.hpp"
 
 namespace ov::sql_executor {

@@ -1,6 +1,6 @@
 #include "ov_sql_executor/execution/projection.hpp"
 
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 
 namespace ov::sql_executor {
 
@@ -8,13 +8,13 @@ namespace {
 
 class projection_enumerator final : public row_source {
  public:
-  projection_enumerator(const std::vector<projected_item>& items, std::unique_ptr<row_source> child)
+  projection_enumerator(const std::vector<projected_item>& items, input_rows child)
       : items_(items), child_(std::move(child)) {}
 
   // The results are made aside, since an operator of the host's own may look at the whole row stack.
   bool push_next(execution_context& context) override {
     const std::size_t size = context.row_stack.size();
-    if (!child_->push_next(context)) return false;
+    if (!child_.push_next(context)) return false;
     results_.clear();
     for (const projected_item& item : items_) item.append_to(results_, size, context);
     cut_row_stack(context, size);
@@ -22,11 +22,13 @@ class projection_enumerator final : public row_source {
     return true;
   }
 
+  void restart(execution_context& context, std::uint64_t most_rows) override { child_.start(context, most_rows); }
+
   // Asked from outside, the results are made where they stay.
   std::optional<row> next(execution_context& context) override {
     std::optional<row> result;  // made where it is returned
     const std::size_t size = context.row_stack.size();
-    if (!child_->push_next(context)) return result;
+    if (!child_.push_next(context)) return result;
     result.emplace().reserve(items_.size());
     for (const projected_item& item : items_) item.append_to(*result, size, context);
     cut_row_stack(context, size);
@@ -35,7 +37,7 @@ class projection_enumerator final : public row_source {
 
  private:
   const std::vector<projected_item>& items_;  // the node's
-  std::unique_ptr<row_source> child_;
+  input_rows child_;
   row results_;  // its memory serves for all rows
 };
 
@@ -44,12 +46,8 @@ class projection_enumerator final : public row_source {
 projection::projection(std::unique_ptr<node> child, std::vector<std::unique_ptr<operators::operator_base>> expressions)
     : child_(std::move(child)), items_(projected_item::make(std::move(expressions))) {}
 
-std::unique_ptr<row_source> projection::open(execution_context& context) const {
-  return std::make_unique<projection_enumerator>(items_, child_.open(context));
-}
-
-std::unique_ptr<row_source> projection::open_first(std::uint64_t count, execution_context& context) const {
-  return std::make_unique<projection_enumerator>(items_, child_.open_first(count, context));
+std::unique_ptr<row_source> projection::open(execution_context& context, std::uint64_t most_rows) const {
+  return std::make_unique<projection_enumerator>(items_, child_.open(context, most_rows));
 }
 
 }  // namespace ov::sql_executor

@@ -1,15 +1,15 @@
 #include "ov_sql_executor/execution/row_source.hpp"
 
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 
 namespace ov::sql_executor {
 
 namespace {
 
-// An enumerator that only knows next.
+// An enumerator of a node that is not of this library, which only knows next.
 class adapted_source final : public row_source {
  public:
-  explicit adapted_source(std::unique_ptr<enumerator> rows) : rows_(std::move(rows)) {}
+  adapted_source(const node& of, execution_context& context) : node_(of), rows_(of.create_enumerator(context)) {}
 
   bool push_next(execution_context& context) override {
     std::optional<row> next_row = rows_->next(context);
@@ -18,9 +18,14 @@ class adapted_source final : public row_source {
     return true;
   }
 
+  void restart(execution_context& context, std::uint64_t /*most_rows*/) override {
+    rows_.reset(node_.create_enumerator(context));
+  }
+
   std::optional<row> next(execution_context& context) override { return rows_->next(context); }
 
  private:
+  const node& node_;
   std::unique_ptr<enumerator> rows_;
 };
 
@@ -40,19 +45,25 @@ std::optional<row> row_source::next(execution_context& context) {
   return result;
 }
 
-std::unique_ptr<row_source> input::open(execution_context& context) const {
-  if (const source_node* own = child_.own()) return own->open(context);
-  return std::make_unique<adapted_source>(std::unique_ptr<enumerator>(child_->create_enumerator(context)));
+input_rows input::open(execution_context& context, std::uint64_t most_rows) const {
+  input_rows rows(*this);
+  rows.start(context, most_rows);
+  return rows;
 }
 
-std::unique_ptr<row_source> input::open_first(std::uint64_t count, execution_context& context) const {
-  if (const source_node* own = child_.own()) return own->open_first(count, context);
-  return open(context);
+std::unique_ptr<row_source> input::open_source(execution_context& context, std::uint64_t most_rows) const {
+  if (const source_node* own = child_.own()) return own->open(context, most_rows);
+  return std::make_unique<adapted_source>(*child_, context);
 }
 
-void input::reopen(std::unique_ptr<row_source>& used, execution_context& context) const {
-  if (const source_node* own = child_.own()) return own->reopen(used, context);
-  used = open(context);
+std::optional<std::size_t> input::row_width() const {
+  const source_node* const own = child_.own();
+  return own != nullptr ? own->row_width() : std::nullopt;
+}
+
+bool input_rows::has_grown_by(std::size_t count, bool found) const {
+  if (!found) return count == 0;
+  return count == input_->row_width().value_or(count);
 }
 
 }  // namespace ov::sql_executor

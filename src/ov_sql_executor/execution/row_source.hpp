@@ -2,7 +2,10 @@
 #ifndef OV_SQL_EXECUTOR_EXECUTION_ROW_SOURCE_HPP_
 #define OV_SQL_EXECUTOR_EXECUTION_ROW_SOURCE_HPP_
 
+#include <cassert>
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -16,47 +19,92 @@ namespace ov::sql_executor {
 // An enumerator that can leave its next row on the row stack, where whoever asked looks at it, keeps it or cuts it off.
 class row_source : public enumerator {
  public:
-  // Appends the values of the next row to the row stack and returns true; returns false at the end and on every later
+  // Appends the values of the next row to the row stack and returns true. Returns false at the end and on every later
   // call, with the stack as it was.
   virtual bool push_next(execution_context& context) = 0;
 
-  // Passes over the next row as push_next would, with the stack as it was, and returns whether there was one.
+  // Passes over the next row and returns whether there was one. What evaluating the row throws is thrown here, too.
   virtual bool skip_next(execution_context& context);
 
-  // The same row, moved off the stack.
+  // Starts over, for the rows that are in scope now. What it opens anew in the core, or of a host's node, is there
+  // before the old one goes. After an exception the source can only be destroyed. most_rows: see source_node::open.
+  virtual void restart(execution_context& context, std::uint64_t most_rows) = 0;
+
+  // Moves the next row off the stack.
   std::optional<row> next(execution_context& context) override;
 };
+
+// As a number of rows: no limit is known.
+inline constexpr std::uint64_t all_rows = std::numeric_limits<std::uint64_t>::max();
 
 // A node of this library.
 class source_node : public error_handling::destroyed_in_turn<node> {
  public:
-  virtual std::unique_ptr<row_source> open(execution_context& context) const = 0;
+  // A new run of the node. most_rows: no more rows will be asked for, which may save keeping the others.
+  virtual std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const = 0;
 
-  // The same for somebody who asks for no more than so many rows, which may save keeping the others.
-  virtual std::unique_ptr<row_source> open_first(std::uint64_t /*count*/, execution_context& context) const {
-    return open(context);
-  }
+  // How many values each row has; nothing where a node of the host's own decides it.
+  virtual std::optional<std::size_t> row_width() const = 0;
 
-  // Opens in place of a source that this node opened before and that nobody needs any more. The new one is there before
-  // anything of the old one goes, which stays if opening throws; its memory may serve again.
-  virtual void reopen(std::unique_ptr<row_source>& used, execution_context& context) const { used = open(context); }
-
-  enumerator* create_enumerator(execution_context& context) const final { return open(context).release(); }
+  enumerator* create_enumerator(execution_context& context) const final { return open(context, all_rows).release(); }
 };
+
+class input_rows;
 
 // A node's child: owned, and opened as a row source even if it is not one of this library's.
 class input {
  public:
   explicit input(std::unique_ptr<node> child) : child_(std::move(child)) {}
 
-  std::unique_ptr<row_source> open(execution_context& context) const;
+  input_rows open(execution_context& context, std::uint64_t most_rows = all_rows) const;
 
   // See source_node.
-  std::unique_ptr<row_source> open_first(std::uint64_t count, execution_context& context) const;
-  void reopen(std::unique_ptr<row_source>& used, execution_context& context) const;
+  std::optional<std::size_t> row_width() const;
 
  private:
+  friend class input_rows;
+  std::unique_ptr<row_source> open_source(execution_context& context, std::uint64_t most_rows) const;
+
   error_handling::owned_part<node, source_node> child_;
+};
+
+// The rows of an input, as far as its node's enumerator wants them.
+class input_rows {
+ public:
+  // Not open yet. The input must outlive it.
+  explicit input_rows(const input& of) : input_(&of) {}
+
+  bool is_open() const { return source_ != nullptr; }
+
+  // Opens the input, or restarts it where it is open.
+  void start(execution_context& context, std::uint64_t most_rows = all_rows) {
+    if (is_open()) return source_->restart(context, most_rows);
+    source_ = input_->open_source(context, most_rows);
+  }
+  void close() { source_.reset(); }
+
+  // See row_source. Require is_open(). Debug builds check that the row stack grows by a whole row or not at all.
+  bool push_next(execution_context& context) {
+    assert(is_open());
+    [[maybe_unused]] const std::size_t before = context.row_stack.size();
+    const bool found = source_->push_next(context);
+    assert(has_grown_by(context.row_stack.size() - before, found));
+    return found;
+  }
+  bool skip_next(execution_context& context) {
+    assert(is_open());
+    return source_->skip_next(context);
+  }
+  std::optional<row> next(execution_context& context) {
+    assert(is_open());
+    return source_->next(context);
+  }
+
+ private:
+  bool has_grown_by(std::size_t count, bool found) const;
+
+  const input* input_;
+  std::unique_ptr<row_source> source_;
 };
 
 }  // namespace ov::sql_executor

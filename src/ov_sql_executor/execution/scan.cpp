@@ -4,31 +4,23 @@
 
 #include "ov_sql_executor/database/obj_ref.hpp"
 #include "ov_sql_executor/database/status.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 #include "ov_sql_executor/execution/scan_keys.hpp"
-#include "ov_sql_executor/execution/stack_row.hpp"
 
 namespace ov::sql_executor {
 
 namespace {
 
-std::uint64_t open_iterator(std::uint64_t index, const scan_keys& keys, const execution_context& context) {
-  std::uint64_t iterator = 0;
-  db_util::check(orv_context_create_iterator(context.context_handle, index, keys.flags, keys.first.data(),
-                                             keys.last.data(), &iterator));
-  return iterator;
-}
-
 // Owns an iterator of the core.
 class scan_enumerator final : public row_source {
  public:
-  scan_enumerator(std::uint64_t index, const scan_keys& keys, const execution_context& context)
-      : iterator_(open_iterator(index, keys, context)) {}
+  scan_enumerator(const scan& of, execution_context& context) : scan_(of), iterator_(of.open_iterator(context)) {}
 
   // Runs while exceptions may pass, and nothing depends on the iterator any more: the status is not looked at.
   ~scan_enumerator() override { orv_iterator_free(iterator_); }
 
-  void reopen(std::uint64_t index, const scan_keys& keys, const execution_context& context) {
-    orv_iterator_free(std::exchange(iterator_, open_iterator(index, keys, context)));
+  void restart(execution_context& context, std::uint64_t /*most_rows*/) override {
+    orv_iterator_free(std::exchange(iterator_, scan_.open_iterator(context)));
     done_ = false;
   }
 
@@ -52,22 +44,24 @@ class scan_enumerator final : public row_source {
     return !done_;
   }
 
+  const scan& scan_;  // the node
   std::uint64_t iterator_;
   bool done_ = false;
 };
 
 }  // namespace
 
-std::unique_ptr<row_source> scan::open(execution_context& context) const {
-  scan_keys keys;
-  write_scan_keys(ranges_, key_columns_, ascending_, context, keys);
-  return std::make_unique<scan_enumerator>(index_handle_, keys, context);
+std::unique_ptr<row_source> scan::open(execution_context& context, std::uint64_t /*most_rows*/) const {
+  return std::make_unique<scan_enumerator>(*this, context);
 }
 
-void scan::reopen(std::unique_ptr<row_source>& used, execution_context& context) const {
+std::uint64_t scan::open_iterator(execution_context& context) const {
   scan_keys keys;
   write_scan_keys(ranges_, key_columns_, ascending_, context, keys);
-  static_cast<scan_enumerator&>(*used).reopen(index_handle_, keys, context);
+  std::uint64_t iterator = 0;
+  db_util::check(orv_context_create_iterator(context.context_handle, index_handle_, keys.flags, keys.first.data(),
+                                             keys.last.data(), &iterator));
+  return iterator;
 }
 
 }  // namespace ov::sql_executor

@@ -27,8 +27,11 @@ class scan final : public source_node {
         key_columns_(std::move(key_columns)),
         ascending_(ascending) {}
 
-  std::unique_ptr<row_source> open(execution_context& context) const override;
-  void reopen(std::unique_ptr<row_source>& used, execution_context& context) const override;
+  std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
+  std::optional<std::size_t> row_width() const override { return 1; }
+
+  // A new iterator of the core over the interval, owned by the caller.
+  std::uint64_t open_iterator(execution_context& context) const;
 
  private:
   std::vector<std::vector<key_condition>> ranges_;

@@ -8,38 +8,42 @@ namespace {
 
 class uniond_enumerator final : public row_source {
  public:
-  uniond_enumerator(std::unique_ptr<row_source> left, std::unique_ptr<row_source> right)
-      : left_(std::move(left)), right_(std::move(right)) {}
+  uniond_enumerator(input_rows left, input_rows right) : left_(std::move(left)), right_(std::move(right)) {}
 
   bool push_next(execution_context& context) override {
-    return next_of_either([&](row_source& side) { return side.push_next(context); });
+    return next_of_either([&](input_rows& side) { return side.push_next(context); });
+  }
+
+  void restart(execution_context& context, std::uint64_t /*most_rows*/) override {
+    left_.start(context);
+    right_.start(context);
   }
 
   // Asked from outside, a row goes out as its side makes it.
   std::optional<row> next(execution_context& context) override {
-    return next_of_either([&](row_source& side) { return side.next(context); });
+    return next_of_either([&](input_rows& side) { return side.next(context); });
   }
 
  private:
   template <class Ask>
-  std::invoke_result_t<Ask, row_source&> next_of_either(Ask ask) {
-    auto found = ask(left_ ? *left_ : *right_);
-    if (!found && left_) {
-      left_.reset();
-      found = ask(*right_);
+  std::invoke_result_t<Ask, input_rows&> next_of_either(Ask ask) {
+    auto found = ask(left_.is_open() ? left_ : right_);
+    if (!found && left_.is_open()) {
+      left_.close();
+      found = ask(right_);
     }
     return found;
   }
 
-  std::unique_ptr<row_source> left_;  // until it is exhausted
-  std::unique_ptr<row_source> right_;
+  input_rows left_;  // until it is exhausted
+  input_rows right_;
 };
 
 }  // namespace
 
-std::unique_ptr<row_source> uniond::open(execution_context& context) const {
-  std::unique_ptr<row_source> left = left_.open(context);
-  std::unique_ptr<row_source> right = right_.open(context);
+std::unique_ptr<row_source> uniond::open(execution_context& context, std::uint64_t /*most_rows*/) const {
+  input_rows left = left_.open(context);
+  input_rows right = right_.open(context);
   return std::make_unique<uniond_enumerator>(std::move(left), std::move(right));
 }
 

@@ -12,7 +12,8 @@ class uniond final : public source_node {
  public:
   uniond(std::unique_ptr<node> left, std::unique_ptr<node> right) : left_(std::move(left)), right_(std::move(right)) {}
 
-  std::unique_ptr<row_source> open(execution_context& context) const override;
+  std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
+  std::optional<std::size_t> row_width() const override { return left_.row_width(); }
 
  private:
   input left_;

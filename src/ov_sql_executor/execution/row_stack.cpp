@@ -1,4 +1,4 @@
-#include "ov_sql_executor/execution/stack_row.hpp"
+#include "ov_sql_executor/execution/row_stack.hpp"
 
 #include <iterator>
 
