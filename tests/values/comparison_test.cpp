@@ -13,7 +13,7 @@
 #include "ov_sql_executor/values/group_key.hpp"
 #include "ov_sql_executor/values/number_bracket.hpp"
 #include "ov_sql_executor/values/numeric_type.hpp"
-#include "ov_sql_executor/values/packed_views.hpp"
+#include "ov_sql_executor/values/packed_values.hpp"
 #include "ov_sql_executor/values/sort_order.hpp"
 #include "valueless.hpp"
 
@@ -195,13 +195,26 @@ TEST(GroupKey, hashes_are_the_stated_ones) {
   EXPECT_THROW(hash_of(valueless()), std::bad_variant_access);
 }
 
-// Whether two values are equal keys, as they are and as a list of many keeps the first.
+// Whether two values are equal keys, as they are and as a list of many keeps the first: beside a reference to another
+// table, and with texts in either place.
 bool are_equal_keys(const value& kept, const value& seen) {
-  packed_views list;
-  list.push_back(view_of(kept));
-  EXPECT_EQ(spell({to_value(list[0])}), spell({kept}));
-  const bool equal = key_equal(view_of(kept), view_of(seen));
-  EXPECT_EQ(list.equals(0, view_of(seen)), equal) << spell({kept, seen});
+  const bool equal = kept.index() == seen.index() && key_equal(view_of(kept), view_of(seen));
+  for (const auto how : {packed_values::texts::packed, packed_values::texts::apart}) {
+    packed_values list(how);
+    list.push_back(value_view(OV_OBJ_REF{9, 9}));
+    list.push_back(view_of(kept));
+    value moved = kept;
+    list.push_back(moved);
+    for (const std::size_t position : {1, 2}) {
+      EXPECT_EQ(spell({to_value(list[position])}), spell({kept}));
+      EXPECT_EQ(list.equals(position, view_of(seen)), equal) << spell({kept, seen});
+      std::vector<value> given;
+      list.give(position, given);
+      EXPECT_EQ(spell(given), spell({kept}));
+      list.take_back(position, given[0]);
+      EXPECT_EQ(spell({to_value(list[position])}), spell({kept}));
+    }
+  }
   return equal;
 }
 

@@ -86,10 +86,10 @@ decltype(auto) take_column(type_code type, std::uint64_t context, const OV_OBJ_R
 
 }  // namespace
 
-value_view read_column(type_code type, std::uint64_t context, OV_OBJ_REF object, std::uint32_t column, value& room) {
-  return take_column(type, context, object, column, [&room]<class Read>(Read&& read) -> value_view {
+value_view read_column(type_code type, std::uint64_t context, OV_OBJ_REF object, std::uint32_t column, value& scratch) {
+  return take_column(type, context, object, column, [&scratch]<class Read>(Read&& read) -> value_view {
     if constexpr (std::is_same_v<std::remove_cvref_t<Read>, SetSpecifier>) {
-      return std::u16string_view(room.emplace<SetSpecifier>(std::forward<Read>(read)).units);
+      return std::u16string_view(scratch.emplace<SetSpecifier>(std::forward<Read>(read)).units);
     } else {
       return read;
     }

@@ -1,6 +1,7 @@
 #include "ov_sql_executor/database/core_text.hpp"
 
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <vector>
 
@@ -32,7 +33,8 @@ void append_units(to_units_free_call* convert, text_view text, unit_buffer& unit
   };
   const std::uint32_t count = count_of(convert(text.bytes.data(), length, nullptr, 0));
   const std::size_t before = units.size();
-  units.resize(before + count + 1);
+  units.resize(before + count + 1, boost::container::default_init);
+  std::memset(units.data() + before, 0, (count + std::size_t{1}) * sizeof(char16_t));
   count_of(convert(text.bytes.data(), length, units.data() + before, count + 1));
   units.pop_back();
 }

@@ -31,21 +31,15 @@ bool is_valueless(const value_view& view) { return std::holds_alternative<std::m
 // Hands over a value unless it is NULL: integers, the commonest, as they are, others as views. Throws
 // std::bad_variant_access for a valueless one, which is neither.
 template <class Take>
+void take_value(std::int64_t number, Take take) {
+  take(number);
+}
+
+template <class Take>
 void take_value(const value_view& seen, Take take) {
   if (const auto* const number = std::get_if<std::int64_t>(&seen)) return take(*number);
   if (is_valueless(seen)) throw std::bad_variant_access();
   if (!std::holds_alternative<NullValue>(seen)) take(seen);
-}
-
-template <class Take>
-void take_value(const operand& argument, execution_context& context, Take take) {
-  if (argument.is_int64_property()) {
-    std::int64_t number = 0;
-    if (argument.read_int64(context, number)) take(number);
-    return;
-  }
-  value room;
-  take_value(argument.lend(context, room), take);
 }
 
 // Promoted with itself, so that the total of one value has the type that the total of several would have.
@@ -182,11 +176,13 @@ void add_row(const aggregate_entry& aggregate, void* state, execution_context& c
       [&]<class Kind>(const Kind& kind) {
         auto& kept = state_at<Kind>(state);
         if constexpr (adds_values<Kind>) {
-          take_value(kind.argument, context, [&](const auto& seen) { kind.add(kept, seen, memory); });
+          kind.argument.visit(context, [&](const auto& any) {
+            take_value(any, [&](const auto& seen) { kind.add(kept, seen, memory); });
+          });
         } else if constexpr (std::same_as<Kind, aggregates::count_distinct_values>) {
-          value room;
+          value scratch;
           // Made in its place: copying a view that was just made would wait until all parts of it are written.
-          const value_view key[] = {group, kind.argument.lend(context, room)};
+          const value_view key[] = {group, kind.argument.lend(context, scratch)};
           if (is_new(std::span(key).subspan(memory.groups == group_count::one ? 1 : 0), memory)) ++kept.count;
         } else if constexpr (std::same_as<Kind, aggregates::count_distinct_rows>) {
           if (!memory.views) memory.views.emplace(kind.arguments.size());

@@ -18,7 +18,7 @@ void kept_rows::give(std::size_t row_number, execution_context& context) {
     if (are_references_) {
       context.row_stack.emplace_back(references_[i]);
     } else {
-      values_.give(i, context);
+      values_.give(i, context.row_stack);
     }
   }
 }

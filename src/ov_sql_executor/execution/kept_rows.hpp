@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <vector>
 
-#include "ov_sql_executor/execution/packed_values.hpp"
 #include "ov_sql_executor/execution/reference_list.hpp"
 #include "ov_sql_executor/expressions/execution_context.hpp"
+#include "ov_sql_executor/values/packed_values.hpp"
 #include "ov_sql_executor/values/value.hpp"
 
 namespace ov::sql_executor {
@@ -17,7 +17,8 @@ class kept_rows {
  public:
   // How often rows are asked for: see packed_values.
   enum class given { once, often };
-  explicit kept_rows(given each) : values_(each == given::once) {}
+  explicit kept_rows(given each)
+      : values_(each == given::once ? packed_values::texts::packed : packed_values::texts::apart) {}
 
   std::size_t size() const { return size_; }
 

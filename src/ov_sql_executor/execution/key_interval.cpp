@@ -227,11 +227,11 @@ bool key_interval::is_empty() const {
 
 void apply_condition(key_interval& interval, type_code column, const key_condition& condition,
                      execution_context& context, bound_storage& kept) {
-  value room;
-  const value_view bound = condition.bound.hold(context, room);
+  value scratch;
+  const value_view bound = condition.bound.pin(context, scratch);
   // The view goes on to point to what the kept value owns.
-  if (std::holds_alternative<tt_string>(room) || std::holds_alternative<operator_library::Binary>(room)) {
-    kept.push_back(std::move(room));
+  if (std::holds_alternative<tt_string>(scratch) || std::holds_alternative<operator_library::Binary>(scratch)) {
+    kept.push_back(std::move(scratch));
   }
   apply_evaluated(interval, column, condition, bound, context, kept);
 }

@@ -30,14 +30,11 @@ class key_sort {
   // The next key of the row that is being added: every row has as many as there are directions.
   void add_key(const value_view& key) {
     columns_[next_column_].add(key);
-    go_to_next_column();
+    if (++next_column_ == columns_.size()) next_column_ = 0;
   }
 
-  // The next key of a row that is not added. Only its kind is noted, which may be one that cannot be sorted.
-  void pass_key(const value_view& key) {
-    columns_[next_column_].pass(key);
-    go_to_next_column();
-  }
+  // A key, but the first one, of a row that is not added. Its kind is noted, which may be one that cannot be sorted.
+  void pass_key(std::size_t number, const value_view& key) { columns_[number].pass(key); }
 
   // Whether any two rows can be compared, those that were dropped or not added among them.
   bool is_sortable() const;
@@ -71,9 +68,6 @@ class key_sort {
     std::size_t word = 0;
   };
 
-  void go_to_next_column() {
-    if (++next_column_ == columns_.size()) next_column_ = 0;
-  }
   std::uint64_t turned(std::size_t key) const { return ascending_[key] ? 0 : ~std::uint64_t{0}; }
   void put_off(const run& rows);
   void sort_further();

@@ -65,9 +65,9 @@ class order_by_enumerator final : public row_source {
     input_rows source = child_.open(context);
     const std::uint64_t most_kept = room_for(to_keep);
     const std::size_t size = context.row_stack.size();
-    value room;
+    value scratch;
     while (source.push_next(context)) {
-      if (add_keys(context, room)) {
+      if (add_keys(context, scratch)) {
         rows_.take(context, size);
         if (rows_.size() == most_kept && sort_->is_sortable()) drop_all_but(wanted, context);
       } else {
@@ -76,17 +76,17 @@ class order_by_enumerator final : public row_source {
     }
   }
 
-  // The keys of the row on top of the row stack. All are evaluated and looked at, since a failure counts whether the
-  // row is wanted or not; false: it is not.
-  bool add_keys(execution_context& context, value& room) {
+  // The keys of the row on top of the row stack; false: the first one says that the row is not wanted. The others are
+  // evaluated and looked at all the same, since a failure counts.
+  bool add_keys(execution_context& context, value& scratch) {
     bool is_wanted = true;
     for (const operators::operand& key : keys_) {
-      const value_view held = key.lend(context, room);
+      const value_view held = key.lend(context, scratch);
       if (&key == keys_.data()) is_wanted = !sort_->is_behind_kept(held);
       if (is_wanted) {
         sort_->add_key(held);
-      } else {
-        sort_->pass_key(held);
+      } else if (&key != keys_.data()) {
+        sort_->pass_key(static_cast<std::size_t>(&key - keys_.data()), held);
       }
     }
     return is_wanted;

@@ -8,7 +8,7 @@
 
 #include "ov_sql_executor/values/keyed_hash.hpp"
 #include "ov_sql_executor/values/large_memory.hpp"
-#include "ov_sql_executor/values/packed_views.hpp"
+#include "ov_sql_executor/values/packed_values.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
 
 namespace ov::sql_executor {
@@ -36,7 +36,7 @@ class row_set {
 
   std::size_t size() const { return size_; }
 
-  // A value of one of the rows, good as long as the set lives.
+  // A value of one of the rows, valid until the set grows.
   value_view value_at(std::size_t index, std::size_t column) const { return keys_[index * width_ + column]; }
 
  private:
@@ -56,7 +56,7 @@ class row_set {
   const keyed_hash& hash_ = keyed_hash::of_process();
   std::size_t width_;
   std::size_t size_ = 0;
-  packed_views keys_;
+  packed_values keys_{packed_values::texts::packed};
   // A power of two of positions, at most half in use; the top bits of a hash say where to begin. Most of what is
   // looked for is told by a tag, a byte with some other bits of the hash, or 0 where the position is free: tags are few
   // enough to stay near the processor when the slots are not.

@@ -24,8 +24,6 @@ void copy_value(const value& source, value& target) {
 
 }  // namespace
 
-void make_room_for_value(execution_context& context) { context.row_stack.reserve(2 * context.row_stack.size() + 1); }
-
 void move_onto_stack(execution_context& context, row& source) {
   for (value& each : source) append_moved(context.row_stack, each);
 }

@@ -18,18 +18,14 @@ inline void cut_row_stack(execution_context& context, std::size_t size) {
   while (context.row_stack.size() > size) context.row_stack.pop_back();
 }
 
-[[gnu::noinline]] void make_room_for_value(execution_context& context);
-
-// Appends a value. The stack hardly ever grows, so that growing is kept out of the way.
+// Appends a value to the row stack.
 template <class Alternative>
 void push_value(execution_context& context, Alternative&& alternative) {
-  if (context.row_stack.size() == context.row_stack.capacity()) make_room_for_value(context);
-  if (context.row_stack.size() == context.row_stack.capacity()) __builtin_unreachable();
-  context.row_stack.emplace_back(std::forward<Alternative>(alternative));
+  append_in_place(context.row_stack, std::forward<Alternative>(alternative));
 }
 
 // Appends what a value of a row holds, which is faster than moving the value: it is made by its alternative at once.
-inline void append_moved(std::vector<value>& list, value& source) {
+[[gnu::always_inline]] inline void append_moved(std::vector<value>& list, value& source) {
   if (source.valueless_by_exception()) {
     list.push_back(std::move(source));
   } else {

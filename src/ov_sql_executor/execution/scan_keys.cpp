@@ -50,8 +50,8 @@ class key_ends {
   // Lookups run once for every outer row of a join: a bound that is a key already needs no interval. What needs one is
   // out of line.
   void append_equal(const key_column& column, const key_condition& condition) {
-    value room;
-    const value_view bound = condition.bound.hold(context_, room);
+    value scratch;
+    const value_view bound = condition.bound.pin(context_, scratch);
     const auto key = exact_key(column.type, bound);
     if (!key) return append_evaluated(column, condition, bound);
     keys_.first.append_number(*key);

@@ -54,7 +54,7 @@ void sort_column::add_any(const value_view& key) {
   const sort_kinds kinds = kinds_ | sort_kind(key);
   if (!has_views_ && !are_told_by_prefixes(kinds)) make_views();
   if (has_views_) {
-    keeper_.append_to(views_, key);
+    arena_.append_to(views_, key);
   } else {
     add_prefix(key);
   }
@@ -141,21 +141,21 @@ bool sort_column::is_any_behind_limit(const value_view& key) const {
 
 void sort_column::keep(const std::vector<std::size_t>& row_numbers) {
   large_vector<value_view> views;
-  view_keeper keeper;
+  view_arena arena;
   std::vector<std::uint64_t> prefixes;
   std::vector<bool> nulls;
   for (const std::size_t kept : row_numbers) {
     if (has_views_) {
-      keeper.append_to(views, views_[kept]);
+      arena.append_to(views, views_[kept]);
     } else {
       prefixes.push_back(prefixes_[kept]);
       if (has_nulls()) nulls.push_back(nulls_[kept]);
     }
   }
-  // Back into the memory that is there; a keeper's cannot be handed over.
+  // Back into the memory that is there; an arena's cannot be handed over.
   views_.clear();
-  keeper_.release();
-  for (const value_view& each : views) keeper_.append_to(views_, each);
+  arena_.release();
+  for (const value_view& each : views) arena_.append_to(views_, each);
   prefixes_.assign(prefixes.begin(), prefixes.end());
   nulls_ = std::move(nulls);
 }

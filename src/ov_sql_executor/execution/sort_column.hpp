@@ -8,11 +8,11 @@
 #include <variant>
 #include <vector>
 
+#include "ov_sql_executor/execution/view_arena.hpp"
 #include "ov_sql_executor/values/large_memory.hpp"
 #include "ov_sql_executor/values/sort_order.hpp"
 #include "ov_sql_executor/values/sort_prefix.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
-#include "ov_sql_executor/values/view_keeper.hpp"
 
 namespace ov::sql_executor {
 
@@ -30,7 +30,7 @@ class sort_column {
   void add(const value_view& key) {
     const auto* const number = std::get_if<std::int64_t>(&key);
     if (number != nullptr && kinds_ == kind_of_alternative<std::int64_t>) {  // the commonest keys take the short way
-      prefixes_.push_back(sort_prefix(*number));
+      push_prefix(sort_prefix(*number));
     } else {
       add_any(key);
     }
@@ -38,6 +38,7 @@ class sort_column {
 
   // Notes the kind of a key that is not added. Throws std::bad_variant_access for the view of a valueless value.
   void pass(const value_view& key) {
+    if (std::holds_alternative<std::int64_t>(key) && kinds_ == kind_of_alternative<std::int64_t>) return;
     if (std::holds_alternative<std::monostate>(key)) throw std::bad_variant_access();
     passed_kinds_ |= sort_kind(key);
   }
@@ -74,6 +75,14 @@ class sort_column {
   void keep(const std::vector<std::size_t>& row_numbers);
 
  private:
+  // Growing is rare, and kept out of the way.
+  void push_prefix(std::uint64_t prefix) {
+    if (prefixes_.size() == prefixes_.capacity()) make_room_for_prefix();
+    if (prefixes_.size() == prefixes_.capacity()) __builtin_unreachable();
+    prefixes_.push_back(prefix);
+  }
+  [[gnu::noinline]] void make_room_for_prefix() { prefixes_.reserve(2 * prefixes_.size() + 1); }
+
   bool is_any_behind_limit(const value_view& key) const;
   void add_any(const value_view& key);
   void add_prefix(const value_view& key);
@@ -83,7 +92,7 @@ class sort_column {
   sort_kinds passed_kinds_ = 0;  // of the others
   bool has_views_ = false;
   large_vector<value_view> views_;  // of all keys, or of none
-  view_keeper keeper_;
+  view_arena arena_;
   large_vector<std::uint64_t> prefixes_;  // of all keys while there are no views
   std::vector<bool> nulls_;               // among these; empty while there are none
   std::uint64_t limit_ = 0;               // a prefix, turned

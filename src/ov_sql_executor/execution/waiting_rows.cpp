@@ -28,17 +28,17 @@ waiting_rows::waiting_rows(const std::vector<operators::operand>& group_keys,
   }
   most_rows_ = std::clamp<std::size_t>(most_values / operands_.size(), 1, most_rows);
   views_.resize(most_rows_ * operands_.size());
-  rooms_.resize(most_rows_ * operands_.size());
+  scratch_.resize(most_rows_ * operands_.size());
   hashes_.resize(most_rows_);
   indexes_.resize(most_rows_);
 }
 
 void waiting_rows::add(execution_context& context) {
   value_view* const views = views_of(count_);
-  room* const rooms = rooms_.data() + count_ * operands_.size();
+  operators::scratch_space* const scratch = scratch_.data() + count_ * operands_.size();
   const auto evaluate = [&](std::size_t i) {
     // Made in its place: copying a view that was just made would wait until all parts of it are written.
-    new (&views[i]) value_view(operands_[i]->preserve(context, rooms[i].made, rooms[i].bytes));
+    new (&views[i]) value_view(operands_[i]->preserve(context, scratch[i]));
   };
   for (std::size_t i = 0; i < key_width_; ++i) evaluate(i);
   hashes_[count_] = groups_.hash_of({views, key_width_});

@@ -32,12 +32,6 @@ class waiting_rows {
   void settle();
 
  private:
-  // Where a value lies that the core lends or that is made for the row.
-  struct room {
-    value made;
-    operators::byte_buffer bytes;
-  };
-
   value_view* views_of(std::size_t row_number) { return views_.data() + row_number * operands_.size(); }
 
   row_set& groups_;
@@ -46,8 +40,8 @@ class waiting_rows {
   std::vector<const operators::operand*> operands_;  // of a row: its keys, then each aggregate's arguments
   std::vector<std::size_t> ends_;                    // of each aggregate's arguments among them
   std::size_t most_rows_;
-  std::vector<value_view> views_;  // of all rows, one row's after the other's
-  std::vector<room> rooms_;        // for each view
+  std::vector<value_view> views_;                  // of all rows, one row's after the other's
+  std::vector<operators::scratch_space> scratch_;  // for each view
   std::vector<std::uint32_t> hashes_;
   std::vector<std::size_t> indexes_;  // of the groups
   std::size_t count_ = 0;

@@ -3,10 +3,10 @@
 namespace ov::sql_executor::operators {
 
 template <pair_operation Operation>
-value_view binary_arithmetic<Operation>::lend(execution_context& context, value& room) const {
-  value left_room;
-  const value_view left = left_.hold(context, left_room);
-  const value_view right = right_.lend(context, room);
+value_view binary_arithmetic<Operation>::lend(execution_context& context, value& scratch) const {
+  value left_scratch;
+  const value_view left = left_.pin(context, left_scratch);
+  const value_view right = right_.lend(context, scratch);
   return Operation(left, right);
 }
 

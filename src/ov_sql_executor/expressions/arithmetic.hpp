@@ -19,7 +19,7 @@ class binary_arithmetic final : public lending_operator {
   binary_arithmetic(std::unique_ptr<operator_base> left, std::unique_ptr<operator_base> right)
       : left_(std::move(left)), right_(std::move(right)) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  value_view lend(execution_context& context, value& scratch) const override;
 
  private:
   operand left_;
@@ -35,8 +35,8 @@ class unary_negate final : public lending_operator {
  public:
   explicit unary_negate(std::unique_ptr<operator_base> number) : operand_(std::move(number)) {}
 
-  value_view lend(execution_context& context, value& room) const override {
-    return negate_value(operand_.lend(context, room));
+  value_view lend(execution_context& context, value& scratch) const override {
+    return negate_value(operand_.lend(context, scratch));
   }
 
  private:

@@ -21,8 +21,8 @@ template <> struct target<9> { using type = bool; };
 }  // namespace
 
 template <std::int32_t TypeCode>
-value_view cast<TypeCode>::lend(execution_context& context, value& room) const {
-  return convert_in<typename target<TypeCode>::type>(operand_.lend(context, room), room);
+value_view cast<TypeCode>::lend(execution_context& context, value& scratch) const {
+  return convert_in<typename target<TypeCode>::type>(operand_.lend(context, scratch), scratch);
 }
 
 template class cast<0>;

@@ -17,7 +17,7 @@ class cast final : public lending_operator {
  public:
   explicit cast(std::unique_ptr<operator_base> source) : operand_(std::move(source)) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  value_view lend(execution_context& context, value& scratch) const override;
 
  private:
   operand operand_;

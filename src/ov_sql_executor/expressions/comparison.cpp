@@ -7,30 +7,17 @@ namespace ov::sql_executor::operators {
 
 template <class Relation>
 truth comparison<Relation>::test(execution_context& context) const {
-  // The commonest comparisons, of a number column with a number or with another column, go without views.
-  if (left_.is_int64_property()) {
-    std::int64_t left = 0;
-    if (const auto* right = right_.find<std::int64_t>(context)) {
-      return left_.read_int64(context, left) ? to_truth(Relation::holds(left <=> *right)) : truth::unknown;
-    }
-    if (const auto* right = right_.find<double>(context)) {
-      if (!left_.read_int64(context, left)) return truth::unknown;
-      return to_truth(Relation::holds(compare_numbers(left, *right)));
-    }
-    if (right_.is_int64_property()) {
-      std::int64_t right = 0;
-      const bool has_right = right_.read_int64(context, right);
-      const bool has_left = left_.read_int64(context, left);
-      return has_left && has_right ? to_truth(Relation::holds(left <=> right)) : truth::unknown;
-    }
-  }
-  value right_room;
-  byte_buffer right_bytes;
-  const value_view right = right_.hold(context, right_room, right_bytes);
-  value left_room;
-  const value_view left = left_.lend(context, left_room);
-  const auto order = compare_values(left, right);
-  return order ? to_truth(Relation::holds(*order)) : truth::unknown;
+  return operand::compare(
+      left_, right_, context, truth::unknown,
+      [](auto left, auto right) { return to_truth(Relation::holds(compare_numbers(left, right))); },
+      [&] {
+        scratch_space right_scratch;
+        const value_view right = right_.pin(context, right_scratch);
+        value left_scratch;
+        const value_view left = left_.lend(context, left_scratch);
+        const auto order = compare_values(left, right);
+        return order ? to_truth(Relation::holds(*order)) : truth::unknown;
+      });
 }
 
 template class comparison<is_equal>;

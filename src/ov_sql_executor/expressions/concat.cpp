@@ -8,8 +8,8 @@ namespace ov::sql_executor::operators {
 value concat::evaluate(execution_context& context) const {
   db_util::unit_buffer joined;
   for (const operand& each : operands_) {
-    value room;
-    const value_view any = each.lend(context, room);
+    value scratch;
+    const value_view any = each.lend(context, scratch);
     const auto* text = expect_or_null<text_view>(any);
     if (text == nullptr) return operator_library::NullValue{};
     db_util::append_ucs2(*text, joined);

@@ -9,15 +9,15 @@
 namespace ov::sql_executor::operators {
 
 // The conversion to any alternative, as casts and conditionals need it: those of values/conversion.hpp, the one to a
-// set specifier, whose result is put into room, and to NullValue, which everything becomes. What source shows may lie
-// in room.
+// set specifier, whose result is put into scratch, and to NullValue, which everything becomes. What source shows may
+// lie in scratch.
 template <class Target>
-value_view convert_in(const value_view& source, value& room) {
+value_view convert_in(const value_view& source, value& scratch) {
   if constexpr (std::same_as<Target, operator_library::NullValue>) {
     return operator_library::NullValue{};
   } else if constexpr (std::same_as<Target, operator_library::SetSpecifier>) {
-    room = meta_data::to_set_specifier(source);
-    return view_of(room);
+    scratch = meta_data::to_set_specifier(source);
+    return view_of(scratch);
   } else {
     return convert_to<Target>(source);
   }

@@ -5,9 +5,9 @@
 namespace ov::sql_executor::operators {
 
 template <class Result>
-value_view if_op<Result>::lend(execution_context& context, value& room) const {
+value_view if_op<Result>::lend(execution_context& context, value& scratch) const {
   const operand& branch = condition_.holds(context) ? then_value_ : else_value_;
-  return convert_in<Result>(branch.lend(context, room), room);
+  return convert_in<Result>(branch.lend(context, scratch), scratch);
 }
 
 template class if_op<bool>;

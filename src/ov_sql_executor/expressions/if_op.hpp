@@ -18,7 +18,7 @@ class if_op final : public lending_operator {
         std::unique_ptr<operator_base> else_value)
       : condition_(std::move(condition)), then_value_(std::move(then_value)), else_value_(std::move(else_value)) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  value_view lend(execution_context& context, value& scratch) const override;
 
  private:
   operand condition_;

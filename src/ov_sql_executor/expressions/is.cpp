@@ -7,12 +7,12 @@
 
 namespace ov::sql_executor::operators {
 
-value_view is::lend(execution_context& context, value& room) const {
-  value type_room;
-  const value_view right = right_.hold(context, type_room);
+value_view is::lend(execution_context& context, value& scratch) const {
+  value type_scratch;
+  const value_view right = right_.pin(context, type_scratch);
   const auto* specifier = expect_or_null<std::u16string_view>(right);
   if (specifier == nullptr) return right;
-  const value_view left = left_.lend(context, room);
+  const value_view left = left_.lend(context, scratch);
   const auto* object = expect_or_null<OV_OBJ_REF>(left);
   if (object == nullptr) return left;
   const auto found = db_util::is_in_set(context.context_handle, *object, *specifier);

@@ -17,7 +17,7 @@ class is final : public lending_operator {
   is(std::unique_ptr<operator_base> object, std::unique_ptr<operator_base> type)
       : left_(std::move(object)), right_(std::move(type)) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  value_view lend(execution_context& context, value& scratch) const override;
 
  private:
   operand left_;

@@ -12,20 +12,20 @@ namespace ov::sql_executor::operators {
 // that whoever only looks at it would throw away. Both have the same result, errors and order of evaluation.
 class lending_operator : public error_handling::destroyed_in_turn<operator_base> {
  public:
-  // The value, held in the view itself, lying in the context, in a buffer of the core, or in room, which is free for
-  // the operator to use. Good until the next core call on the context, and as long as the context's lists and room
+  // The value, held in the view itself, lying in the context, in a buffer of the core, or in scratch, which is free for
+  // the operator to use. Good until the next core call on the context, and as long as the context's lists and scratch
   // stay.
-  virtual value_view lend(execution_context& context, value& room) const = 0;
+  virtual value_view lend(execution_context& context, value& scratch) const = 0;
 
   // The value where only its truth is wanted. Throws db_exception type_error when it is neither a bool nor NULL.
   virtual truth test(execution_context& context) const {
-    value room;
-    return to_truth(lend(context, room));
+    value scratch;
+    return to_truth(lend(context, scratch));
   }
 
   value evaluate(execution_context& context) const override {
-    value room;
-    return to_value(lend(context, room));
+    value scratch;
+    return to_value(lend(context, scratch));
   }
 };
 
@@ -34,7 +34,7 @@ class truth_operator : public lending_operator {
  public:
   truth test(execution_context& context) const override = 0;
 
-  value_view lend(execution_context& context, value& /*room*/) const final { return view_of_truth(test(context)); }
+  value_view lend(execution_context& context, value& /*scratch*/) const final { return view_of_truth(test(context)); }
 };
 
 // An operator that makes a value of its own each time.
@@ -42,9 +42,9 @@ class making_operator : public lending_operator {
  public:
   value evaluate(execution_context& context) const override = 0;
 
-  value_view lend(execution_context& context, value& room) const final {
-    room = evaluate(context);
-    return view_of(room);
+  value_view lend(execution_context& context, value& scratch) const final {
+    scratch = evaluate(context);
+    return view_of(scratch);
   }
 };
 

@@ -9,13 +9,12 @@
 namespace ov::sql_executor::operators {
 
 truth like::test(execution_context& context) const {
-  value pattern_room;
-  byte_buffer pattern_bytes;
-  const value_view right = right_.hold(context, pattern_room, pattern_bytes);
+  scratch_space pattern_scratch;
+  const value_view right = right_.pin(context, pattern_scratch);
   const auto* pattern = expect_or_null<text_view>(right);
   if (pattern == nullptr) return truth::unknown;
-  value room;
-  const value_view left = left_.lend(context, room);
+  value scratch;
+  const value_view left = left_.lend(context, scratch);
   const auto* text = expect_or_null<text_view>(left);
   if (text == nullptr) return truth::unknown;
   // The core's next answer may lie where its last one did: the text is copied before the pattern is converted, and the
@@ -30,8 +29,8 @@ truth like::test(execution_context& context) const {
 }
 
 value like_starts_with::evaluate(execution_context& context) const {
-  value room;
-  const value_view any = operand_.lend(context, room);
+  value scratch;
+  const value_view any = operand_.lend(context, scratch);
   const auto* pattern = expect_or_null<text_view>(any);
   if (pattern == nullptr) return operator_library::NullValue{};
   const std::u16string prefix = like_prefix(db_util::turbotext_to_ucs2(*pattern));

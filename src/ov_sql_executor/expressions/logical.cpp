@@ -7,16 +7,16 @@ namespace ov::sql_executor::operators {
 using operator_library::NullValue;
 
 template <bool Decisive, class Operands>
-value_view connective<Decisive, Operands>::lend(execution_context& context, value& room) const {
+value_view connective<Decisive, Operands>::lend(execution_context& context, value& scratch) const {
   const operand& last = operands_.back();
   bool has_null = false;
   for (const operand* each = operands_.data(); each != &last; ++each) {
-    const value_view view = each->lend(context, room);
+    const value_view view = each->lend(context, scratch);
     const bool* truth = expect_or_null<bool>(view);
     if (truth != nullptr && *truth == Decisive) return view;
     has_null = has_null || truth == nullptr;
   }
-  const value_view view = last.lend(context, room);
+  const value_view view = last.lend(context, scratch);
   if (!has_null) return view;
   const bool* truth = expect_or_null<bool>(view);
   if (truth != nullptr && *truth == Decisive) return view;

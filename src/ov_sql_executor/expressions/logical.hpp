@@ -34,7 +34,7 @@ class connective final : public lending_operator {
   template <std::same_as<std::vector<std::unique_ptr<operator_base>>> List>
   explicit connective(List operands) requires(is_list) : operands_(to_operands(std::move(operands))) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  value_view lend(execution_context& context, value& scratch) const override;
   truth test(execution_context& context) const override;
 
  private:

@@ -6,8 +6,8 @@ namespace ov::sql_executor::operators {
 
 template <bool WhenNull>
 truth null_test<WhenNull>::test(execution_context& context) const {
-  value room;
-  const value_view any = operand_.lend(context, room);
+  value scratch;
+  const value_view any = operand_.lend(context, scratch);
   if (std::holds_alternative<std::monostate>(any)) throw std::bad_variant_access();
   return to_truth(std::holds_alternative<operator_library::NullValue>(any) == WhenNull);
 }

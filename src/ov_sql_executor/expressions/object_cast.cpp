@@ -5,7 +5,7 @@
 
 namespace ov::sql_executor::operators {
 
-value_view object_cast::lend(execution_context& context, value& /*room*/) const {
+value_view object_cast::lend(execution_context& context, value& /*scratch*/) const {
   OV_OBJ_REF found = reference_;
   db_util::check(orv_context_lookup(context.context_handle, found.object_number, &found.second_word));
   return found;

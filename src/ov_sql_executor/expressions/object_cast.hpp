@@ -11,7 +11,7 @@ class object_cast final : public lending_operator {
  public:
   explicit object_cast(OV_OBJ_REF reference) : reference_(reference) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  value_view lend(execution_context& context, value& scratch) const override;
 
  private:
   OV_OBJ_REF reference_;

@@ -13,7 +13,7 @@ class oid final : public lending_operator {
  public:
   explicit oid(std::unique_ptr<operator_base> reference) : operand_(std::move(reference)) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  value_view lend(execution_context& context, value& scratch) const override;
 
  private:
   operand operand_;

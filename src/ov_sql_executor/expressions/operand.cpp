@@ -7,18 +7,18 @@ namespace ov::sql_executor::operators {
 
 namespace {
 
-// Whether what a view shows are the bytes or units of the value in room.
-bool lies_in(const value_view& view, const value& room) {
+// Whether what a view shows are the bytes or units of the value in scratch.
+bool lies_in(const value_view& view, const value& scratch) {
   if (const auto* text = std::get_if<text_view>(&view)) {
-    const auto* owner = std::get_if<db_string::tt_string>(&room);
+    const auto* owner = std::get_if<db_string::tt_string>(&scratch);
     return owner != nullptr && owner->data() == text->bytes.data();
   }
   if (const auto* binary = std::get_if<binary_view>(&view)) {
-    const auto* owner = std::get_if<operator_library::Binary>(&room);
+    const auto* owner = std::get_if<operator_library::Binary>(&scratch);
     return owner != nullptr && owner->bytes.data() == binary->bytes.data();
   }
   if (const auto* units = std::get_if<std::u16string_view>(&view)) {
-    const auto* owner = std::get_if<operator_library::SetSpecifier>(&room);
+    const auto* owner = std::get_if<operator_library::SetSpecifier>(&scratch);
     return owner != nullptr && owner->units.data() == units->data();
   }
   return false;
@@ -26,14 +26,15 @@ bool lies_in(const value_view& view, const value& room) {
 
 }  // namespace
 
-value_view operand::keep(const value_view& view, value& room) {
-  if (lies_in(view, room)) return view;
-  room = to_value(view);
-  return view_of(room);
+value_view operand::keep(const value_view& view, value& scratch) {
+  if (lies_in(view, scratch)) return view;
+  scratch = to_value(view);
+  return view_of(scratch);
 }
 
-value_view operand::keep(const value_view& view, value& room, byte_buffer& bytes) {
-  if (lies_in(view, room)) return view;
+value_view operand::keep(const value_view& view, scratch_space& scratch) {
+  if (lies_in(view, scratch.made)) return view;
+  auto& bytes = scratch.bytes;
   if (const auto* text = std::get_if<text_view>(&view)) {
     bytes.assign(text->bytes.begin(), text->bytes.end());
     return text_view{{bytes.data(), bytes.size()}};
@@ -42,7 +43,7 @@ value_view operand::keep(const value_view& view, value& room, byte_buffer& bytes
     bytes.assign(binary->bytes.begin(), binary->bytes.end());
     return binary_view{{bytes.data(), bytes.size()}};
   }
-  return keep(view, room);
+  return keep(view, scratch.made);
 }
 
 void operand::append_other(std::vector<value>& list, execution_context& context) const {
@@ -50,10 +51,10 @@ void operand::append_other(std::vector<value>& list, execution_context& context)
     list.push_back(expression_->evaluate(context));
     return;
   }
-  value room;
-  const value_view view = lend(context, room);
-  if (room.index() != 0 && lies_in(view, room)) {
-    list.push_back(std::move(room));
+  value scratch;
+  const value_view view = lend(context, scratch);
+  if (scratch.index() != 0 && lies_in(view, scratch)) {
+    list.push_back(std::move(scratch));
   } else {
     append_value(list, view);
   }

@@ -17,22 +17,27 @@
 
 namespace ov::sql_executor::operators {
 
-// Room for what the core lends; texts as they are in columns need no heap.
-using byte_buffer = boost::container::small_vector<std::uint8_t, 64>;
+// The caller's memory for values that lie nowhere else, and for bytes that the core lends; texts as they are in columns
+// need no heap. Views may point into it.
+struct scratch_space {
+  value made;
+  boost::container::small_vector<std::uint8_t, 64> bytes;
+};
 
 // An owned expression, and the cheapest way to its value: read where it lies in the context, lent by an operator of
 // this library, or evaluated by one that is not. Which one it is, is found out once, when the tree is built.
 //
-//    call        gives                     good until                                  for
-//    evaluate    a value                   always                                      what is kept
-//    append_to   a value in a list         always                                      rows
-//    lend        a view                    the next evaluation, or core call           the last operand of an operation
-//    hold        a view; what would not    room and bytes change, or the row is gone   the operands before it
-//                last is copied
-//    preserve    a view; all that it       room and bytes change                       rows that wait
-//                borrows is copied
-//
-// `room` is the caller's value, for results that lie nowhere else; views may point into it.
+//    call          gives                      valid until                               for
+//    evaluate      a value                    always                                    what is kept
+//    append_to     a value in a list          always                                    rows
+//    lend          a view                     the next evaluation, or core call         the last operand of an
+//    operation pin           a view; what would not     the scratch changes, or the row is gone   the operands before
+//    it
+//                  last is copied
+//    preserve      a view; all that it        the scratch changes                       rows that wait
+//                  borrows is copied
+//    visit         an int64 of a property     the call returns                          aggregates
+//                  as it is, or a view
 class operand {
  public:
   explicit operand(std::unique_ptr<operator_base> expression)
@@ -45,12 +50,12 @@ class operand {
   value evaluate(execution_context& context) const { return expression_->evaluate(context); }
 
   // A look at the value: for the operand that is evaluated last. See lending_operator::lend.
-  value_view lend(execution_context& context, value& room) const {
-    if (property_ != nullptr) return property_->read(context, room);
+  value_view lend(execution_context& context, value& scratch) const {
+    if (property_ != nullptr) return property_->read(context, scratch);
     if (context_read_ != nullptr) return view_of(context_read_->at(context));
-    if (lender_ != nullptr) return lender_->lend(context, room);
-    room = expression_->evaluate(context);
-    return view_of(room);
+    if (lender_ != nullptr) return lender_->lend(context, scratch);
+    scratch = expression_->evaluate(context);
+    return view_of(scratch);
   }
 
   // See lending_operator::test.
@@ -62,39 +67,59 @@ class operand {
   // Whether a condition holds; NULL counts as false.
   bool holds(execution_context& context) const { return test(context) == truth::yes; }
 
-  // A look that stays good while other operands are evaluated: see may_go for what is copied into room.
-  value_view hold(execution_context& context, value& room) const {
-    value_view view = lend(context, room);  // made where it is returned
-    if (may_go(view)) view = keep(view, room);
+  // A look that stays good while other operands are evaluated: see may_go for what is copied into the scratch.
+  value_view pin(execution_context& context, value& scratch) const {
+    value_view view = lend(context, scratch);  // made where it is returned
+    if (may_go(view)) view = keep(view, scratch);
     return view;
   }
 
-  // The same, with bytes copied into memory that can serve again.
-  value_view hold(execution_context& context, value& room, byte_buffer& bytes) const {
-    value_view view = lend(context, room);  // made where it is returned
-    if (may_go(view)) view = keep(view, room, bytes);
+  // Copies bytes into memory that can serve again.
+  value_view pin(execution_context& context, scratch_space& scratch) const {
+    value_view view = lend(context, scratch.made);  // made where it is returned
+    if (may_go(view)) view = keep(view, scratch);
     return view;
   }
 
   // A look that stays good when the row is gone, and the other lists of the context: what does not lie in the view is
   // copied.
-  value_view preserve(execution_context& context, value& room, byte_buffer& bytes) const {
-    if (is_int64_property()) return property_->read(context, room);  // the commonest, and never borrowed
-    value_view view = lend(context, room);                           // made where it is returned
-    if (borrows(view)) view = keep(view, room, bytes);
+  value_view preserve(execution_context& context, scratch_space& scratch) const {
+    if (is_int64_property()) return property_->read(context, scratch.made);  // the commonest, and never borrowed
+    value_view view = lend(context, scratch.made);                           // made where it is returned
+    if (borrows(view)) view = keep(view, scratch);
     return view;
   }
 
-  // Whether the operand is a property of int64; and the reading of its value, false for NULL.
-  bool is_int64_property() const { return property_ != nullptr && property_->is_int64(); }
-  bool read_int64(const execution_context& context, std::int64_t& number) const {
-    return property_->read_int64(context, number);
+  // Calls look with the value and returns what it returns: with an int64 that a property holds, otherwise with a view.
+  template <class Look>
+  auto visit(execution_context& context, Look look) const {
+    if (is_int64_property()) {
+      std::int64_t number = 0;
+      return property_->read_int64(context, number) ? look(number) : look(value_view(operator_library::NullValue{}));
+    }
+    value scratch;
+    return look(lend(context, scratch));
   }
 
-  // The value that lies in the context for this operand, if it is of this type; null where there is none.
-  template <class T>
-  const T* find(const execution_context& context) const {
-    return context_read_ != nullptr ? std::get_if<T>(&context_read_->at(context)) : nullptr;
+  // Compares the commonest operands without views: a property of int64 with a number of the context, or with another
+  // such property. Calls order with the two numbers, or otherwise if the operands are others. The right one is
+  // evaluated first. if_null: the result where one of them is NULL.
+  template <class Result, class Order, class Otherwise>
+  static Result compare(const operand& left, const operand& right, execution_context& context, Result if_null,
+                        Order order, Otherwise otherwise) {
+    if (!left.is_int64_property()) return otherwise();
+    std::int64_t number = 0;
+    if (const auto* found = right.find<std::int64_t>(context)) {
+      return left.property_->read_int64(context, number) ? order(number, *found) : if_null;
+    }
+    if (const auto* found = right.find<double>(context)) {
+      return left.property_->read_int64(context, number) ? order(number, *found) : if_null;
+    }
+    if (!right.is_int64_property()) return otherwise();
+    std::int64_t other = 0;
+    const bool has_right = right.property_->read_int64(context, other);
+    const bool has_left = left.property_->read_int64(context, number);
+    return has_left && has_right ? order(number, other) : if_null;
   }
 
   // The one position of the row stack that the operand reads, if it is that simple; and whether its value is just the
@@ -112,7 +137,15 @@ class operand {
   }
 
  private:
-  // The same for what is no property.
+  bool is_int64_property() const { return property_ != nullptr && property_->is_int64(); }
+
+  // The value that lies in the context for this operand, if it is of this type; null where there is none.
+  template <class T>
+  const T* find(const execution_context& context) const {
+    return context_read_ != nullptr ? std::get_if<T>(&context_read_->at(context)) : nullptr;
+  }
+
+  // For what is no property.
   void append_other(std::vector<value>& list, execution_context& context) const;
 
   // Whether evaluating other operands may take away what a view shows. The core lends texts and binaries. Those of the
@@ -125,8 +158,8 @@ class operand {
     return (std::holds_alternative<text_view>(view) || std::holds_alternative<binary_view>(view)) &&
            lender_ != nullptr && context_read_ == nullptr;
   }
-  static value_view keep(const value_view& view, value& room);
-  static value_view keep(const value_view& view, value& room, byte_buffer& bytes);
+  static value_view keep(const value_view& view, value& scratch);
+  static value_view keep(const value_view& view, scratch_space& scratch);
 
   template <class Operator>
   const Operator* lender_as() const {

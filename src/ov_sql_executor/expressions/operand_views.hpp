@@ -13,19 +13,14 @@ namespace ov::sql_executor::operators {
 // for one is put aside while the next is evaluated, in memory that serves for all rows.
 class operand_views {
  public:
-  explicit operand_views(std::size_t count) : slots_(count), views_(count) {}
+  explicit operand_views(std::size_t count) : scratch_(count), views_(count) {}
 
   // The values of the operands, which are as many as the count, evaluated in order. Good until the next call, the next
   // core call on the context or a change of its lists.
   std::span<const value_view> evaluate(std::span<const operand> operands, execution_context& context);
 
  private:
-  struct slot {
-    value room;
-    byte_buffer bytes;
-  };
-
-  std::vector<slot> slots_;
+  std::vector<scratch_space> scratch_;
   std::vector<value_view> views_;
 };
 

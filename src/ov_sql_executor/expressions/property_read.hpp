@@ -22,14 +22,14 @@ class property_read final : public lending_operator {
       : type_(type), column_(column), reference_tag_(reference_tag), position_(position) {}
 
   // Throws std::bad_variant_access when the position holds no reference, db_exception when the core fails.
-  value_view read(const execution_context& context, value& room) const {
+  value_view read(const execution_context& context, value& scratch) const {
     if (is_int64()) {
       std::int64_t number = 0;
       return read_int64(context, number) ? value_view(number) : operator_library::NullValue{};
     }
     const OV_OBJ_REF* object = object_in(context);
     if (object == nullptr) return operator_library::NullValue{};
-    return db_util::read_column(type_, context.context_handle, tagged(*object), column_, room);
+    return db_util::read_column(type_, context.context_handle, tagged(*object), column_, scratch);
   }
 
   // For a property of int64: reads its value, or returns false for NULL.
@@ -59,7 +59,7 @@ class property_read final : public lending_operator {
 
   std::size_t position() const { return static_cast<std::size_t>(position_); }
 
-  value_view lend(execution_context& context, value& room) const override { return read(context, room); }
+  value_view lend(execution_context& context, value& scratch) const override { return read(context, scratch); }
 
  private:
   // Null for NULL.

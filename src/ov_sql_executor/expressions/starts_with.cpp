@@ -17,11 +17,10 @@ struct prefix_family {
 
 }  // namespace
 
-value_view starts_with::lend(execution_context& context, value& room) const {
-  value prefix_room;
-  byte_buffer prefix_bytes;
-  const value_view prefix = right_.hold(context, prefix_room, prefix_bytes);
-  const value_view text = left_.lend(context, room);
+value_view starts_with::lend(execution_context& context, value& scratch) const {
+  scratch_space prefix_scratch;
+  const value_view prefix = right_.pin(context, prefix_scratch);
+  const value_view text = left_.lend(context, scratch);
   return pair_table<prefix_family>::dispatch(text, prefix);
 }
 

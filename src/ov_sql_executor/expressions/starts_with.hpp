@@ -15,7 +15,7 @@ class starts_with final : public lending_operator {
   starts_with(std::unique_ptr<operator_base> text, std::unique_ptr<operator_base> prefix)
       : left_(std::move(text)), right_(std::move(prefix)) {}
 
-  value_view lend(execution_context& context, value& room) const override;
+  value_view lend(execution_context& context, value& scratch) const override;
 
  private:
   operand left_;

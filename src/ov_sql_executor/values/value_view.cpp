@@ -16,4 +16,6 @@ void append_value(std::vector<value>& list, const value_view& view) {
   visit_view([&list](const auto& seen) { append_shown(list, seen); }, view);
 }
 
+void make_room_for_value(std::vector<value>& list) { list.reserve(2 * list.size() + 1); }
+
 }  // namespace ov::sql_executor

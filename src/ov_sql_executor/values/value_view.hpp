@@ -94,6 +94,16 @@ decltype(auto) build_shown(const View& seen, Make make) {
   }
 }
 
+[[gnu::noinline]] void make_room_for_value(std::vector<value>& list);
+
+// Appends a value to a list that hardly ever grows: growing is kept out of the way.
+template <class Alternative>
+void append_in_place(std::vector<value>& list, Alternative&& alternative) {
+  if (list.size() == list.capacity()) make_room_for_value(list);
+  if (list.size() == list.capacity()) __builtin_unreachable();
+  list.emplace_back(std::forward<Alternative>(alternative));
+}
+
 // A value of its own, texts and bytes copied. Throws std::bad_variant_access for the view of a valueless value.
 value to_value(const value_view& view);
 

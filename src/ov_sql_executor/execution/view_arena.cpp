@@ -1,4 +1,4 @@
-#include "ov_sql_executor/values/view_keeper.hpp"
+#include "ov_sql_executor/execution/view_arena.hpp"
 
 #include <cstring>
 #include <type_traits>
@@ -6,7 +6,7 @@
 namespace ov::sql_executor {
 
 template <class Unit>
-const Unit* view_keeper::copy(const Unit* units, std::size_t count) {
+const Unit* view_arena::copy(const Unit* units, std::size_t count) {
   if (count == 0) return nullptr;
   void* const room = memory_.allocate(count * sizeof(Unit), alignof(Unit));
   std::memcpy(room, units, count * sizeof(Unit));
@@ -14,7 +14,7 @@ const Unit* view_keeper::copy(const Unit* units, std::size_t count) {
 }
 
 // By alternative: a view that was just made is still being written in parts, and copying it whole would wait for them.
-void view_keeper::append_to(large_vector<value_view>& list, const value_view& view) {
+void view_arena::append_to(large_vector<value_view>& list, const value_view& view) {
   visit_view(
       [&]<class View>(const View& seen) {
         if constexpr (std::is_same_v<View, std::monostate>) {

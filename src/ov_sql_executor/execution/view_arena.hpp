@@ -1,5 +1,5 @@
-#ifndef OV_SQL_EXECUTOR_VALUES_VIEW_KEEPER_HPP_
-#define OV_SQL_EXECUTOR_VALUES_VIEW_KEEPER_HPP_
+#ifndef OV_SQL_EXECUTOR_EXECUTION_VIEW_ARENA_HPP_
+#define OV_SQL_EXECUTOR_EXECUTION_VIEW_ARENA_HPP_
 
 #include <memory_resource>
 
@@ -10,7 +10,7 @@ namespace ov::sql_executor {
 
 // Makes views that stay good as long as it lives: the texts, binaries and set specifiers that they show are copied one
 // behind the other into memory that is freed all at once. Keeping a view so costs less than making a value.
-class view_keeper {
+class view_arena {
  public:
   // Appends a view of what this one shows. Throws std::bad_variant_access for the view of a valueless value.
   void append_to(large_vector<value_view>& list, const value_view& view);
@@ -27,4 +27,4 @@ class view_keeper {
 
 }  // namespace ov::sql_executor
 
-#endif  // OV_SQL_EXECUTOR_VALUES_VIEW_KEEPER_HPP_
+#endif  // OV_SQL_EXECUTOR_EXECUTION_VIEW_ARENA_HPP_
