@@ -22,3 +22,10 @@ file(RELATIVE_PATH libdir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FU
 file(RELATIVE_PATH includedir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 configure_file(${CMAKE_CURRENT_LIST_DIR}/ov_sql_executor.pc.in ov_sql_executor.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/ov_sql_executor.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# What the headers refer to: the meaning of the operations, and programs that need nothing but the install tree.
+install(FILES ${PROJECT_SOURCE_DIR}/docs/operations.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES
+  ${PROJECT_SOURCE_DIR}/tests/packaging/consumer/first_query.cpp
+  ${PROJECT_SOURCE_DIR}/tests/packaging/consumer/read_table.cpp
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)

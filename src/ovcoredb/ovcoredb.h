@@ -7,11 +7,15 @@
  *  1. Handles (context, index, iterator) are 64-bit numbers, never pointers. 0 names nothing.
  *  2. Every call returns a 32-bit status unless its comment says otherwise: 0 is success, ORV_NO_VALUE says that a
  *     column holds nothing, everything else is a failure and leaves the out parameters unwritten. The statuses that
- *     this core gives are listed below; a caller passes on any that it does not know.
+ *     this core gives are listed below; a caller passes on any that it does not know. So a core may stop a statement:
+ *     whatever else it returns from any call (but orv_iterator_free) leaves the executor as db_exception with that
+ *     status. It is seen when the executor next calls the core: by a scan at its next row, but not while rows are
+ *     sorted, or handed out after they were.
  *  3. Result buffers belong to the core. They stay valid until the next call on the same context (an iterator counts as
  *     its context's); the caller copies or compares at once and never frees.
  *  4. Counted blocks (texts as UCS-2, encoded texts) start with a 32-bit little-endian count, followed directly by that
- *     many units (2 bytes each) or bytes. Blocks are aligned to 4 bytes.
+ *     many units (2 bytes each) or bytes. Blocks are aligned to 4 bytes. Where the status is 0, their pointer is not
+ *     null, also for an empty text.
  *  5. Texts passed in as UCS-2 end with a zero unit. Encoded texts are passed as pointer and length.
  *  6. A context and its iterators belong to one thread at a time; different contexts may be used by different threads.
  *     Nothing is written to the database while anybody reads.
@@ -114,7 +118,10 @@ ORV_API uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, u
 /* The next object of the range; object_number 0 when the range is exhausted (and again on every later call). */
 ORV_API uint32_t orv_iterator_next(uint64_t iterator, ORV_REFERENCE_VALUE* reference);
 
-/* Releases the iterator. A handle that was freed before is refused with ORV_BAD_ITERATOR. */
+/*
+ * Releases the iterator. A handle that was freed before is refused with ORV_BAD_ITERATOR. The executor does not look at
+ * the status of a scan's iterator; one over metadata that cannot be freed ends the process.
+ */
 ORV_API uint32_t orv_iterator_free(uint64_t iterator);
 
 /* ---- Objects ----------------------------------------------------------------------------------------------------- */
@@ -141,7 +148,10 @@ ORV_API uint32_t orv_context_get_reference(uint64_t context, uint64_t object_num
 ORV_API uint32_t orv_context_get_string(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                                         const uint8_t** out); /* text columns: a UCS-2 block */
 
-/* The set specifier of the object's type, as a UCS-2 block. A derived type's specifier begins with its base's. */
+/*
+ * The set specifier of the object's type, as a UCS-2 block. A derived type's specifier begins with its base's. The tag
+ * in second_word has to be that of the object's table or of one that it derives from, as for a column.
+ */
 ORV_API uint32_t orv_context_get_setspec(uint64_t context, uint64_t object_number, uint64_t second_word,
                                          const uint8_t** out);
 
@@ -172,7 +182,9 @@ ORV_API uint32_t orv_context_convert_turbotext_to_base_ucs2(uint64_t context, co
  * Without a context. The absolute value of the result is the number of units of the text. When capacity is at least one
  * more, the units and a zero unit are written and the result is not negative; otherwise the result is negative (or 0
  * for the empty text), and what the array then holds is of no use. Bytes that are not an encoded text count as the
- * empty text. INT32_MIN: memory is exhausted, or the text has more units than the result can say.
+ * empty text. INT32_MIN: memory is exhausted, or the text has more units than the result can say. The executor calls
+ * twice, to measure and to convert, and looks at both results for INT32_MIN, which it raises as ORV_OUT_OF_MEMORY;
+ * units that the second call does not write are zero to it.
  */
 ORV_API int32_t orv_convert_turbotext_to_ucs2(const uint8_t* text, uint32_t length, ORV_UCS2* units, uint32_t capacity);
 ORV_API int32_t orv_convert_turbotext_to_base_ucs2(const uint8_t* text, uint32_t length, ORV_UCS2* units,
@@ -189,8 +201,9 @@ ORV_API uint32_t orv_context_convert_ucs2_to_setspectt(uint64_t context, const O
                                                        const uint8_t** result);
 
 /*
- * Without a context: the result is the number of bytes needed; they are written when capacity is at least that.
- * 0 when units is null.
+ * Without a context: the result is the number of bytes needed; they are written when capacity is at least that and
+ * buffer is not null. 0, which no text needs: units is null, upper_limit is neither 0 nor 1, or the text needs more
+ * bytes than the result can say.
  */
 ORV_API uint32_t orv_convert_ucs2_to_turbotext(const ORV_UCS2* units, uint8_t upper_limit, uint8_t* buffer,
                                                uint32_t capacity);

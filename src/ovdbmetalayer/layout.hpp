@@ -1,5 +1,20 @@
 // Where the metadata lie: the tags of their tables, their column numbers and the handles of their indexes. Whoever
 // writes metadata creates tables and indexes with these numbers; whoever reads them finds them there.
+//
+// For each table of the application there is one object in table, and in member one for each column that the table
+// declares itself, not for those of its base. Every table also declares columns 0 (uint64) and 1 (any type: it reads as
+// the set specifier), so that the columns of its members are 0, 1, 2 and so on; Plan throws std::out_of_range where
+// they are not. A reference_tag, a member's column, an index's handle, a position and ascending have to be there: Plan
+// throws db_exception 4272 where one has no value. Members are found by their names, so that each has one.
+//
+// The numbers are not checked against the data. What the included core answers to wrong ones:
+//
+//    the tag in a reference to metadata    4105, thrown by Plan
+//    reference_tag, a member's column      4105, thrown where the property is read, or another column's value
+//    the type of a member                  4106, thrown where the property is read
+//    the index or the handle of a scan     rows of the other table's objects; 4105 where a property of them is read
+//
+// share/doc/ov_sql_executor/examples/read_table.cpp writes all of it for one table.
 #ifndef OVDBMETALAYER_LAYOUT_HPP_
 #define OVDBMETALAYER_LAYOUT_HPP_
 
@@ -52,7 +67,7 @@ inline constexpr std::uint32_t ascending = 6;  // bool
 
 namespace set_specifier_column {
 inline constexpr std::uint32_t text = 3;       // text: the set specifier
-inline constexpr std::uint32_t name_word = 4;  // uint64: first word of the name's raw view, see DottedName2RawView
+inline constexpr std::uint32_t name_word = 4;  // uint64: first word of the raw view of its name, case folded
 }  // namespace set_specifier_column
 
 // The keys of the indexes, all columns ascending.

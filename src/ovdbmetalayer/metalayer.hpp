@@ -20,7 +20,8 @@
 
 namespace metalayer {
 
-// The calling thread's context for metadata reads. A host sets it before it plans or converts type names; 0 until then.
+// The calling thread's context for metadata reads. A host sets it on each thread that plans or converts type names; it
+// is 0 until then, and such a read is db_exception 4101 from the included core.
 struct OVDBMETALAYER_API TlsMetalayerContext {
   static std::uint64_t& Current();
 };

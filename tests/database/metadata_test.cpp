@@ -103,7 +103,24 @@ TEST_F(Metadata, what_has_no_value_is_empty) {
   const OV_OBJ_REF orphan = add(layout::table_tag::member, {{9, std::int64_t{5}}});
   EXPECT_EQ(meta_data::property_table(orphan).table.object_number, 0U);
   EXPECT_EQ(meta_data::property_type_object(orphan).object_number, 0U);
-  EXPECT_EQ(outcome([&] { meta_data::reference_tag({nameless, nullptr}); }), "4272") << "a tag there must be";
+}
+
+TEST_F(Metadata, numbers_and_flags_without_a_value_are_errors) {
+  const OV_OBJ_REF empty_table = add(layout::table_tag::table, {});
+  const OV_OBJ_REF empty_index = add(layout::table_tag::index, {});
+  const OV_OBJ_REF empty_member = add(layout::table_tag::member, {{3, empty_table}, {6, u"m"}});
+  EXPECT_EQ(outcome([&] { meta_data::reference_tag({empty_table, nullptr}); }), "4272");
+  EXPECT_EQ(outcome([&] { meta_data::index_handle(empty_index); }), "4272");
+  EXPECT_EQ(outcome([&] { meta_data::property_column(empty_member); }), "4272");
+  EXPECT_EQ(outcome([&] { meta_data::make_table_ref(empty_table); }), "4272");
+  EXPECT_EQ(outcome([&] { meta_data::property_type(empty_member); }), "4272");
+  const OV_OBJ_REF member = add_member({1, 0}, u"m", add_type(3), 2);
+  const OV_OBJ_REF no_position = add(layout::table_tag::index, {});
+  add(layout::table_tag::indexed_column, {{3, no_position}, {4, member}, {6, true}});
+  EXPECT_EQ(outcome([&] { meta_data::index_key_columns(no_position); }), "4272");
+  const OV_OBJ_REF no_direction = add(layout::table_tag::index, {});
+  add(layout::table_tag::indexed_column, {{3, no_direction}, {4, member}, {5, std::uint64_t{0}}});
+  EXPECT_EQ(outcome([&] { meta_data::index_key_columns(no_direction); }), "4272");
 }
 
 TEST_F(Metadata, types_follow_the_primitive_type_but_for_column_1) {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "ov_sql_executor/errors/destroyed_in_turn.hpp"
-#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/errors/raise.hpp"
 #include "ov_sql_executor/errors/utf8.hpp"
 
 namespace error_handling {

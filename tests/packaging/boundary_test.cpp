@@ -5,13 +5,16 @@
 #include <boost/numeric/conversion/converter_policies.hpp>
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <stdexcept>
+#include <string>
 #include <utility>
 #include <variant>
 
 #include "ov_sql_executor/database/context_handle.hpp"
 #include "ov_sql_executor/database/obj_ref.hpp"
 #include "ov_sql_executor/errors/db_exception.hpp"
+#include "ov_sql_executor/errors/describe.hpp"
 #include "ov_sql_executor/errors/ov_exception.hpp"
 #include "ov_sql_executor/planning/plan.hpp"
 #include "valueless.hpp"
@@ -70,6 +73,16 @@ TEST(LibraryBoundary, HelpersLinkFromOutside) {
   handle = db_util::ContextHandle(4);
   EXPECT_EQ(handle.context_handle(), 4U);
   EXPECT_EQ(metalayer::TlsContextHandle::context_handle(), 0U);
+}
+
+TEST(LibraryBoundary, EveryCodeHasWordsOfItsOwn) {
+  using error_handling::describe;
+  const std::string unknown = describe(5555);
+  EXPECT_EQ(unknown, "a status of the core");
+  std::set<std::string> words = {unknown};
+  const std::uint32_t codes[] = {0,    1027, 4197, 7020, 7041, 7007, 7022, 7042, 4272, 4101,
+                                 4102, 4103, 4104, 4105, 4106, 4107, 4108, 4109, 4110, 4111};
+  for (const std::uint32_t code : codes) EXPECT_TRUE(words.insert(describe(code)).second) << code;
 }
 
 }  // namespace

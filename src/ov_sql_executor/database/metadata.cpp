@@ -8,7 +8,7 @@
 #include "ov_sql_executor/database/core_text.hpp"
 #include "ov_sql_executor/database/db_iterator.hpp"
 #include "ov_sql_executor/database/status.hpp"
-#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/errors/raise.hpp"
 #include "ov_sql_executor/errors/subscript.hpp"
 #include "ov_sql_executor/values/encoded_text.hpp"
 #include "ovcoredb/ovcoredb.h"

@@ -8,7 +8,8 @@
 namespace db_util {
 
 // A failure met while rows are produced or metadata are read: a status of the core database, passed on unchanged, or
-// one of the codes below. Thrown and caught by value; deliberately not a std::exception.
+// one of the codes below; describe.hpp puts either into words. Thrown and caught by value; deliberately not a
+// std::exception.
 struct OV_SQL_EXECUTOR_API db_exception {
   std::uint32_t code;
 };
@@ -16,8 +17,9 @@ struct OV_SQL_EXECUTOR_API db_exception {
 // Codes raised by this library's own logic.
 inline constexpr std::uint32_t unsupported_conversion = 1027;  // no conversion between the two types
 inline constexpr std::uint32_t key_too_long = 4197;            // an index key does not fit its buffer
-inline constexpr std::uint32_t type_error = 7020;    // an operand of a type that the operation does not accept
-inline constexpr std::uint32_t out_of_range = 7041;  // overflow, division by zero, a value outside the target's range
+inline constexpr std::uint32_t type_error = 7020;  // an operand of a type that the operation does not accept
+// Overflow, division by zero, a value outside the target's range; a NaN in an ordering, a maximum or a minimum.
+inline constexpr std::uint32_t out_of_range = 7041;
 
 // The core's status for a column that holds no value.
 inline constexpr std::uint32_t no_value_status = 4272;

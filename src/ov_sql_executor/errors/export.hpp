@@ -4,12 +4,9 @@
 
 #if defined(_WIN32)
 #define OV_SQL_EXECUTOR_API
-#define OV_SQL_EXECUTOR_HIDDEN
 #else
 // On a function: exported. On a class: its type information is shared, so that a host can catch or derive from it.
 #define OV_SQL_EXECUTOR_API __attribute__((visibility("default")))
-// On a member of such a class: kept inside the library.
-#define OV_SQL_EXECUTOR_HIDDEN __attribute__((visibility("hidden")))
 #endif
 
 #endif  // OV_SQL_EXECUTOR_ERRORS_EXPORT_HPP_

@@ -16,31 +16,27 @@ using error_detail = std::array<std::uint32_t, 4>;
 inline constexpr error_detail no_detail = {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF};
 
 // Codes of OVException.
-inline constexpr std::uint32_t internal_error = 7007;
-inline constexpr std::uint32_t not_implemented = 7022;
-inline constexpr std::uint32_t bad_escape = 7042;
+inline constexpr std::uint32_t internal_error = 7007;   // a projection item that is no column, a column not in scope
+inline constexpr std::uint32_t not_implemented = 7022;  // what plan.hpp refuses; a stack that is too small
+inline constexpr std::uint32_t bad_escape = 7042;       // a LIKE pattern with an escape before nothing special
 
 // An error in the plan or in the statement's text: a number and a message. Thrown by value, mostly by Plan; while a
-// statement runs only for a LIKE pattern (7042) and for a stack that is too small (7022).
+// statement runs only for a LIKE pattern (7042) and for a stack that is too small (7022). Only the library makes one;
+// whoever catches it may copy it.
 class OV_SQL_EXECUTOR_API OVException : public std::exception {
  public:
-  // message holds one UTF-16 unit per character. Throws std::range_error "bad conversion" if it is not valid UTF-16.
-  OV_SQL_EXECUTOR_HIDDEN OVException(std::uint32_t error_code, std::wstring_view error_message,
-                                     const error_detail& error_detail_bits);
-
   // The message in UTF-8.
   const char* what() const noexcept override { return utf8_message.c_str(); }
 
   std::uint32_t code;
-  std::wstring message;
+  std::wstring message;  // one UTF-16 unit per character
   error_detail detail;
   std::string utf8_message;
+
+ private:
+  friend struct exception_maker;
+  OVException(std::uint32_t error_code, std::wstring_view error_message, const error_detail& error_detail_bits);
 };
-
-[[noreturn]] void raise_error(std::uint32_t code, const error_detail& detail, std::wstring_view message);
-
-// raise_error with the code not_implemented.
-[[noreturn]] void raise_not_implemented(const error_detail& detail, std::wstring_view message);
 
 }  // namespace error_handling
 

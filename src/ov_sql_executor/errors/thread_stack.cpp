@@ -9,7 +9,7 @@
 #include <pthread.h>
 #endif
 
-#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/errors/raise.hpp"
 #include "ov_sql_executor/errors/stack_weights.hpp"
 
 namespace error_handling {

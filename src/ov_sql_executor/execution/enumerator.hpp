@@ -18,16 +18,17 @@ class OV_SQL_EXECUTOR_API enumerator {
   // discarded.
   //
   // Throws, as does opening one (node::create_enumerator)
-  //   db_util::db_exception        a status of the core, or one of the codes of db_exception.hpp
+  //   db_util::db_exception        a status of the core, whatever it is, or one of the codes of db_exception.hpp; among
+  //                                them 7041 for a NaN in ORDER BY, Maximum or Minimum
   //   error_handling::OVException  7042 for a LIKE pattern with an escape before nothing special; 7022 where the
   //                                plan is too deep for this thread's stack
-  //   std::logic_error             values that do not compare in ORDER BY, Maximum or Minimum; an index key of float or
-  //                                double; a prefix of a key column of numbers
+  //   std::logic_error             "incompatible types": values of two types in ORDER BY, Maximum or Minimum; an index
+  //                                key of float or double; a prefix of a key column of numbers
   //   std::out_of_range            a parameter that was not supplied; ranges for more columns than the index has
   //   std::bad_variant_access      a valueless value; a property of something that is no reference
   //   std::length_error            more than 2^32 groups, or distinct rows
   //   std::bad_alloc, and std::runtime_error where the system has no random numbers to hash by
-  // and, unchanged, what an operator or a node of the host's own throws.
+  // share/doc/ov_sql_executor/operations.md says which operation raises what.
   virtual std::optional<row> next(execution_context& context) = 0;
 
   virtual ~enumerator() = default;

@@ -26,8 +26,11 @@ using result_type_tag = std::variant<meta_support::TypeIdentity<bool>, meta_supp
                                      meta_support::TypeIdentity<SetSpecifier>, meta_support::TypeIdentity<NullValue>>;
 
 // What all operations hold. Too few operands are refused when the plan is translated; surplus ones are ignored. The
-// result type is what the host says it is: it chooses the conversion of a Conditional and names the type of a result
-// column, and nothing checks it.
+// result type is what the host says it is, and nothing checks it: it chooses the conversion of a Conditional, and it is
+// the type of a result column where a computed reference names the operation (see column_type in plan.hpp).
+//
+// What each operation yields of which operands, in which order it evaluates them and what it raises is written in
+// share/doc/ov_sql_executor/operations.md.
 struct operation {
   result_type_tag result_type;
   std::vector<expression> operands;
@@ -66,13 +69,16 @@ struct ToText : operation {};          // 29
 struct ToSetSpecifier : operation {};  // 30
 struct PrefixPattern : operation {};   // 31, pattern
 
-// The value of the statement's parameter of that number, expected to be of alternative T.
+// The value of the statement's parameter of that number, expected to be of alternative T: nothing checks it. It is
+// taken as it is. A reference among the parameters needs its whole second word where TypeTest looks at it; a property
+// read sets the tag itself.
 template <class T>
 struct parameter {
   std::uint64_t number = 0;
 };
 
-// A value of the statement's text (0 to 10), or a parameter (11 to 21).
+// A value of the statement's text (0 to 10), or a parameter (11 to 21). A reference is completed at every evaluation:
+// orv_context_lookup fills its second word, or its status is raised.
 using literal = std::variant<bool, db_string::tt_string, std::uint64_t, std::int64_t, Decimal, double, float, Binary,
                              OV_OBJ_REF, SetSpecifier, NullValue,  //
                              parameter<bool>, parameter<db_string::tt_string>, parameter<std::uint64_t>,

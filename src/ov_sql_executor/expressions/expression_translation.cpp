@@ -7,7 +7,7 @@
 
 #include "ov_sql_executor/database/metadata.hpp"
 #include "ov_sql_executor/errors/complete.hpp"
-#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/errors/raise.hpp"
 #include "ov_sql_executor/errors/subscript.hpp"
 #include "ov_sql_executor/expressions/arithmetic.hpp"
 #include "ov_sql_executor/expressions/cast.hpp"

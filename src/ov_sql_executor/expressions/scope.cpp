@@ -6,7 +6,7 @@
 #include <variant>
 
 #include "ov_sql_executor/errors/complete.hpp"
-#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/errors/raise.hpp"
 #include "ov_sql_executor/expressions/constants.hpp"
 
 namespace ov::sql_executor {

@@ -9,7 +9,7 @@
 
 #include "ov_sql_executor/database/metadata.hpp"
 #include "ov_sql_executor/errors/complete.hpp"
-#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/errors/raise.hpp"
 #include "ov_sql_executor/execution/aggregator.hpp"
 #include "ov_sql_executor/execution/extension.hpp"
 #include "ov_sql_executor/execution/filter.hpp"

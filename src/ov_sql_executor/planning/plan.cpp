@@ -3,7 +3,7 @@
 #include <memory>
 #include <utility>
 
-#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/errors/raise.hpp"
 #include "ov_sql_executor/errors/stack_weights.hpp"
 #include "ov_sql_executor/errors/thread_stack.hpp"
 #include "ov_sql_executor/execution/deep_root.hpp"

@@ -21,9 +21,15 @@ struct RefInfo {
   std::wstring name;
 };
 
-// The type of a result column, as the plan states it: of an operation its result type, of a column the type of its
-// name. Values of another type are passed on as they are. Alternatives 0 to 8 are those of value; reference columns are
-// always RefInfo.
+// The type of a result column, as the plan states it: the alternative that the item names, the T of its
+// property_column<T> or computed<T>. Values of another type are passed on as they are. Alternatives 0 to 8 are those of
+// value; columns of set specifiers and of NullValue are refused. References are RefInfo:
+//
+//    a variable                     the name of its table
+//    a property                     the name of the table that it refers to
+//    computed<OV_OBJ_REF>           what its definition is, looked for in the Extensions first, then in groupings,
+//                                   aggregates and GenerativeAssignments; of an operation its result type, where a
+//                                   reference has no name
 using column_type =
     std::variant<meta_support::TypeIdentity<bool>, meta_support::TypeIdentity<db_string::tt_string>,
                  meta_support::TypeIdentity<std::uint64_t>, meta_support::TypeIdentity<std::int64_t>,
@@ -48,7 +54,10 @@ using column_type =
 //   error_handling::OVException  7022 for what is not supported, an input that is a null pointer, and what is nested
 //                                too deeply; 7007 for a projection item that is not a column, and for a column that is
 //                                not in scope
-//   db_util::db_exception        a status of the core, met while metadata were read
+//   db_util::db_exception        a status of the core, met while metadata were read: 4101 of the included core where
+//   the
+//                                thread has no metadata-layer context, 4105 for a reference with a wrong tag, 4272 for
+//                                metadata without a number or a flag that has to be there
 //   boost::numeric::positive_overflow  more than 32768 literals, parameters or columns in scope; a host without Boost
 //                                catches std::bad_cast
 //   std::out_of_range            an operation or aggregate without the operands it needs; a table whose members are not

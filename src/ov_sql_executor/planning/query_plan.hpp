@@ -1,5 +1,14 @@
 // The physical plan that the host builds and hands to physical_to_exec::Plan. The order of the alternatives and the
-// layout of their fields are part of the interface.
+// layout of their fields are part of the interface. share/doc/ov_sql_executor/operations.md says how values are ordered
+// and grouped, and what the aggregates yield.
+//
+// A column is looked for in the enclosing rows first, outermost first, then in the node's input row, left before right;
+// the first that has the name is meant. So where both sides of a join define a column, or have the same variable, the
+// outer (left) one is read; where a row defines a column twice, the first.
+//
+// Rows are made when they are asked for, and errors are raised then: a Filter looks at rows that are there, so it does
+// not protect an Extension below it from the rows that it would drop. Rows that nobody gets, since an offset skips them
+// or a Filter drops them, are evaluated and may raise.
 #ifndef OV_SQL_EXECUTOR_PLANNING_QUERY_PLAN_HPP_
 #define OV_SQL_EXECUTOR_PLANNING_QUERY_PLAN_HPP_
 
@@ -46,7 +55,9 @@ struct order_key {
 //                                     values
 //    CountDistinct, CountDistinctRows uint64
 //
-// NULL is no value for them, except for the distinct counts, which count it like one.
+// NULL is no value for them, except for the distinct counts, which count it like one. The input is read and the
+// arguments evaluated when the first row is asked for. Among more than 1,024 groups, up to fifteen further rows may
+// have been read when an aggregate raises an error; the error is the first all the same.
 struct aggregation {
   std::variant<meta_support::TypeIdentity<std::int64_t>, meta_support::TypeIdentity<Decimal>,
                meta_support::TypeIdentity<double>, meta_support::TypeIdentity<float>>
@@ -66,9 +77,10 @@ struct CountDistinctRows : aggregation {};  // 7, any number: the distinct rows 
 
 using aggregate = std::variant<SumOf, CountOf, CountRows, Maximum, Minimum, Average, CountDistinct, CountDistinctRows>;
 
-// A bound on a key column. rejects_null: objects without a value in the column do not match, and a NULL bound matches
-// nothing. Otherwise NULL, in the column and as the bound, is a key below all others; but where the bound of a column
-// of numbers is below all that the column can hold, objects without a value count as above it.
+// A bound on a key column. It is evaluated when the enumerator is created, against the enclosing rows. rejects_null:
+// objects without a value in the column do not match, and a NULL bound matches nothing. Otherwise NULL, in the column
+// and as the bound, is a key below all others; but where the bound of a column of numbers is below all that the column
+// can hold, objects without a value count as above it. A NULL prefix matches nothing, whatever rejects_null says.
 struct bound {
   physical_queryplan::expression expression;
   bool rejects_null = true;
@@ -80,7 +92,11 @@ struct bound {
 };
 
 // The bounds on one leading key column of a scan; all of them hold together. Without any, the column is unrestricted.
-// Bounds on several columns: see Scan. Prefixes are for texts and set specifiers.
+// Bounds on several columns: see Scan. Prefixes are for texts and set specifiers. What bounds a column takes: see
+// operations.md.
+//
+// A prefix made by PrefixPattern loses rows that LIKE would match: LIKE ignores case, keys do not. It is the empty text
+// for a pattern without a wildcard.
 struct scan_range {
   std::set<bound> equal_to;
   std::set<bound> less_than;
@@ -103,7 +119,7 @@ struct LeftJoin {
 };
 
 // 2: pairs of rows of two independent inputs for which the condition holds (all, without one), and the rows of either
-// side without a partner, extended with NULLs.
+// side without a partner, extended with NULLs. Both inputs are opened at once.
 struct FullJoin {
   std::optional<expression> condition;
   child_ptr left;
@@ -117,6 +133,9 @@ struct FullJoin {
 // bounds say what the column is equal to. Otherwise the interval takes in other objects, too, and a Filter has to stay
 // above: for (a, b) with a > 5 and b = 3 it goes from (5, 3) up, and b is anything. An object that matches is never
 // left out.
+//
+// Creating the enumerator evaluates the bounds and opens the iterator. Ranges for more columns than the key has throw
+// std::out_of_range then.
 struct Scan {
   physical_queryplan::variable variable;
   OV_OBJ_REF index{};
@@ -124,7 +143,8 @@ struct Scan {
   bool ascending = true;
 };
 
-// 4: the child's rows for which the predicate is true.
+// 4: the child's rows for which the predicate is true; false and NULL drop a row, anything else is a db_exception
+// type_error.
 struct Filter {
   expression predicate;
   child_ptr child;
@@ -136,7 +156,7 @@ struct Projection {
   child_ptr child;
 };
 
-// 6: one row of one value.
+// 6: one row of one value, evaluated when the row is asked for, against the enclosing rows.
 struct GenerativeAssignment {
   physical_queryplan::expression expression;
   column_ref column;
@@ -157,20 +177,30 @@ struct Aggregation {
 
 // 9: the child's rows, sorted; the first key is the most significant, NULL is below every value, and rows with equal
 // keys stay in order.
+//
+// Creating the enumerator reads the whole input and evaluates the keys of every row, then sorts. Sorting throws
+// std::logic_error "incompatible types" where two values of one key are of different types, and db_exception
+// out_of_range for a NaN, as far as keys are compared: a later key only among rows whose earlier ones are equal, and
+// the key of a single row never. A LimitOffset above changes nothing about errors.
 struct OrderBy {
   std::vector<order_key> keys;
   child_ptr child;
 };
 
-// 10: the child's rows without the first offset ones, at most limit of them. Both are converted to uint64 when the
-// statement is opened; NULL is a db_exception type_error.
+// 10: the child's rows without the first offset ones, at most limit of them.
+//
+// Each time the enumerator is created, also for every outer row of a join, limit and offset are evaluated against the
+// enclosing rows, then limit and offset are converted to uint64, then the child is opened and the offset skipped.
+// Throws db_exception type_error for NULL, out_of_range for a negative number or one that is too large,
+// unsupported_conversion for a text, type_error for what else is no number. A limit of 0 skips the offset, too.
 struct LimitOffset {
   std::optional<expression> limit;
   std::optional<expression> offset;
   child_ptr child;
 };
 
-// 11: all rows of the left input, then all of the right. Both have the same columns.
+// 11: all rows of the left input, then all of the right. Both have the same columns, and both are opened before the
+// first row.
 struct Union {
   child_ptr left;
   child_ptr right;

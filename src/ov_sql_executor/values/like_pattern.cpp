@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/errors/raise.hpp"
 #include "ov_sql_executor/values/unit_search.hpp"
 
 namespace ov::sql_executor {

@@ -9,8 +9,11 @@
 
 namespace db_string {
 
-// Text in the database's own encoded form (see encoded_text.hpp): an exclusively owned buffer of exactly length bytes.
-// The empty text of length 0 owns no buffer. Copies are deep; a move leaves the source empty.
+// Text in the database's own encoded form, which ovcoredb.h describes: an exclusively owned buffer of exactly length
+// bytes. A host makes one of the bytes that orv_context_convert_ucs2_to_turbotext or orv_convert_ucs2_to_turbotext
+// writes, and reads one with orv_convert_turbotext_to_ucs2. Copies are deep; a move leaves the source empty.
+//
+// The empty text has two forms, which compare equal: no bytes, and the lone header byte 0x80, which the core writes.
 class tt_string {
  public:
   tt_string() noexcept = default;
@@ -35,7 +38,7 @@ class tt_string {
   }
   ~tt_string() = default;
 
-  const std::uint8_t* data() const noexcept { return buffer_.get(); }
+  const std::uint8_t* data() const noexcept { return buffer_.get(); }  // null when size() is 0
   std::size_t size() const noexcept { return static_cast<std::size_t>(length_); }
 
  private:
