@@ -9,14 +9,8 @@ OVException::OVException(std::uint32_t error_code, std::wstring_view error_messa
                          const error_detail& error_detail_bits)
     : code(error_code), message(error_message), detail(error_detail_bits), utf8_message(ucs2_to_utf8(error_message)) {}
 
-struct exception_maker {
-  static OVException make(std::uint32_t code, const error_detail& detail, std::wstring_view message) {
-    return {code, message, detail};
-  }
-};
-
 void raise_error(std::uint32_t code, const error_detail& detail, std::wstring_view message) {
-  throw exception_maker::make(code, detail, message);
+  throw OVException(code, message, detail);
 }
 
 void raise_not_implemented(const error_detail& detail, std::wstring_view message) {

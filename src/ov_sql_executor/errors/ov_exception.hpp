@@ -21,10 +21,13 @@ inline constexpr std::uint32_t not_implemented = 7022;  // what plan.hpp refuses
 inline constexpr std::uint32_t bad_escape = 7042;       // a LIKE pattern with an escape before nothing special
 
 // An error in the plan or in the statement's text: a number and a message. Thrown by value, mostly by Plan; while a
-// statement runs only for a LIKE pattern (7042) and for a stack that is too small (7022). Only the library makes one;
-// whoever catches it may copy it.
+// statement runs only for a LIKE pattern (7042) and for a stack that is too small (7022).
 class OV_SQL_EXECUTOR_API OVException : public std::exception {
  public:
+  // error_message holds one UTF-16 unit per character. Throws std::range_error "bad conversion" if it is not valid
+  // UTF-16.
+  OVException(std::uint32_t error_code, std::wstring_view error_message, const error_detail& error_detail_bits);
+
   // The message in UTF-8.
   const char* what() const noexcept override { return utf8_message.c_str(); }
 
@@ -32,10 +35,6 @@ class OV_SQL_EXECUTOR_API OVException : public std::exception {
   std::wstring message;  // one UTF-16 unit per character
   error_detail detail;
   std::string utf8_message;
-
- private:
-  friend struct exception_maker;
-  OVException(std::uint32_t error_code, std::wstring_view error_message, const error_detail& error_detail_bits);
 };
 
 }  // namespace error_handling

@@ -10,6 +10,7 @@
 
 #include "ov_sql_executor/expressions/execution_context.hpp"
 #include "ov_sql_executor/values/value.hpp"
+#include "ov_sql_executor/values/value_view.hpp"
 
 namespace ov::sql_executor {
 

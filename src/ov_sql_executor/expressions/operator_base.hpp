@@ -1,14 +1,18 @@
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_OPERATOR_BASE_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_OPERATOR_BASE_HPP_
 
+#include "ov_sql_executor/errors/export.hpp"
 #include "ov_sql_executor/expressions/execution_context.hpp"
 #include "ov_sql_executor/values/value.hpp"
 
 namespace ov::sql_executor::operators {
 
 // One scalar expression. Operators own their operands and never change once built: a tree is evaluated any number of
-// times, from several threads with a context each. Not installed: a host states expressions, and makes no operators.
-class operator_base {
+// times, from several threads with a context each.
+//
+// A plan states expressions, and nothing that is installed puts an operator of the host's own into a tree. The class
+// crosses the library's boundary for code that builds nodes from the library's sources.
+class OV_SQL_EXECUTOR_API operator_base {
  public:
   // The expression's value for the rows in scope; SQL NULL is a NullValue. Keeps no reference to the context. Throws
   // db_util::db_exception for type and core errors and std::bad_variant_access where an alternative is required.
