@@ -4,8 +4,8 @@
 #include <limits>
 #include <string>
 
-#include "ovcoredb/database_state.hpp"
-#include "ovcoredb/definition_checks.hpp"
+#include "ovcoredb/database/database_state.hpp"
+#include "ovcoredb/database/definition_checks.hpp"
 
 namespace ovcoredb {
 namespace {
