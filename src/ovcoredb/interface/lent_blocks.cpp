@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "ovcoredb/ovcoredb.h"
+#include "ovcoredb/text/case_folding.hpp"
 
 namespace ovcoredb {
 namespace {
@@ -58,7 +59,7 @@ std::uint32_t lend_decoded(context_state& lender, std::span<const std::uint8_t> 
 
 std::uint32_t lend_encoded(context_state& lender, std::u16string_view units, text_end end,
                            const std::uint8_t** out) noexcept try {
-  const std::size_t room = encoding_room(units, end);
+  const std::size_t room = max_encoded_size(units, end);
   if (!countable(room)) return ORV_BAD_ARGUMENT;
   const std::size_t size = encode_text(units, end, room_for(lender, room));
   lend(lender, size, out);

@@ -7,7 +7,8 @@
 #include <string_view>
 
 #include "ovcoredb/interface/contexts.hpp"
-#include "ovcoredb/text/text_code.hpp"
+#include "ovcoredb/text/text_decoding.hpp"
+#include "ovcoredb/text/text_encoding.hpp"
 
 namespace ovcoredb {
 

@@ -3,7 +3,7 @@
 #include "ovcoredb/interface/contexts.hpp"
 #include "ovcoredb/interface/lent_blocks.hpp"
 #include "ovcoredb/ovcoredb.h"
-#include "ovcoredb/text/text_code.hpp"
+#include "ovcoredb/text/text_decoding.hpp"
 
 namespace ovcoredb {
 namespace {

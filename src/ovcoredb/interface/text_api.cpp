@@ -11,7 +11,9 @@
 #include "ovcoredb/interface/contexts.hpp"
 #include "ovcoredb/interface/lent_blocks.hpp"
 #include "ovcoredb/ovcoredb.h"
-#include "ovcoredb/text/text_code.hpp"
+#include "ovcoredb/text/case_folding.hpp"
+#include "ovcoredb/text/text_decoding.hpp"
+#include "ovcoredb/text/text_encoding.hpp"
 
 namespace ovcoredb {
 namespace {

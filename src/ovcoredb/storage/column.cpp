@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <variant>
 
-#include "ovcoredb/text/text_code.hpp"
+#include "ovcoredb/text/text_encoding.hpp"
 
 namespace ovcoredb {
 

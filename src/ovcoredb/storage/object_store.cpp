@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "ovcoredb/text/text_code.hpp"
+#include "ovcoredb/text/text_encoding.hpp"
 
 namespace ovcoredb {
 namespace {

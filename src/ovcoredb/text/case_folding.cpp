@@ -1,10 +1,11 @@
+#include "ovcoredb/text/case_folding.hpp"
+
 #include <unicode/uchar.h>
 #include <unicode/ustring.h>
 
 #include <limits>
 #include <new>
-
-#include "ovcoredb/text/text_code.hpp"
+#include <utility>
 
 namespace ovcoredb {
 

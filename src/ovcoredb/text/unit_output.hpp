@@ -1,40 +1,27 @@
-// Where decoding puts units: one at a time, or the first of sixteen that lie in a vector as bytes.
-#ifndef OVCOREDB_TEXT_DECODED_UNITS_HPP_
-#define OVCOREDB_TEXT_DECODED_UNITS_HPP_
+// Outputs of the decoder. Each takes single units, and vectors of which the first `count` bytes are units.
+#ifndef OVCOREDB_TEXT_UNIT_OUTPUT_HPP_
+#define OVCOREDB_TEXT_UNIT_OUTPUT_HPP_
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <span>
 
+#include "ovcoredb/text/unit_vectors.hpp"
+
 namespace ovcoredb {
 
-using two_words [[gnu::vector_size(16)]] = std::uint64_t;
-using sixteen_bytes [[gnu::vector_size(16)]] = std::uint8_t;
-using eight_units [[gnu::vector_size(16)]] = std::uint8_t;  // of 16 bits
-
-// Not by std::memcpy, which may take a vector apart to copy it.
-inline void store(eight_units units, char16_t* out) {
-  using unaligned [[gnu::vector_size(16), gnu::aligned(1), gnu::may_alias]] = std::uint8_t;
-  *reinterpret_cast<unaligned*>(out) = units;
-}
-
-inline eight_units first_eight(sixteen_bytes units) {
-  return __builtin_shufflevector(units, sixteen_bytes{}, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
-}
-inline eight_units last_eight(sixteen_bytes units) {
-  return __builtin_shufflevector(units, sixteen_bytes{}, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
-}
-
-// Writes units where there is room for more than are left, so that sixteen can always be written.
-class roomy_output {
+// Writes units without looking at the room. Requires: at any time, room for sixteen units more than those put so far.
+class unbounded_output {
  public:
-  explicit roomy_output(char16_t* out) : first_(out), out_(out) {}
+  explicit unbounded_output(char16_t* out) : first_(out), out_(out) {}
 
   std::size_t count() const { return static_cast<std::size_t>(out_ - first_); }
   void put(char16_t unit) { *out_++ = unit; }
   void put(sixteen_bytes units, std::size_t count) {
+    assert(count <= 16);
     store(first_eight(units), out_);
     store(last_eight(units), out_ + 8);
     out_ += count;
@@ -56,7 +43,7 @@ class counting_output {
   std::size_t count_ = 0;
 };
 
-// Writes units while there is room, no others, and counts all of them.
+// Writes units while there is room, and counts all of them. Leaves the room behind them as it was.
 class bounded_output {
  public:
   explicit bounded_output(std::span<char16_t> out) : out_(out) {}
@@ -67,12 +54,13 @@ class bounded_output {
     ++count_;
   }
   void put(sixteen_bytes units, std::size_t count) {
+    assert(count <= 16);
     if (count_ < out_.size()) write(units, std::min(count, out_.size() - count_), out_.data() + count_);
     count_ += count;
   }
 
  private:
-  // In two steps that may meet, but for less than four.
+  // Writes the first part and the last part, which may overlap; fewer than four units are written one by one.
   static void write(sixteen_bytes units, std::size_t count, char16_t* out) {
     const auto words = reinterpret_cast<two_words>(units);
     if (count >= 8) {
@@ -101,4 +89,4 @@ class bounded_output {
 
 }  // namespace ovcoredb
 
-#endif  // OVCOREDB_TEXT_DECODED_UNITS_HPP_
+#endif  // OVCOREDB_TEXT_UNIT_OUTPUT_HPP_
