@@ -32,8 +32,8 @@ struct iterator_state {
   const index_entry* entries = nullptr;
   std::uint32_t at = 0;
   std::uint32_t limit = 0;
-  std::uint32_t step = 1;    // or -1 modulo 2^32, to descend
-  place_directory::run run;  // that the object handed out last belongs to, by object number; kept for the next range
+  std::uint32_t step = 1;  // or -1 modulo 2^32, to descend
+  place_run run;           // that the object handed out last belongs to, by object number; kept for the next range
 
   const ordered_index::entries::block* in = nullptr;
   ordered_index::entries::position stop{};

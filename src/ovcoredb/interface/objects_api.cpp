@@ -25,7 +25,7 @@ struct found_column {
   if (column < first_declared_column) return {};
   if (column - first_declared_column >= segment->count) return {ORV_BAD_COLUMN};
   const auto* const values = &place.in->columns[segment->first + column - first_declared_column];
-  const place_directory::run around = objects.run_of(number);
+  const place_run around = objects.run_of(number);
   context.has_read = true;
   context.run_of(column, tag) = {column_run::name(values->type(), column, tag), around.first, around.count,
                                  around.place.row(), values};

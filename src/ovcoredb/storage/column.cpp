@@ -1,19 +1,26 @@
 #include "ovcoredb/storage/column.hpp"
 
 #include <algorithm>
+#include <cassert>
 #include <variant>
 
 #include "ovcoredb/text/text_encoding.hpp"
 
 namespace ovcoredb {
+namespace {
+
+// The sign becomes the lowest bit, so that small numbers of either sign take few bytes.
+std::uint64_t zigzag(std::int64_t value) {
+  return static_cast<std::uint64_t>(value) << 1 ^ static_cast<std::uint64_t>(value >> 63);
+}
+
+}  // namespace
 
 struct column::appender {
-  column& to;
+  column& to;  // of the value's type
 
   void operator()(std::uint64_t value) const { to.values_.push_back(value); }
-  void operator()(std::int64_t value) const {
-    to.values_.push_back(static_cast<std::uint64_t>(value) << 1 ^ static_cast<std::uint64_t>(value >> 63));
-  }
+  void operator()(std::int64_t value) const { to.values_.push_back(zigzag(value)); }
   void operator()(bool value) const { to.values_.push_back(value ? 1 : 0); }
   void operator()(decimal value) const { (*this)(value.millionths); }
   void operator()(float value) const { to.values_.push_back(std::bit_cast<std::uint32_t>(value)); }
@@ -46,6 +53,7 @@ void column::begin_group() {
 void column::push_end_of_bytes() { values_.push_back(bytes_.size() - groups_[values_.size() / rows_per_group].start); }
 
 void column::append(const cell& value) {
+  assert(value.index() == 0 || value.index() == static_cast<std::size_t>(type_));
   if (type_ == column_type::none) return;
   if (!absent_.empty() && values_.size() >> 6 == absent_.size()) absent_.push_back(0);
   if (holds_bytes() && values_.size() % rows_per_group == 0) begin_group();

@@ -3,6 +3,7 @@
 #define OVCOREDB_STORAGE_COLUMN_HPP_
 
 #include <bit>
+#include <cassert>
 #include <cstdint>
 #include <span>
 
@@ -12,23 +13,29 @@
 
 namespace ovcoredb {
 
+// Numbers lie in an array. Texts and binaries lie one behind the other in another array, divided into groups of 64
+// rows; the numbers then tell where each ends, counted from the start of its group:
+//
+//    values_    3 7 9 ...                 2 8 ...
+//    groups_    start 0                   start 900
+//    bytes_     abc defg hi ...           jk lmnopq ...
 class column {
  public:
   explicit column(column_type type) : type_(type) {}
 
   column_type type() const { return type_; }
 
-  // The cell holds the column's type, or nothing.
+  // Requires: the cell holds the column's type, or nothing. When it throws, truncate removes what it left.
   void append(const cell& value);
 
-  // Back to the first `rows` rows, also after an append that threw.
+  // Back to the first `rows` rows.
   void truncate(std::uint64_t rows);
 
   bool has_value(std::uint64_t row) const { return absent_.empty() || (absent_[row >> 6] >> (row & 63) & 1) == 0; }
 
-  // Of a column of the type in question; a decimal's in millionths.
+  // Each requires: the column has a type named behind it, and a value in this row.
   std::uint64_t unsigned_value(std::uint64_t row) const { return values_[row]; }  // uint64, bool
-  std::int64_t signed_value(std::uint64_t row) const {                            // int64, decimal
+  std::int64_t signed_value(std::uint64_t row) const {                            // int64; decimal, in millionths
     return static_cast<std::int64_t>(values_[row] >> 1 ^ (0 - (values_[row] & 1)));
   }
   float float32_value(std::uint64_t row) const {
@@ -37,21 +44,21 @@ class column {
   double float64_value(std::uint64_t row) const { return std::bit_cast<double>(values_[row]); }
   OV_OBJ_REF reference(std::uint64_t row) const { return {values_[row], second_words_[row]}; }
   std::span<const std::uint8_t> bytes(std::uint64_t row) const {  // text (encoded), binary
+    assert(holds_bytes());
     const group& in = groups_[row / rows_per_group];
-    const std::uint64_t place = row % rows_per_group;
-    // Where the bytes lie is not known before values_ comes from memory, but about where: both are asked for at once.
-    __builtin_prefetch(bytes_.data() + in.start + in.usual_size * place / rows_per_group);
-    const std::uint64_t first = place == 0 ? 0 : values_[row - 1];
+    const std::uint64_t row_in_group = row % rows_per_group;
+    // The exact address is not known before values_ comes from memory, but its neighbourhood is. Ask for both at once.
+    __builtin_prefetch(bytes_.data() + in.start + in.usual_size * row_in_group / rows_per_group);
+    const std::uint64_t first = row_in_group == 0 ? 0 : values_[row - 1];
     return {bytes_.data() + in.start + first, values_[row] - first};
   }
 
  private:
   struct appender;
 
-  // Some rows' bytes.
   struct group {
     std::uint64_t start;       // in bytes_
-    std::uint64_t usual_size;  // that of the group before
+    std::uint64_t usual_size;  // the size of the group before, to guess with
   };
   static constexpr std::uint64_t rows_per_group = 64;
 
@@ -62,11 +69,11 @@ class column {
   void mark_absent(std::uint64_t row);
 
   column_type type_;
-  narrow_array values_;  // signed numbers with the sign in the lowest bit; of bytes, where they end in their group's
-  raw_array<std::uint64_t> absent_;  // one bit per row without a value; empty while there is none
+  narrow_array values_;  // numbers, signed ones with the sign in the lowest bit; of texts and binaries, where they end
+  raw_array<std::uint64_t> absent_;  // one bit per row, set where there is no value; empty while all rows have one
   narrow_array second_words_;        // of references
-  raw_array<std::uint8_t> bytes_;    // of texts and binaries, in groups of rows
-  raw_array<group> groups_;          // of bytes_; few enough to stay near the processor
+  raw_array<std::uint8_t> bytes_;    // of texts and binaries
+  raw_array<group> groups_;          // of bytes_; few enough to stay in the cache
 };
 
 }  // namespace ovcoredb

@@ -2,6 +2,7 @@
 
 #include <sys/mman.h>
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -18,7 +19,8 @@ bool is_large(std::size_t size) { return size >= large_page; }
 
 std::size_t to_large_pages(std::size_t size) { return (size + large_page - 1) / large_page * large_page; }
 
-// Addresses for whole large pages. Null: there are none.
+// Maps memory that begins at a large page: maps one page too many and gives back what lies before and behind. Null:
+// there is none.
 void* reserve(std::size_t size) {
   void* const around = mmap(nullptr, size + large_page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (around == MAP_FAILED) return nullptr;
@@ -31,7 +33,7 @@ void* reserve(std::size_t size) {
   return pages;
 }
 
-// Into reserved addresses, of which there are more.
+// Moves a block of `size` bytes to larger, reserved memory and frees the old block. False: the pages cannot be moved.
 bool move(void* from, std::size_t size, void* to) {
   if (is_large(size)) return mremap(from, size, size, MREMAP_MAYMOVE | MREMAP_FIXED, to) != MAP_FAILED;
   if (size != 0) std::memcpy(to, from, size);
@@ -50,6 +52,7 @@ growing_block::~growing_block() {
 }
 
 void growing_block::grow(std::size_t size) {
+  assert(size > size_);
   const std::size_t grown = is_large(size) ? to_large_pages(size) : size;
   void* const block = is_large(grown) ? reserve(grown) : std::realloc(data_, grown);
   if (block == nullptr) throw std::bad_alloc();

@@ -7,9 +7,9 @@
 
 namespace ovcoredb {
 
-// Large blocks grow by moving their pages to another address, so that nothing is held twice, and lie in large pages
-// where the system has them: columns are read in any order, and a processor knows the places of a few thousand pages
-// only. What is not used of a block takes no memory, except in the page that is.
+// A large block grows by moving its pages to another address, so that nothing is held twice. It asks for large pages,
+// since columns are read in any order and a processor knows the addresses of a few thousand pages only. What is not
+// used of a block takes no memory, except for the rest of its last page.
 class growing_block {
  public:
   growing_block() = default;
@@ -26,7 +26,7 @@ class growing_block {
   const void* data() const { return data_; }
   std::size_t size() const { return size_; }  // bytes
 
-  // Makes it at least so large, which is more than it is. Throws std::bad_alloc and then is as before.
+  // Makes it at least `size` bytes large. Requires: that is more than it has. Throws: std::bad_alloc, and is as before.
   void grow(std::size_t size);
 
  private:

@@ -1,9 +1,10 @@
-// A growing array of unsigned 64-bit numbers, each in as few bytes as the largest so far needs. An element that needs
-// more makes room in all of them; that happens seven times at most.
+// A growing array of unsigned 64-bit numbers. All take as many bytes as the largest so far needs. A larger one widens
+// all elements, which happens seven times at most.
 #ifndef OVCOREDB_STORAGE_NARROW_ARRAY_HPP_
 #define OVCOREDB_STORAGE_NARROW_ARRAY_HPP_
 
 #include <bit>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -16,8 +17,9 @@ class narrow_array {
  public:
   std::size_t size() const { return size_; }
 
-  // Reads eight bytes wherever the element lies: behind the last one there are always enough.
+  // Reads eight bytes and keeps those of the element. The slack makes that safe for the last one.
   std::uint64_t operator[](std::size_t position) const {
+    assert(position < size_);
     std::uint64_t value;
     std::memcpy(&value, bytes_.data() + position * width_, sizeof value);
     return value & mask_;
@@ -30,17 +32,19 @@ class narrow_array {
     ++size_;
   }
 
-  // size is at most the present one.
   void truncate(std::size_t size) {
+    assert(size <= size_);
     if (bytes_.empty()) return;
     size_ = size;
     bytes_.truncate(size * width_ + slack);
   }
 
  private:
-  static constexpr std::size_t slack = 7;
+  static constexpr std::size_t slack = 7;  // bytes behind the last element
 
+  // From the last element to the first, so that none is overwritten before it is read.
   void widen(std::size_t width) {
+    assert(width <= sizeof(std::uint64_t));
     bytes_.extend(size_ * width + slack - bytes_.size());
     for (std::size_t i = size_; i-- != 0;) {
       const std::uint64_t value = (*this)[i];
@@ -51,8 +55,8 @@ class narrow_array {
   }
 
   raw_array<std::uint8_t> bytes_;
-  std::size_t width_ = 1;
-  std::uint64_t mask_ = 0;
+  std::size_t width_ = 1;   // bytes per element
+  std::uint64_t mask_ = 0;  // the largest number of that width; 0 before the first element
   std::size_t size_ = 0;
 };
 

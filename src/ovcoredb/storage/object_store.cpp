@@ -1,26 +1,14 @@
 #include "ovcoredb/storage/object_store.hpp"
 
-#include <algorithm>
+#include <cassert>
+#include <utility>
 
 #include "ovcoredb/text/text_encoding.hpp"
 
 namespace ovcoredb {
-namespace {
-
-void truncate_rows(table& of, std::uint64_t rows) {
-  for (column& each : of.columns) each.truncate(rows);
-  of.rows = rows;
-}
-
-}  // namespace
-
-const column_segment* table::find_base_segment(std::uint16_t segment_tag) const {
-  const auto found =
-      std::find_if(segments.begin() + 1, segments.end(), [&](const auto& each) { return each.tag == segment_tag; });
-  return found == segments.end() ? nullptr : &*found;
-}
 
 table& object_store::create_table(const table_definition& definition) {
+  assert(definition.tag != 0 && find_table(definition.tag) == nullptr);
   auto created = std::make_unique<table>();
   if (const table* const base = find_table(definition.base); base != nullptr) {
     created->segments = base->segments;
@@ -41,11 +29,12 @@ table& object_store::create_table(const table_definition& definition) {
 }
 
 std::uint64_t object_store::append(table& to, std::span<const cell> cells) {
+  assert(cells.size() == to.columns.size());
   try {
     for (std::size_t i = 0; i < cells.size(); ++i) to.columns[i].append(cells[i]);
     places_.push_back({to.rows, to.tag});
   } catch (...) {
-    truncate_rows(to, to.rows);
+    to.truncate(to.rows);
     throw;
   }
   ++to.rows;
@@ -53,8 +42,9 @@ std::uint64_t object_store::append(table& to, std::span<const cell> cells) {
 }
 
 void object_store::remove_last() {
+  assert(object_count() != 0);
   const packed_place place = places_[places_.size() - 1];
-  truncate_rows(*tables_[place.tag()], place.row());
+  tables_[place.tag()]->truncate(place.row());
   places_.pop_back();
 }
 

@@ -1,8 +1,9 @@
-// A growing array of trivial elements.
+// A growing array of elements that can be moved as bytes.
 #ifndef OVCOREDB_STORAGE_RAW_ARRAY_HPP_
 #define OVCOREDB_STORAGE_RAW_ARRAY_HPP_
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <type_traits>
 
@@ -19,12 +20,18 @@ class raw_array {
   T* data() { return static_cast<T*>(block_.data()); }
   std::size_t size() const { return size_; }
   bool empty() const { return size_ == 0; }
-  const T& operator[](std::size_t position) const { return data()[position]; }
-  T& operator[](std::size_t position) { return data()[position]; }
+  const T& operator[](std::size_t position) const {
+    assert(position < size_);
+    return data()[position];
+  }
+  T& operator[](std::size_t position) {
+    assert(position < size_);
+    return data()[position];
+  }
 
   void push_back(T value) { *extend(1) = value; }
 
-  // Appends `count` elements and returns the first of them; their contents are for the caller to write.
+  // Appends `count` elements for the caller to write, and returns the first. When it throws, nothing has changed.
   T* extend(std::size_t count) {
     const std::size_t needed = (size_ + count) * sizeof(T);
     if (needed > block_.size()) block_.grow(std::max(needed + least_spare, 2 * block_.size()));
@@ -33,8 +40,10 @@ class raw_array {
     return first;
   }
 
-  // size is at most the present one.
-  void truncate(std::size_t size) { size_ = size; }
+  void truncate(std::size_t size) {
+    assert(size <= size_);
+    size_ = size;
+  }
 
  private:
   static constexpr std::size_t least_spare = 64;  // bytes
