@@ -75,7 +75,11 @@ void column::truncate(std::uint64_t rows) {
 }
 
 void column::mark_absent(std::uint64_t row) {
-  while (absent_.size() <= row >> 6) absent_.push_back(0);
+  const std::uint64_t words = (row >> 6) + 1;
+  if (absent_.size() < words) {
+    const std::uint64_t added = words - absent_.size();
+    std::fill_n(absent_.extend(added), added, 0);  // in one step, which memory allows or not
+  }
   absent_[row >> 6] |= std::uint64_t{1} << (row & 63);
 }
 
