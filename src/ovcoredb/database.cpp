@@ -108,7 +108,4 @@ void database::remove_after(std::uint64_t count) {
   }
 }
 
-context::context(const database& database) : handle_(open_context(*database.state_).handle) {}
-context::~context() { close_context(handle_); }
-
 }  // namespace ovcoredb

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "ovcoredb/database.hpp"
-#include "ovcoredb/index/index_key.hpp"
+#include "ovcoredb/index/key_part.hpp"
 #include "ovcoredb/storage/object_store.hpp"
 
 namespace ovcoredb {

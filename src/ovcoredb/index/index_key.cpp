@@ -1,12 +1,13 @@
 #include "ovcoredb/index/index_key.hpp"
 
-#include <algorithm>
+#include <cstddef>
 
 namespace ovcoredb {
 namespace {
 
 enum : std::uint8_t { lowest_mark = 0x60, bytes_mark = 0x20, bytes_end_mark = 0x80, longest_chunk = 31 };
 
+// Appends components and their bytes to an end. Each function is false at the first byte that cannot be right.
 class key_reader {
  public:
   key_reader(const std::uint8_t* key, range_end& end) : next_(key), end_(end) {}
@@ -38,7 +39,7 @@ class key_reader {
     return read_chunks(first, first);
   }
 
-  // The first chunk begins with a byte that tells the highest binary (1) from a value (0).
+  // The first chunk begins with a byte: 0 for a value, 1 for the highest binary.
   bool read_binary() {
     if (*next_ <= bytes_mark || *next_ > (bytes_mark | longest_chunk)) return false;
     const unsigned first = *next_++ & longest_chunk;
@@ -49,27 +50,30 @@ class key_reader {
     return true;
   }
 
-  // `declared` is what the first chunk's length byte said, `length` what is left of that chunk. Only a full chunk is
-  // followed by another. The component's word holds its length until place_bytes.
+  // `declared` is the length byte of the first chunk, `length` what is left of that chunk. Another chunk follows only a
+  // full one. The component's word holds its length until place_bytes.
   bool read_chunks(unsigned declared, unsigned length) {
     const std::size_t before = end_.bytes.size();
-    end_.bytes.insert(end_.bytes.end(), next_, next_ + length);
-    next_ += length;
+    take_bytes(length);
     while (declared == longest_chunk && *next_ != bytes_end_mark) {
       declared = *next_++;
       if (declared == 0 || declared > longest_chunk) return false;
-      end_.bytes.insert(end_.bytes.end(), next_, next_ + declared);
-      next_ += declared;
+      take_bytes(declared);
     }
     end_.components.push_back(number_component(end_.bytes.size() - before));
     return *next_++ == bytes_end_mark;
+  }
+
+  void take_bytes(unsigned count) {
+    end_.bytes.insert(end_.bytes.end(), next_, next_ + count);
+    next_ += count;
   }
 
   const std::uint8_t* next_;
   range_end& end_;
 };
 
-// Lets the components refer to the bytes, which no longer move.
+// Lets the components refer to their bytes, once these no longer move.
 void place_bytes(std::span<const key_part> parts, range_end& end) {
   std::size_t offset = 0;
   for (std::size_t i = 0; i < end.components.size(); ++i) {
@@ -80,40 +84,14 @@ void place_bytes(std::span<const key_part> parts, range_end& end) {
   }
 }
 
-void place_end(std::span<const key_part> parts, bool behind_equal, range_end& end) {
-  if (!end.components.empty()) return end.place(end.components.front(), parts.front().ascending, behind_equal);
-  end.behind_equal = behind_equal;
-  end.word = behind_equal ? ~std::uint64_t{0} : 0;
-  end.tagged = static_cast<std::uint32_t>(end.word);
-}
-
-key_component read_column(const column& from, std::uint64_t row) {
-  if (!from.has_value(row)) return {};
-  switch (from.type()) {
-    case column_type::text:
-      return bytes_component(from.bytes(row).subspan(1));  // without the header
-    case column_type::binary:
-      return bytes_component(from.bytes(row));
-    case column_type::int64:
-      return number_component(ordered_word(from.signed_value(row)));
-    case column_type::decimal:
-      return number_component(ordered_decimal_word(from.signed_value(row)));
-    case column_type::reference:
-      return number_component(from.reference(row).object_number);
-    default:
-      return number_component(from.unsigned_value(row));
-  }
+void set_order(std::span<const key_part> parts, bool after_equal, range_end& end) {
+  if (end.components.empty()) return end.set_without_components(after_equal);
+  end.set_first(end.components.front(), parts.front().ascending, after_equal);
 }
 
 }  // namespace
 
-key_component read_component(const key_part& part, std::uint64_t number, const object_place& place) {
-  if (part.source == part_source::column) return read_column(place.in->columns[part.place], place.row);
-  if (part.source == part_source::number) return number_component(number);
-  return bytes_component(std::span(place.in->encoded_set_specifier).subspan(1));
-}
-
-bool read_key(const std::uint8_t* key, std::span<const key_part> parts, bool behind_equal, range_end& end) {
+bool read_key(const std::uint8_t* key, std::span<const key_part> parts, bool after_equal, range_end& end) {
   end.components.clear();
   end.bytes.clear();
   key_reader reader(key, end);
@@ -123,7 +101,7 @@ bool read_key(const std::uint8_t* key, std::span<const key_part> parts, bool beh
   }
   if (!reader.at_end()) return false;
   place_bytes(parts, end);
-  place_end(parts, behind_equal, end);
+  set_order(parts, after_equal, end);
   return true;
 }
 

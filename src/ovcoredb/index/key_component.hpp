@@ -1,4 +1,4 @@
-// One component of an index key, in the form in which components are compared.
+// The value of one part of an index key, in the form in which such values are compared.
 #ifndef OVCOREDB_INDEX_KEY_COMPONENT_HPP_
 #define OVCOREDB_INDEX_KEY_COMPONENT_HPP_
 
@@ -9,13 +9,13 @@
 
 namespace ovcoredb {
 
-// In ascending order. highest exists only in keys that name the end of a range.
+// In ascending order. Only keys that name the end of a range hold highest.
 enum class component_kind : std::uint8_t { null, value, highest };
 
-// word: a number's order-preserving 64 bits, or the first eight bytes of a text or binary, most significant first and
-// filled up with zeros. 0 for null, all ones for highest.
 struct key_component {
   component_kind kind = component_kind::null;
+  // Ordered as the values are: a number as keys carry it (ovcoredb.h), or the first eight bytes of a text or binary,
+  // the first one uppermost, filled up with zeros. 0 for null, all ones for highest.
   std::uint64_t word = 0;
   std::span<const std::uint8_t> bytes{};  // of a text or binary, all of them
 };
@@ -33,7 +33,7 @@ inline key_component bytes_component(std::span<const std::uint8_t> bytes) {
 }
 inline key_component highest_component() { return {component_kind::highest, ~std::uint64_t{0}, {}}; }
 
-// Below, equal, above: negative, 0, positive.
+// Negative, 0 or positive: a lies below, equal to or above b.
 inline int compare(const key_component& a, const key_component& b) {
   if (a.word != b.word) return a.word < b.word ? -1 : 1;
   if (a.kind != b.kind) return a.kind < b.kind ? -1 : 1;
@@ -41,20 +41,6 @@ inline int compare(const key_component& a, const key_component& b) {
   const int order = common == 0 ? 0 : std::memcmp(a.bytes.data(), b.bytes.data(), common);
   if (order != 0 || a.bytes.size() == b.bytes.size()) return order;
   return a.bytes.size() < b.bytes.size() ? -1 : 1;
-}
-
-// The order-preserving word of a number, as keys carry it.
-inline std::uint64_t ordered_word(std::int64_t value) {
-  return static_cast<std::uint64_t>(value) ^ std::uint64_t{1} << 63;
-}
-
-// A decimal's packed form keeps the integral part, the hundredths... of its millionths apart: sign, q << 21, h << 14,
-// l.
-inline std::uint64_t ordered_decimal_word(std::int64_t millionths) {
-  const auto raw = static_cast<std::uint64_t>(millionths < 0 ? -millionths : millionths);
-  const std::uint64_t rest = raw % 1'000'000;
-  const auto packed = static_cast<std::int64_t>((raw / 1'000'000 << 7 | rest / 10'000) << 14 | rest % 10'000);
-  return ordered_word(millionths < 0 ? -packed : packed);
 }
 
 }  // namespace ovcoredb

@@ -10,25 +10,25 @@
 namespace ovcoredb {
 namespace {
 
-// Room for so many bytes behind the count. The memory stays with the context, so it only grows.
+// Makes room for so many bytes behind the count.
 std::uint8_t* room_for(context_state& lender, std::size_t bytes) {
-  if (lender.block.size() < sizeof(std::uint32_t) + bytes) lender.block.resize(sizeof(std::uint32_t) + bytes);
-  return lender.block.data() + sizeof(std::uint32_t);
+  if (lender.lent.size() < sizeof(std::uint32_t) + bytes) lender.lent.resize(sizeof(std::uint32_t) + bytes);
+  return lender.lent.data() + sizeof(std::uint32_t);
 }
 
 void lend(context_state& lender, std::size_t count, const std::uint8_t** out) {
   const auto written = static_cast<std::uint32_t>(count);
-  std::memcpy(lender.block.data(), &written, sizeof written);
-  *out = lender.block.data();
+  std::memcpy(lender.lent.data(), &written, sizeof written);
+  *out = lender.lent.data();
 }
 
 bool countable(std::size_t count) { return count <= std::numeric_limits<std::uint32_t>::max(); }
 
-// Any text in base form.
+// Lends the base form of any text, ASCII or not.
 std::uint32_t lend_folded(context_state& lender, std::span<const std::uint8_t> encoded, const std::uint8_t** out) {
-  if (!decode_text(encoded, lender.units)) return ORV_BAD_TEXT;
-  fold_case(lender.units);
-  return lend_units(lender, lender.units, out);
+  if (!decode_text(encoded, lender.scratch_units)) return ORV_BAD_TEXT;
+  fold_case(lender.scratch_units);
+  return lend_units(lender, lender.scratch_units, out);
 }
 
 }  // namespace

@@ -6,13 +6,13 @@
 #include <span>
 #include <string_view>
 
-#include "ovcoredb/interface/contexts.hpp"
+#include "ovcoredb/interface/context_state.hpp"
 #include "ovcoredb/text/text_decoding.hpp"
 #include "ovcoredb/text/text_encoding.hpp"
 
 namespace ovcoredb {
 
-// Each returns a status of the C interface, ORV_OUT_OF_MEMORY included, and throws nothing.
+// Each lends what its name says and returns a status of the C interface, ORV_OUT_OF_MEMORY included.
 std::uint32_t lend_units(context_state& lender, std::u16string_view units, const std::uint8_t** out) noexcept;
 std::uint32_t lend_decoded(context_state& lender, std::span<const std::uint8_t> encoded, text_form form,
                            const std::uint8_t** out) noexcept;

@@ -1,89 +1,43 @@
 // The C interface: reading objects.
-#include "ovcoredb/database/database_state.hpp"
-#include "ovcoredb/interface/contexts.hpp"
+#include "ovcoredb/interface/column_lookup.hpp"
+#include "ovcoredb/interface/context_state.hpp"
 #include "ovcoredb/interface/lent_blocks.hpp"
 #include "ovcoredb/ovcoredb.h"
-#include "ovcoredb/text/text_decoding.hpp"
 
 namespace ovcoredb {
 namespace {
 
-struct found_column {
-  std::uint32_t status = ORV_OK;
-  const column* values = nullptr;  // null: a column that every table has
-  std::uint64_t row = 0;
-};
-
-// Out of line, which keeps the common read short. Remembers what it found for the next object.
-[[gnu::noinline]] found_column find_column_anew(context_state& context, std::uint64_t number, std::uint16_t tag,
-                                                std::uint32_t column) {
-  const object_store& objects = context.database->objects;
-  const object_place place = objects.find_object(number);
-  if (place.in == nullptr) return {ORV_BAD_OBJECT};
-  const column_segment* const segment = place.in->find_segment(tag);
-  if (segment == nullptr) return {ORV_BAD_COLUMN};
-  if (column < first_declared_column) return {};
-  if (column - first_declared_column >= segment->count) return {ORV_BAD_COLUMN};
-  const auto* const values = &place.in->columns[segment->first + column - first_declared_column];
-  const place_run around = objects.run_of(number);
-  context.has_read = true;
-  context.run_of(column, tag) = {column_run::name(values->type(), column, tag), around.first, around.count,
-                                 around.place.row(), values};
-  return {ORV_OK, values, place.row};
-}
-
-// Null: the context does not exist, or what it remembers is not this column, of this type, of this object.
-const column_run* find_known_run(context_state* context, std::uint64_t number, std::uint64_t second_word,
-                                 std::uint32_t column, column_type type) {
-  if (context == nullptr) return nullptr;
-  const auto tag = static_cast<std::uint16_t>(second_word);
-  const column_run& run = context->run_of(column, tag);
-  if (run.type_column_tag != column_run::name(type, column, tag)) return nullptr;
-  return number - run.first < run.count ? &run : nullptr;
-}
-
-// Remembered or not.
-found_column find_column(context_state* context, std::uint64_t number, std::uint64_t second_word, std::uint32_t column,
-                         column_type type) {
-  const column_run* const known = find_known_run(context, number, second_word, column, type);
-  if (known != nullptr) return {ORV_OK, known->values, known->row_of(number)};
-  if (context == nullptr) return {ORV_BAD_CONTEXT};
-  return find_column_anew(*context, number, static_cast<std::uint16_t>(second_word), column);
-}
-
-std::uint32_t type_status(const found_column& found, column_type type) {
-  if (found.status != ORV_OK) return found.status;
-  if (found.values == nullptr) return ORV_TYPE_MISMATCH;
-  if (found.values->type() == type) return found.values->has_value(found.row) ? ORV_OK : ORV_NO_VALUE;
-  return found.values->type() == column_type::none ? ORV_BAD_COLUMN : ORV_TYPE_MISMATCH;
+// A cached column that has a value for the object; otherwise null.
+const cached_column* find_cached_value(std::uint64_t context, const column_address& address, column_type type) {
+  const cached_column* const cached = find_cached(find_context(context), address, type);
+  if (cached == nullptr || !cached->values->has_value(cached->row_of(address.object_number))) return nullptr;
+  return cached;
 }
 
 template <column_type type, auto value, class T>
-[[gnu::noinline]] std::uint32_t get_anew(std::uint64_t context, std::uint64_t number, std::uint64_t second_word,
-                                         std::uint32_t column, T* out) {
-  const found_column found = find_column(find_context(context), number, second_word, column, type);
+[[gnu::noinline]] std::uint32_t get_uncached(std::uint64_t context, std::uint64_t number, std::uint64_t second_word,
+                                             std::uint32_t column, T* out) {
+  const found_column found = find_column(find_context(context), {number, second_word, column}, type);
   const std::uint32_t status = type_status(found, type);
   if (status == ORV_OK) *out = (found.values->*value)(found.row);
   return status;
 }
 
-// The common read, a remembered column that holds a value, in as few steps as possible.
+// The common read, a cached column that holds a value, in as few steps as possible. Everything else is out of line.
 template <column_type type, auto value, class T>
 std::uint32_t get(std::uint64_t context, std::uint64_t number, std::uint64_t second_word, std::uint32_t column,
                   T* out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
-  const column_run* const known = find_known_run(find_context(context), number, second_word, column, type);
-  if (known == nullptr || !known->values->has_value(known->row_of(number))) {
-    return get_anew<type, value>(context, number, second_word, column, out);
-  }
-  *out = (known->values->*value)(known->row_of(number));
+  const cached_column* const cached = find_cached_value(context, {number, second_word, column}, type);
+  if (cached == nullptr) return get_uncached<type, value>(context, number, second_word, column, out);
+  *out = (cached->values->*value)(cached->row_of(number));
   return ORV_OK;
 }
 
-// What get_ulong reads beside uint64 columns.
+// What get_ulong reads besides uint64 columns: the object's number and bool columns.
 [[gnu::noinline]] std::uint32_t get_other_ulong(std::uint64_t context, std::uint64_t number, std::uint64_t second_word,
                                                 std::uint32_t column, std::uint64_t* out) {
-  const found_column found = find_column(find_context(context), number, second_word, column, column_type::boolean);
+  const found_column found = find_column(find_context(context), {number, second_word, column}, column_type::boolean);
   if (found.status == ORV_OK && found.values == nullptr && column == number_column) {
     *out = number;
     return ORV_OK;
@@ -96,10 +50,10 @@ std::uint32_t get(std::uint64_t context, std::uint64_t number, std::uint64_t sec
 
 ORV_BYTES lent(std::span<const std::uint8_t> bytes) { return {bytes.size(), bytes.data()}; }
 
-// What get_binary reads beside text columns.
+// What get_binary reads besides text columns.
 [[gnu::noinline]] std::uint32_t get_other_bytes(std::uint64_t context, std::uint64_t number, std::uint64_t second_word,
                                                 std::uint32_t column, ORV_BYTES* out) {
-  const found_column found = find_column(find_context(context), number, second_word, column, column_type::binary);
+  const found_column found = find_column(find_context(context), {number, second_word, column}, column_type::binary);
   const bool is_text = found.values != nullptr && found.values->type() == column_type::text;
   const std::uint32_t status = type_status(found, is_text ? column_type::text : column_type::binary);
   if (status == ORV_OK) *out = lent(found.values->bytes(found.row));
@@ -114,12 +68,10 @@ using namespace ovcoredb;
 uint32_t orv_context_get_ulong(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                                uint64_t* out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
-  const column_run* const known =
-      find_known_run(find_context(context), object_number, second_word, column, column_type::uint64);
-  if (known == nullptr || !known->values->has_value(known->row_of(object_number))) {
-    return get_other_ulong(context, object_number, second_word, column, out);
-  }
-  *out = known->values->unsigned_value(known->row_of(object_number));
+  const cached_column* const cached =
+      find_cached_value(context, {object_number, second_word, column}, column_type::uint64);
+  if (cached == nullptr) return get_other_ulong(context, object_number, second_word, column, out);
+  *out = cached->values->unsigned_value(cached->row_of(object_number));
   return ORV_OK;
 }
 
@@ -146,12 +98,10 @@ uint32_t orv_context_get_double(uint64_t context, uint64_t object_number, uint64
 uint32_t orv_context_get_binary(uint64_t context, uint64_t object_number, uint64_t second_word, uint32_t column,
                                 ORV_BYTES* out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
-  const column_run* const known =
-      find_known_run(find_context(context), object_number, second_word, column, column_type::text);
-  if (known == nullptr || !known->values->has_value(known->row_of(object_number))) {
-    return get_other_bytes(context, object_number, second_word, column, out);
-  }
-  *out = lent(known->values->bytes(known->row_of(object_number)));
+  const cached_column* const cached =
+      find_cached_value(context, {object_number, second_word, column}, column_type::text);
+  if (cached == nullptr) return get_other_bytes(context, object_number, second_word, column, out);
+  *out = lent(cached->values->bytes(cached->row_of(object_number)));
   return ORV_OK;
 }
 
@@ -170,7 +120,7 @@ uint32_t orv_context_get_string(uint64_t context, uint64_t object_number, uint64
                                 const uint8_t** out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
   context_state* const reader = find_context(context);
-  const found_column found = find_column(reader, object_number, second_word, column, column_type::text);
+  const found_column found = find_column(reader, {object_number, second_word, column}, column_type::text);
   const std::uint32_t status = type_status(found, column_type::text);
   return status == ORV_OK ? lend_decoded(*reader, found.values->bytes(found.row), text_form::plain, out) : status;
 }
@@ -178,7 +128,7 @@ uint32_t orv_context_get_string(uint64_t context, uint64_t object_number, uint64
 uint32_t orv_context_get_setspec(uint64_t context, uint64_t object_number, uint64_t second_word, const uint8_t** out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
   context_state* const reader = find_context(context);
-  const found_column found = find_column(reader, object_number, second_word, set_specifier_column, column_type::text);
+  const found_column found = find_column(reader, {object_number, second_word, set_specifier_column}, column_type::text);
   if (found.status != ORV_OK) return found.status;
   return lend_units(*reader, reader->database->objects.find_object(object_number).in->set_specifier, out);
 }

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "ovcoredb/interface/contexts.hpp"
+#include "ovcoredb/interface/context_state.hpp"
 #include "ovcoredb/interface/lent_blocks.hpp"
 #include "ovcoredb/ovcoredb.h"
 #include "ovcoredb/text/case_folding.hpp"
@@ -26,7 +26,7 @@ std::uint32_t decode(std::uint64_t context, const std::uint8_t* text, std::uint3
   return lend_decoded(*lender, {text, length}, form, result);
 }
 
-// Up to the zero unit. The library's own search makes half as many steps for a unit as std::char_traits.
+// The text up to the zero unit. std::ranges::find takes half as many steps for a unit as std::char_traits.
 std::u16string_view terminated(const ORV_UCS2* units) {
   return {units, std::ranges::find(units, std::unreachable_sentinel, u'\0')};
 }
@@ -39,7 +39,7 @@ std::uint32_t encode(std::uint64_t context, const ORV_UCS2* units, std::uint8_t 
   return lend_encoded(*lender, terminated(units), text_end{upper_limit}, result);
 }
 
-// The answer of a conversion that found so many units: negative where they and the zero behind them want more room.
+// Ends a conversion of so many units and returns its answer, which is negative without room for them and a zero unit.
 std::int32_t finish(std::size_t count, std::span<char16_t> units) {
   if (count > std::numeric_limits<std::int32_t>::max()) return INT32_MIN;
   const auto answer = static_cast<std::int32_t>(count);
@@ -48,7 +48,7 @@ std::int32_t finish(std::size_t count, std::span<char16_t> units) {
   return answer;
 }
 
-// What is not an encoded text counts as the empty one.
+// Bytes that are not an encoded text count as the empty text.
 std::int32_t decode_into(std::span<const std::uint8_t> encoded, text_form form, std::span<char16_t> units) noexcept
     try {
   const std::size_t count = decode_text_within(encoded, form, units);
