@@ -9,7 +9,7 @@
 
 namespace ovcoredb {
 
-// The object and the column as the getters name them.
+// The object and the column as the getters name them. Passed by value, which compilers keep in registers.
 struct column_address {
   std::uint64_t object_number;
   std::uint64_t second_word;
@@ -19,9 +19,11 @@ struct column_address {
 };
 
 // Null: the context does not exist, or has not cached this column, of this type, for this object.
-inline const cached_column* find_cached(const context_state* context, const column_address& address, column_type type) {
+inline const cached_column* find_cached(const context_state* context, column_address address, column_type type) {
   if (context == nullptr) return nullptr;
-  return context->columns.find(type, address.column, address.tag(), address.object_number);
+  const cached_column& cached = context->columns.slot_of(address.column, address.tag());
+  if (cached.name != cached_column::name_of(type, address.column, address.tag())) return nullptr;
+  return address.object_number - cached.first < cached.count ? &cached : nullptr;
 }
 
 struct found_column {
@@ -30,11 +32,25 @@ struct found_column {
   std::uint64_t row = 0;
 };
 
-// Finds a column, cached or not, and caches it. `type` is only a guess where to look first.
-found_column find_column(context_state* context, const column_address& address, column_type type);
+// Finds a column that is not cached, and caches it. Out of line, which keeps the common read short.
+[[gnu::noinline]] found_column find_uncached(context_state& context, std::uint64_t number, std::uint16_t tag,
+                                             std::uint32_t column);
 
-// What a getter of this type answers.
-std::uint32_t type_status(const found_column& found, column_type type);
+// `type` is only a guess, to look into the cache with.
+inline found_column find_column(context_state* context, column_address address, column_type type) {
+  const cached_column* const cached = find_cached(context, address, type);
+  if (cached != nullptr) return {ORV_OK, cached->values, cached->row_of(address.object_number)};
+  if (context == nullptr) return {ORV_BAD_CONTEXT};
+  return find_uncached(*context, address.object_number, address.tag(), address.column);
+}
+
+// The status of a getter of this type.
+inline std::uint32_t type_status(const found_column& found, column_type type) {
+  if (found.status != ORV_OK) return found.status;
+  if (found.values == nullptr) return ORV_TYPE_MISMATCH;
+  if (found.values->type() == type) return found.values->has_value(found.row) ? ORV_OK : ORV_NO_VALUE;
+  return found.values->type() == column_type::none ? ORV_BAD_COLUMN : ORV_TYPE_MISMATCH;
+}
 
 }  // namespace ovcoredb
 

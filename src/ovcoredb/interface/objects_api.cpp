@@ -7,11 +7,8 @@
 namespace ovcoredb {
 namespace {
 
-// A cached column that has a value for the object; otherwise null.
-const cached_column* find_cached_value(std::uint64_t context, const column_address& address, column_type type) {
-  const cached_column* const cached = find_cached(find_context(context), address, type);
-  if (cached == nullptr || !cached->values->has_value(cached->row_of(address.object_number))) return nullptr;
-  return cached;
+bool has_value(const cached_column& cached, std::uint64_t number) {
+  return cached.values->has_value(cached.row_of(number));
 }
 
 template <column_type type, auto value, class T>
@@ -28,8 +25,10 @@ template <column_type type, auto value, class T>
 std::uint32_t get(std::uint64_t context, std::uint64_t number, std::uint64_t second_word, std::uint32_t column,
                   T* out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
-  const cached_column* const cached = find_cached_value(context, {number, second_word, column}, type);
-  if (cached == nullptr) return get_uncached<type, value>(context, number, second_word, column, out);
+  const cached_column* const cached = find_cached(find_context(context), {number, second_word, column}, type);
+  if (cached == nullptr || !has_value(*cached, number)) {
+    return get_uncached<type, value>(context, number, second_word, column, out);
+  }
   *out = (cached->values->*value)(cached->row_of(number));
   return ORV_OK;
 }
@@ -69,8 +68,10 @@ uint32_t orv_context_get_ulong(uint64_t context, uint64_t object_number, uint64_
                                uint64_t* out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
   const cached_column* const cached =
-      find_cached_value(context, {object_number, second_word, column}, column_type::uint64);
-  if (cached == nullptr) return get_other_ulong(context, object_number, second_word, column, out);
+      find_cached(find_context(context), {object_number, second_word, column}, column_type::uint64);
+  if (cached == nullptr || !has_value(*cached, object_number)) {
+    return get_other_ulong(context, object_number, second_word, column, out);
+  }
   *out = cached->values->unsigned_value(cached->row_of(object_number));
   return ORV_OK;
 }
@@ -99,8 +100,10 @@ uint32_t orv_context_get_binary(uint64_t context, uint64_t object_number, uint64
                                 ORV_BYTES* out) {
   if (out == nullptr) return ORV_BAD_ARGUMENT;
   const cached_column* const cached =
-      find_cached_value(context, {object_number, second_word, column}, column_type::text);
-  if (cached == nullptr) return get_other_bytes(context, object_number, second_word, column, out);
+      find_cached(find_context(context), {object_number, second_word, column}, column_type::text);
+  if (cached == nullptr || !has_value(*cached, object_number)) {
+    return get_other_bytes(context, object_number, second_word, column, out);
+  }
   *out = lent(cached->values->bytes(cached->row_of(object_number)));
   return ORV_OK;
 }
