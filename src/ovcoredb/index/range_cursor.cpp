@@ -17,9 +17,10 @@ bool range_cursor::open(const ordered_index& index, const key_range& range, rang
   if (!index.read_end(range.last_key, ends_after_equal, last_)) return false;
   step_ = range.descending ? ~std::uint32_t{0} : 1;
   index_ = &index;
+  const entry_position start = in_block_of_next(index.find(first));
   stop_ = range.descending ? index.entries().begin() : index.entries().end();
   knows_end_ = false;
-  begin_batch(in_block_of_next(index.find(first)));
+  begin_batch(start);
   return true;
 }
 
@@ -36,14 +37,14 @@ bool range_cursor::find_batch_from(entry_position at) {
 void range_cursor::begin_batch(entry_position at) {
   in_ = at.in;
   entries_ = at.in == nullptr ? nullptr : at.in->entries;
-  at_ = limit_ = entry_at(at.offset);
-  if (at == stop_) return;
-  const std::uint32_t block_end = entry_at(descending() ? 0 : at.in->count);
-  if (!knows_end_) {
-    limit_ = check_few(block_end);
-  } else {
-    limit_ = stop_.in == at.in ? entry_at(stop_.offset) : block_end;
-  }
+  at_ = entry_at(at.offset);
+  limit_ = at == stop_ ? at_ : batch_limit();
+}
+
+std::uint32_t range_cursor::batch_limit() {
+  const std::uint32_t block_end = entry_at(descending() ? 0 : in_->count);
+  if (!knows_end_) return check_few(block_end);
+  return stop_.in == in_ ? entry_at(stop_.offset) : block_end;
 }
 
 // Compares the next few entries with the end of the range, and remembers the end if it is among them. Returns the limit

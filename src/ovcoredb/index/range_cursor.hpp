@@ -76,6 +76,7 @@ class range_cursor {
   // Out of line, which keeps the end of a range that is known short.
   [[gnu::noinline]] bool find_batch_from(entry_position at);
   void begin_batch(entry_position at);
+  std::uint32_t batch_limit();
   std::uint32_t check_few(std::uint32_t block_end);
 
   const index_entry* entries_ = nullptr;  // those of in_

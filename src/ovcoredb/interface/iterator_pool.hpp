@@ -23,7 +23,8 @@ class iterator_pool {
   void reset();
 
  private:
-  bool add();
+  // Out of line, which keeps opening an iterator again short.
+  [[gnu::noinline]] bool add();
 
   context_state& owner_;
   std::vector<std::unique_ptr<iterator_state>> all_;

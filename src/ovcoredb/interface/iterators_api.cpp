@@ -17,8 +17,9 @@ key_range range_of(const std::uint8_t* first_key, const std::uint8_t* last_key, 
 }
 
 // The cursor keeps a key, which takes memory.
-std::uint32_t try_to_open(iterator_state& iterator, const ordered_index& index, const key_range& range) try {
-  return iterator.cursor.open(index, range, iterator.owner->scratch_end) ? ORV_OK : ORV_BAD_KEY;
+std::uint32_t try_to_open(range_cursor& cursor, const ordered_index& index, const key_range& range,
+                          range_end& scratch) try {
+  return cursor.open(index, range, scratch) ? ORV_OK : ORV_BAD_KEY;
 } catch (const std::exception&) {
   return ORV_OUT_OF_MEMORY;
 }
@@ -65,7 +66,8 @@ uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, uint32_t 
   if (walked == nullptr) return ORV_BAD_INDEX;
   iterator_state* const opened = reader->iterators.open();
   if (opened == nullptr) return ORV_TOO_MANY_ITERATORS;
-  const std::uint32_t status = try_to_open(*opened, *walked, range_of(first_key, last_key, flags));
+  const std::uint32_t status =
+      try_to_open(opened->cursor, *walked, range_of(first_key, last_key, flags), reader->scratch_end);
   if (status != ORV_OK) {
     reader->iterators.close(*opened);
     return status;
