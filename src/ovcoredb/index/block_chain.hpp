@@ -34,7 +34,7 @@ class block_chain {
   // Null for no_block.
   const entry_block* find(std::uint32_t number) const { return number == no_block ? nullptr : &blocks_[number]; }
 
-  // Links a new block that holds one entry behind another block, or behind no_block at the beginning. Returns its
+  // Links a new block that holds one entry after another block, or after no_block at the beginning. Returns its
   // number. Moves blocks, which is why the entry is copied. Throws: std::bad_alloc, and then has not changed.
   std::uint32_t insert_after(std::uint32_t previous, index_entry entry);
 

@@ -22,7 +22,7 @@
 
 namespace ovcoredb {
 
-// Before one of the entries, or behind the last: then `offset` is the last block's count. Null block: there are no
+// Before one of the entries, or after the last: then `offset` is the last block's count. Null block: there are no
 // entries. Valid until an entry is inserted or erased.
 struct entry_position {
   const entry_block* in = nullptr;

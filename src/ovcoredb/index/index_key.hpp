@@ -22,7 +22,7 @@ inline std::uint64_t read_word(const std::uint8_t* bytes) {
 }
 
 // Reads the commonest key, one number, for an index whose entries hold all of it. True if `key` is one: then replaces
-// the end except for its components, which such an index does not look at.
+// the end except for its components, which the index does not look at then.
 inline bool read_number_key(const std::uint8_t* key, bool ascending, bool after_equal, range_end& end) {
   if (key[0] != number_mark || key[1 + sizeof(std::uint64_t)] != key_end_mark) return false;
   end.set_first(number_component(read_word(key + 1)), ascending, after_equal);
@@ -30,7 +30,7 @@ inline bool read_number_key(const std::uint8_t* key, bool ascending, bool after_
 }
 
 // Replaces the end by that of `key`. False when the key is not well formed or does not fit the parts. Reads nothing
-// behind the key's terminator or its first malformed byte.
+// after the key's terminator or its first malformed byte.
 bool read_key(const std::uint8_t* key, std::span<const key_part> parts, bool after_equal, range_end& end);
 
 }  // namespace ovcoredb

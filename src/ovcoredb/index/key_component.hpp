@@ -1,4 +1,4 @@
-// The value of one part of an index key, in the form in which such values are compared.
+// The value of one part of an index key, in the form that is compared.
 #ifndef OVCOREDB_INDEX_KEY_COMPONENT_HPP_
 #define OVCOREDB_INDEX_KEY_COMPONENT_HPP_
 

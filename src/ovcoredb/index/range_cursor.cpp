@@ -3,8 +3,8 @@
 namespace ovcoredb {
 namespace {
 
-// Looking for the end of a range costs as much as looking for its start. Ranges of at most so many entries, such as
-// that of one key, do without: their entries are compared with the last key one by one.
+// Finding the end of a range costs as much as finding its start. A range of one key has few entries: comparing them
+// with the last key one by one is cheaper. So many are compared before the end is searched for.
 constexpr int few_entries = 3;
 
 }  // namespace

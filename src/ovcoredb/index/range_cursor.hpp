@@ -79,7 +79,7 @@ class range_cursor {
   std::uint32_t batch_limit();
   std::uint32_t check_few(std::uint32_t block_end);
 
-  const index_entry* entries_ = nullptr;  // those of in_
+  const index_entry* entries_ = nullptr;  // the entries of in_
   std::uint32_t at_ = 0;
   std::uint32_t limit_ = 0;
   std::uint32_t step_ = 1;  // or -1 modulo 2^32, to descend

@@ -10,7 +10,7 @@
 namespace ovcoredb {
 namespace {
 
-// Makes room for so many bytes behind the count.
+// Makes room for so many bytes after the count.
 std::uint8_t* room_for(context_state& lender, std::size_t bytes) {
   if (lender.lent.size() < sizeof(std::uint32_t) + bytes) lender.lent.resize(sizeof(std::uint32_t) + bytes);
   return lender.lent.data() + sizeof(std::uint32_t);

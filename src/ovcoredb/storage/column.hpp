@@ -13,7 +13,7 @@
 
 namespace ovcoredb {
 
-// Numbers lie in an array. Texts and binaries lie one behind the other in another array, divided into groups of 64
+// Numbers lie in an array. Texts and binaries lie back to back in another array, divided into groups of 64
 // rows; the numbers then tell where each ends, counted from the start of its group:
 //
 //    values_    3 7 9 ...                 2 8 ...
@@ -33,7 +33,7 @@ class column {
 
   bool has_value(std::uint64_t row) const { return absent_.empty() || (absent_[row >> 6] >> (row & 63) & 1) == 0; }
 
-  // Each requires: the column has a type named behind it, and a value in this row.
+  // Each requires: the column has one of the types in its comment, and a value in this row.
   std::uint64_t unsigned_value(std::uint64_t row) const { return values_[row]; }  // uint64, bool
   std::int64_t signed_value(std::uint64_t row) const {                            // int64; decimal, in millionths
     return static_cast<std::int64_t>(values_[row] >> 1 ^ (0 - (values_[row] & 1)));

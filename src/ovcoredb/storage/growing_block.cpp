@@ -19,7 +19,7 @@ bool is_large(std::size_t size) { return size >= large_page; }
 
 std::size_t to_large_pages(std::size_t size) { return (size + large_page - 1) / large_page * large_page; }
 
-// Maps memory that begins at a large page: maps one page too many and gives back what lies before and behind. Null:
+// Maps memory that begins at a large page: maps one page too many and gives back what lies before and after. Null:
 // there is none.
 void* reserve(std::size_t size) {
   void* const around = mmap(nullptr, size + large_page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);

@@ -40,7 +40,7 @@ class narrow_array {
   }
 
  private:
-  static constexpr std::size_t slack = 7;  // bytes behind the last element
+  static constexpr std::size_t slack = 7;  // bytes after the last element
 
   // From the last element to the first, so that none is overwritten before it is read.
   void widen(std::size_t width) {

@@ -31,7 +31,7 @@ class bit_reader {
   // The next 57 bits, and some more that mean nothing. Requires: bits are left.
   std::uint64_t load() const { return load_from(at_); }
 
-  // The next 56 bits and the 56 behind them. Requires: bits are left.
+  // The next 56 bits and the 56 after them. Requires: bits are left.
   two_words load_two() const {
     const std::uint64_t byte = at_ / 8;
     if (size_ - byte >= 15) return load_two_at(bytes_ + byte) << at_ % 8;

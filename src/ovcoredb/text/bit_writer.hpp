@@ -48,7 +48,7 @@ class bit_writer {
     return unused;
   }
 
-  // Behind the last byte, after finish.
+  // After the last byte. Requires: finish was called.
   const std::uint8_t* end() const { return out_; }
 
  private:

@@ -9,7 +9,7 @@ namespace ovcoredb {
 
 struct text_payload {
   const std::uint8_t* bytes = nullptr;
-  std::uint64_t bits = 0;  // those in use
+  std::uint64_t bits = 0;  // without the unused bits
 };
 
 // For headers of several bytes, which this core reads and does not write.

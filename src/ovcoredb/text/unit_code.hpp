@@ -2,15 +2,15 @@
 //
 //    encoded text     header | payload
 //    header           one byte 1vvvvvvv: v bits at the end of the payload are not used; they are zero
-//    payload          the codes of the units, one behind the other, most significant bit first
-//    code of a unit   a slot of 7 bits and, outside printable ASCII, more bits behind it
+//    payload          the codes of the units, back to back, most significant bit first
+//    code of a unit   a slot of 7 bits and, outside printable ASCII, more bits after it
 //
 //    units          slot        bits of the code
 //    0000..001F     0           12
 //    0020..007F     1..96        7
 //    0080..087F     97..112     14
 //    0880..FFFF     113..120    20
-//    upper limit    127         24, all ones; stands once, behind the text
+//    upper limit    127         24, all ones; stands once, after the text
 //
 // For example, "a" is slot 0x42 = 1000010 with one bit unused, the bytes 81 84. The empty text is the header 80 alone.
 //

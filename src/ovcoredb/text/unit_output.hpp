@@ -13,7 +13,7 @@
 
 namespace ovcoredb {
 
-// Writes units without looking at the room. Requires: at any time, room for sixteen units more than those put so far.
+// Writes units without looking at the room. Requires: room for sixteen units more than were put.
 class unbounded_output {
  public:
   explicit unbounded_output(char16_t* out) : first_(out), out_(out) {}
@@ -43,7 +43,7 @@ class counting_output {
   std::size_t count_ = 0;
 };
 
-// Writes units while there is room, and counts all of them. Leaves the room behind them as it was.
+// Writes units while there is room, and counts all of them. Leaves the rest of the room as it was.
 class bounded_output {
  public:
   explicit bounded_output(std::span<char16_t> out) : out_(out) {}
