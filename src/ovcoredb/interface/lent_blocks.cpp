@@ -24,8 +24,9 @@ void lend(context_state& lender, std::size_t count, const std::uint8_t** out) {
 
 bool countable(std::size_t count) { return count <= std::numeric_limits<std::uint32_t>::max(); }
 
-// Lends the base form of any text, ASCII or not.
-std::uint32_t lend_folded(context_state& lender, std::span<const std::uint8_t> encoded, const std::uint8_t** out) {
+// Lends the base form of any text, ASCII or not. Out of line, which keeps that of ASCII short.
+[[gnu::noinline]] std::uint32_t lend_folded(context_state& lender, std::span<const std::uint8_t> encoded,
+                                            const std::uint8_t** out) {
   if (!decode_text(encoded, lender.scratch_units)) return ORV_BAD_TEXT;
   fold_case(lender.scratch_units);
   return lend_units(lender, lender.scratch_units, out);

@@ -12,12 +12,14 @@ struct text_payload {
   std::uint64_t bits = 0;  // without the unused bits
 };
 
-// For headers of several bytes, which this core reads and does not write.
-text_payload payload_after_long_header(std::span<const std::uint8_t> encoded);
+// For headers of several bytes, which this core reads and does not write. Out of line, which keeps decoders short.
+[[gnu::noinline]] text_payload payload_after_long_header(std::span<const std::uint8_t> encoded);
 
 // Bytes without a complete header have an empty payload.
 inline text_payload payload_of(std::span<const std::uint8_t> encoded) {
-  if (encoded.empty() || encoded[0] < 0x80) return payload_after_long_header(encoded);
+  if (encoded.empty() || encoded[0] < 0x80) [[unlikely]] {
+    return payload_after_long_header(encoded);
+  }
   const std::uint64_t bits = (encoded.size() - 1) * 8;
   const std::uint64_t unused = encoded[0] & 0x7Fu;
   return {encoded.data() + 1, bits < unused ? 0 : bits - unused};
