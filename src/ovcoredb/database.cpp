@@ -4,8 +4,8 @@
 #include <limits>
 #include <string>
 
-#include "ovcoredb/database_state.hpp"
-#include "ovcoredb/definition_checks.hpp"
+#include "ovcoredb/database/database_state.hpp"
+#include "ovcoredb/database/definition_checks.hpp"
 
 namespace ovcoredb {
 namespace {
@@ -107,8 +107,5 @@ void database::remove_after(std::uint64_t count) {
     objects.remove_last();
   }
 }
-
-context::context(const database& database) : handle_(open_context(*database.state_).handle) {}
-context::~context() { close_context(handle_); }
 
 }  // namespace ovcoredb

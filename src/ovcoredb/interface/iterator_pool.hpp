@@ -1,0 +1,37 @@
+// The iterators of one context, open ones and others.
+#ifndef OVCOREDB_INTERFACE_ITERATOR_POOL_HPP_
+#define OVCOREDB_INTERFACE_ITERATOR_POOL_HPP_
+
+#include <memory>
+#include <vector>
+
+#include "ovcoredb/interface/iterator_state.hpp"
+
+namespace ovcoredb {
+
+class iterator_pool {
+ public:
+  explicit iterator_pool(context_state& owner) : owner_(owner) {}
+
+  // Null: there are too many, in the context or in the process. Throws: std::bad_alloc.
+  iterator_state* open();
+
+  // Requires: the iterator is open.
+  void close(iterator_state& iterator);
+
+  // Closes all, and forgets what they know of the database.
+  void reset();
+
+ private:
+  // Out of line, which keeps opening an iterator again short.
+  [[gnu::noinline]] bool add();
+
+  context_state& owner_;
+  std::vector<std::unique_ptr<iterator_state>> all_;
+  std::vector<iterator_state*> closed_;  // has room for all
+  bool is_used_ = false;                 // since the last reset
+};
+
+}  // namespace ovcoredb
+
+#endif  // OVCOREDB_INTERFACE_ITERATOR_POOL_HPP_
