@@ -10,8 +10,8 @@
 #include <random>
 #include <vector>
 
-#include "ov_sql_executor/execution/key_sort.hpp"
-#include "ov_sql_executor/execution/row_set.hpp"
+#include "ov_sql_executor/execution/grouping/distinct_rows.hpp"
+#include "ov_sql_executor/execution/sorting/key_sort.hpp"
 #include "ov_sql_executor/values/group_key.hpp"
 
 namespace {
@@ -67,7 +67,7 @@ rows<Width> make_rows(const std::function<std::array<value_view, Width>(std::uin
 template <std::size_t Width>
 double time_grouping(const rows<Width>& keys) {
   return time_per_key(keys.size(), [&] {
-    ov::sql_executor::row_set groups(Width);
+    ov::sql_executor::distinct_rows groups(Width);
     for (const auto& key : keys) groups.find_or_insert(key);
     if (groups.size() != keys.size()) std::puts("keys that should differ do not");
   });

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "fuzz/checks.hpp"
-#include "ov_sql_executor/errors/stack_weights.hpp"
+#include "ov_sql_executor/support/stack_weights.hpp"
 
 namespace fuzz {
 namespace {
@@ -37,7 +37,7 @@ unsigned number_from_environment(const char* name, unsigned otherwise) {
 // The environment may say how many, and which.
 void try_random_inputs(check checked) {
   const unsigned rounds =
-      number_from_environment("OV_FUZZ_ROUNDS", error_handling::stack_weights::guards_frames ? 600 : 3000);
+      number_from_environment("OV_FUZZ_ROUNDS", ov::sql_executor::stack_weights::guards_frames ? 600 : 3000);
   const unsigned seed = number_from_environment("OV_FUZZ_SEED", std::random_device{}());
   std::fprintf(stderr, "seed %u\n", seed);  // here, since what breaks ends the process
   std::mt19937 random(seed);

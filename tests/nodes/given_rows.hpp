@@ -12,7 +12,6 @@
 
 #include "outcome.hpp"
 #include "ov_sql_executor/execution/aggregator.hpp"
-#include "ov_sql_executor/execution/extension.hpp"
 #include "ov_sql_executor/execution/filter.hpp"
 #include "ov_sql_executor/execution/full_join.hpp"
 #include "ov_sql_executor/execution/generative_assignment.hpp"
@@ -98,6 +97,10 @@ inline std::vector<operator_ptr> columns(const std::vector<std::int16_t>& positi
   std::vector<operator_ptr> list;
   for (const std::int16_t position : positions) list.push_back(column(position));
   return list;
+}
+// The child's rows with the values of these expressions appended.
+inline std::unique_ptr<node> extended(std::unique_ptr<node> child, std::vector<operator_ptr> expressions) {
+  return std::make_unique<projection>(std::move(child), std::move(expressions), projection::input_row::extended);
 }
 template <class Item = operator_ptr, class... Items>
 std::vector<Item> list_of(Items... items) {

@@ -128,7 +128,7 @@ TEST(OrderBy, sorts_by_keys_with_a_direction_each_and_keeps_equal_rows_as_they_c
     }
     const auto last = static_cast<std::int16_t>(is_of_references ? 0 : width);
     auto sorter = std::make_unique<order_by>(given(input), std::move(operands), ascending);
-    auto wider = std::make_unique<extension>(std::move(sorter), columns({last}));
+    auto wider = extended(std::move(sorter), columns({last}));
     std::vector<std::int16_t> kept;
     for (std::int16_t position = 0; position < last; ++position) kept.push_back(position);
     kept.push_back(static_cast<std::int16_t>(last + 1));
@@ -322,7 +322,7 @@ TEST(PartsOfTheHost, find_nothing_but_the_rows_in_scope_on_the_row_stack) {
   };
   EXPECT_EQ(run(projection(given("(i5)"), made())), "(u1 i5 u1)");
   EXPECT_EQ(run(uniond(std::make_unique<projection>(given("(i5)"), made()), given(rows()))), "(u1 i5 u1)");
-  EXPECT_EQ(run(extension(given("(i5)"), made())), "(i5 u1 i5 u1)");
+  EXPECT_EQ(run(*extended(given("(i5)"), made())), "(i5 u1 i5 u1)");
 }
 
 // As whoever evaluates a subquery does.

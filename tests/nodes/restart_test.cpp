@@ -47,7 +47,7 @@ const std::pair<const char*, maker> nodes[] = {
     {"projection", [](auto of) { return std::make_unique<projection>(std::move(of), columns({1})); }},
     {"extension",
      [](auto of) {
-       return std::make_unique<extension>(std::move(of), columns({0, 1}));
+       return extended(std::move(of), columns({0, 1}));
      }},
     {"order", [](auto of) { return std::make_unique<order_by>(std::move(of), columns({1}), std::vector{false}); }},
     {"limit", [](auto of) { return std::make_unique<limit_offset>(std::move(of), column(0), constant(0)); }},

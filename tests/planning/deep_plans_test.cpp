@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "outcome.hpp"
-#include "ov_sql_executor/errors/stack_weights.hpp"
 #include "ov_sql_executor/planning/plan.hpp"
+#include "ov_sql_executor/support/stack_weights.hpp"
 #include "ovcoredb/database.hpp"
 #include "ovhost/plans.hpp"
 
@@ -219,7 +219,7 @@ plan select(plan any) { return ovhost::project({column(1)}, std::move(any)); }
 plan select(expression any) { return ovhost::project({column(3)}, extend(3, std::move(any), generate(1))); }
 
 using ov::sql_executor::runnable;
-namespace weights = error_handling::stack_weights;
+namespace weights = ov::sql_executor::stack_weights;
 
 const char* const too_deep = "7022 Not implemented error";
 constexpr std::size_t small = 256 << 10;

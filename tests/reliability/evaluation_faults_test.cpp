@@ -80,7 +80,7 @@ class EvaluationFaults : public testing::Test {
     };
     add("filter", chosen(1));
     add("projection", tree<projection>(input(), list_of(at(1), small(), at(0))));
-    add("extension", tree<extension>(input(), list_of(at(1), small())));
+    add("extension", tree<projection>(input(), list_of(at(1), small()), projection::input_row::extended));
     add("order", tree<order_by>(input(), list_of(at(1), small(), at(2)), std::vector<bool>{true, false, true}));
     add("groups", tree<aggregator>(input(), list_of(at(1), at(0)), every_aggregate()));
     // So many that rows are looked at ahead, which begins behind some thousand of them.

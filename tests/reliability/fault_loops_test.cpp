@@ -14,9 +14,9 @@
 #include "core_shim/core_shim.hpp"
 #include "nodes/given_rows.hpp"
 #include "outcome.hpp"
-#include "ov_sql_executor/errors/stack_weights.hpp"
 #include "ov_sql_executor/execution/enumerator.hpp"
 #include "ov_sql_executor/planning/plan.hpp"
+#include "ov_sql_executor/support/stack_weights.hpp"
 #include "reliability/plan_catalogue.hpp"
 
 namespace {
@@ -115,7 +115,8 @@ using core_shim::place, core_shim::repeat;
 
 // Without optimisation or with the address sanitizer, which learn nothing from a failure with another status and take
 // every third point unless the environment wants them all.
-constexpr bool is_slow = error_handling::stack_weights::guards_frames || !error_handling::stack_weights::is_optimised;
+constexpr bool is_slow =
+    ov::sql_executor::stack_weights::guards_frames || !ov::sql_executor::stack_weights::is_optimised;
 const std::uint64_t stride = is_slow && std::getenv("OV_EVERY_FAULT") == nullptr ? 3 : 1;
 
 // Runs a statement to its end and destroys what the run needed. Of allocations only the library's own can fail.

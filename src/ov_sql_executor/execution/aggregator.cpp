@@ -5,10 +5,10 @@
 #include <optional>
 #include <variant>
 
-#include "ov_sql_executor/execution/group_accumulators.hpp"
-#include "ov_sql_executor/execution/row_set.hpp"
-#include "ov_sql_executor/execution/row_stack.hpp"
-#include "ov_sql_executor/execution/waiting_rows.hpp"
+#include "ov_sql_executor/execution/grouping/distinct_rows.hpp"
+#include "ov_sql_executor/execution/grouping/group_accumulators.hpp"
+#include "ov_sql_executor/execution/grouping/row_batch.hpp"
+#include "ov_sql_executor/execution/rows/row_stack.hpp"
 #include "ov_sql_executor/expressions/operand_list.hpp"
 #include "ov_sql_executor/expressions/operand_views.hpp"
 
@@ -89,7 +89,7 @@ class aggregator_enumerator final : public row_source {
 
   void fill(execution_context& context) {
     filled_ = true;
-    std::optional<waiting_rows> waiting;
+    std::optional<row_batch> waiting;
     try {
       take_rows(waiting, context);
     } catch (...) {
@@ -100,7 +100,7 @@ class aggregator_enumerator final : public row_source {
     cursor_ = 0;
   }
 
-  void take_rows(std::optional<waiting_rows>& waiting, execution_context& context) {
+  void take_rows(std::optional<row_batch>& waiting, execution_context& context) {
     operators::operand_views keys(group_keys_.size());
     const std::size_t size = context.row_stack.size();
     while (child_.push_next(context)) {
@@ -108,7 +108,7 @@ class aggregator_enumerator final : public row_source {
         if (!waiting) waiting.emplace(group_keys_, aggregates_, *groups_, *accumulators_);
         waiting->add(context);
       } else {
-        const row_set::place group = groups_->find_or_insert(keys.evaluate(group_keys_, context));
+        const distinct_rows::place group = groups_->find_or_insert(keys.evaluate(group_keys_, context));
         if (group.is_new) accumulators_->add_group();
         accumulators_->add_row(group.index, context);
       }
@@ -118,7 +118,7 @@ class aggregator_enumerator final : public row_source {
 
   const std::vector<operators::operand>& group_keys_;  // the node's, like the aggregates
   const std::vector<aggregate_entry>& aggregates_;
-  std::optional<row_set> groups_;
+  std::optional<distinct_rows> groups_;
   std::optional<group_accumulators> accumulators_;
   bool filled_ = false;
   std::size_t cursor_ = 0;  // behind all groups until they are complete

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "ov_sql_executor/execution/aggregate.hpp"
+#include "ov_sql_executor/execution/grouping/aggregate.hpp"
 #include "ov_sql_executor/execution/row_source.hpp"
 #include "ov_sql_executor/expressions/operand.hpp"
 

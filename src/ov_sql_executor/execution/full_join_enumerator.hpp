@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "ov_sql_executor/execution/kept_rows.hpp"
 #include "ov_sql_executor/execution/row_source.hpp"
+#include "ov_sql_executor/execution/rows/kept_rows.hpp"
 #include "ov_sql_executor/expressions/operand.hpp"
 
 namespace ov::sql_executor {

@@ -1,6 +1,6 @@
 #include "ov_sql_executor/execution/full_join_enumerator_no_expression.hpp"
 
-#include "ov_sql_executor/execution/row_stack.hpp"
+#include "ov_sql_executor/execution/rows/row_stack.hpp"
 
 namespace ov::sql_executor {
 

@@ -17,7 +17,7 @@ namespace ov::sql_executor {
 //
 // The outer row is copied once for each result and moved otherwise. A new inner enumerator is made before the one for
 // the previous outer row goes.
-class nested_loop_enumerator final : public row_source {
+class nested_loop_enumerator : public row_source {
  public:
   // null_width: how many NULLs extend an outer row without inner rows; nothing where such a row is left out.
   nested_loop_enumerator(input_rows outer, const input& inner_side, std::optional<std::uint64_t> null_width)

@@ -6,9 +6,9 @@
 #include <span>
 #include <utility>
 
-#include "ov_sql_executor/execution/kept_rows.hpp"
-#include "ov_sql_executor/execution/key_sort.hpp"
-#include "ov_sql_executor/execution/row_stack.hpp"
+#include "ov_sql_executor/execution/rows/kept_rows.hpp"
+#include "ov_sql_executor/execution/rows/row_stack.hpp"
+#include "ov_sql_executor/execution/sorting/key_sort.hpp"
 #include "ov_sql_executor/expressions/operand_list.hpp"
 
 namespace ov::sql_executor {

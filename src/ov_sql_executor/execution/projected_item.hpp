@@ -4,12 +4,12 @@
 #include <memory>
 #include <vector>
 
-#include "ov_sql_executor/execution/row_stack.hpp"
+#include "ov_sql_executor/execution/rows/row_stack.hpp"
 #include "ov_sql_executor/expressions/operand.hpp"
 
 namespace ov::sql_executor {
 
-// One item of a projection. A value of the input row that no later item looks at is moved, since the row goes away.
+// One item of a projection. Where the input row goes away, a value of it that no later item looks at is moved.
 class projected_item {
  public:
   explicit projected_item(std::unique_ptr<operators::operator_base> expression) : expression_(std::move(expression)) {}
@@ -21,6 +21,11 @@ class projected_item {
     } else {
       expression_.append_to(list, context);
     }
+  }
+
+  // Appends the item's value, while the input row stays.
+  void append_copy_to(std::vector<value>& list, execution_context& context) const {
+    expression_.append_to(list, context);
   }
 
   static std::vector<projected_item> make(std::vector<std::unique_ptr<operators::operator_base>> expressions);

@@ -1,6 +1,6 @@
 #include "ov_sql_executor/execution/row_source.hpp"
 
-#include "ov_sql_executor/execution/row_stack.hpp"
+#include "ov_sql_executor/execution/rows/row_stack.hpp"
 
 namespace ov::sql_executor {
 

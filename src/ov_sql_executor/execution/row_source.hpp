@@ -10,9 +10,9 @@
 #include <optional>
 #include <utility>
 
-#include "ov_sql_executor/errors/destroyed_in_turn.hpp"
 #include "ov_sql_executor/execution/enumerator.hpp"
 #include "ov_sql_executor/execution/node.hpp"
+#include "ov_sql_executor/support/destroyed_in_turn.hpp"
 
 namespace ov::sql_executor {
 
@@ -38,7 +38,7 @@ class row_source : public enumerator {
 inline constexpr std::uint64_t all_rows = std::numeric_limits<std::uint64_t>::max();
 
 // A node of this library.
-class source_node : public error_handling::destroyed_in_turn<node> {
+class source_node : public destroyed_in_turn<node> {
  public:
   // A new run of the node. most_rows: no more rows will be asked for, which may save keeping the others.
   virtual std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const = 0;
@@ -65,7 +65,7 @@ class input {
   friend class input_rows;
   std::unique_ptr<row_source> open_source(execution_context& context, std::uint64_t most_rows) const;
 
-  error_handling::owned_part<node, source_node> child_;
+  owned_part<node, source_node> child_;
 };
 
 // The rows of an input, as far as its node's enumerator wants them.

@@ -4,8 +4,8 @@
 
 #include "ov_sql_executor/database/obj_ref.hpp"
 #include "ov_sql_executor/database/status.hpp"
-#include "ov_sql_executor/execution/row_stack.hpp"
-#include "ov_sql_executor/execution/scan_keys.hpp"
+#include "ov_sql_executor/execution/key_ranges/scan_keys.hpp"
+#include "ov_sql_executor/execution/rows/row_stack.hpp"
 
 namespace ov::sql_executor {
 

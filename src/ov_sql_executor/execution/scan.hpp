@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "ov_sql_executor/database/metadata.hpp"
-#include "ov_sql_executor/execution/key_condition.hpp"
+#include "ov_sql_executor/execution/key_ranges/key_condition.hpp"
 #include "ov_sql_executor/execution/row_source.hpp"
 
 namespace ov::sql_executor {

@@ -17,6 +17,7 @@ class uniond_enumerator final : public row_source {
   void restart(execution_context& context, std::uint64_t /*most_rows*/) override {
     left_.start(context);
     right_.start(context);
+    on_left_ = true;
   }
 
   // Asked from outside, a row goes out as its side makes it.
@@ -27,14 +28,16 @@ class uniond_enumerator final : public row_source {
  private:
   template <class Ask>
   std::invoke_result_t<Ask, input_rows&> next_of_either(Ask ask) {
-    auto found = ask(left_.is_open() ? left_ : right_);
-    if (!found && left_.is_open()) {
+    auto found = ask(on_left_ ? left_ : right_);
+    if (!found && on_left_) {
+      on_left_ = false;
       left_.close();
       found = ask(right_);
     }
     return found;
   }
 
+  bool on_left_ = true;
   input_rows left_;  // until it is exhausted
   input_rows right_;
 };

@@ -83,7 +83,7 @@ class expression_translator {
   // A property that an enclosing node has produced already is not read again.
   template <class T>
   operator_ptr build(const property_column<T>& column) {
-    if (const auto position = columns_.find(column)) return read_row_stack(*position);
+    if (const auto position = columns_.find_in_scope(column)) return read_row_stack(*position);
     const std::int16_t object = find_column(column.variable);
     const OV_OBJ_REF& property = column.property.object;
     const std::uint16_t index = meta_data::property_column(property);
@@ -175,7 +175,7 @@ class expression_translator {
   }
 
   std::int16_t find_column(const column_ref& column) {
-    const auto position = columns_.find(column);
+    const auto position = columns_.find_in_scope(column);
     if (!position) {
       error_handling::raise_error(error_handling::internal_error, error_handling::no_detail,
                                   L"Internal error: column is not in scope");

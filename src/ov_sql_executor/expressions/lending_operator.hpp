@@ -1,16 +1,16 @@
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_LENDING_OPERATOR_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_LENDING_OPERATOR_HPP_
 
-#include "ov_sql_executor/errors/destroyed_in_turn.hpp"
 #include "ov_sql_executor/expressions/operator_base.hpp"
 #include "ov_sql_executor/expressions/truth.hpp"
+#include "ov_sql_executor/support/destroyed_in_turn.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
 
 namespace ov::sql_executor::operators {
 
 // The operators of this library. Beside evaluate they can lend: show their value where it lies instead of making a copy
 // that whoever only looks at it would throw away. Both have the same result, errors and order of evaluation.
-class lending_operator : public error_handling::destroyed_in_turn<operator_base> {
+class lending_operator : public destroyed_in_turn<operator_base> {
  public:
   // The value, held in the view itself, lying in the context, in a buffer of the core, or in scratch, which is free for
   // the operator to use. Good until the next core call on the context, and as long as the context's lists and scratch

@@ -167,7 +167,7 @@ class operand {
     return lender_ != nullptr && typeid(*lender_) == typeid(Operator) ? static_cast<const Operator*>(lender_) : nullptr;
   }
 
-  error_handling::owned_part<operator_base, lending_operator> expression_;
+  owned_part<operator_base, lending_operator> expression_;
   const lending_operator* lender_;          // expression_, if it lends
   const value_from_context* context_read_;  // expression_, if it only reads the context
   const property_read* property_;           // expression_, if it is one

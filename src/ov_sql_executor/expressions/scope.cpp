@@ -39,7 +39,7 @@ std::size_t visible_columns::hash::operator()(const column_ref* column) const {
   return seed;
 }
 
-std::optional<std::int16_t> visible_columns::find(const column_ref& column) const {
+std::optional<std::int16_t> visible_columns::find_in_scope(const column_ref& column) const {
   if (index_.empty() && looked_at_ > 64 + 4 * size()) make_index();
   const std::size_t position = look_for(column);
   if (position == size()) return std::nullopt;

@@ -24,7 +24,7 @@ class visible_columns {
 
   // The row-stack position of the first column that equals this one. Throws boost::numeric::positive_overflow for a
   // position beyond 32767.
-  std::optional<std::int16_t> find(const physical_queryplan::column_ref& column) const;
+  std::optional<std::int16_t> find_in_scope(const physical_queryplan::column_ref& column) const;
 
  private:
   using column_ref = physical_queryplan::column_ref;

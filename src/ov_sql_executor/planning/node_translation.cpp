@@ -11,7 +11,6 @@
 #include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/raise.hpp"
 #include "ov_sql_executor/execution/aggregator.hpp"
-#include "ov_sql_executor/execution/extension.hpp"
 #include "ov_sql_executor/execution/filter.hpp"
 #include "ov_sql_executor/execution/full_join.hpp"
 #include "ov_sql_executor/execution/generative_assignment.hpp"
@@ -35,6 +34,7 @@ namespace {
 using namespace physical_queryplan::QueryPlan;  // the alternatives are named one by one below
 using error_handling::complete;
 using ov::sql_executor::join_scopes;
+using ov::sql_executor::projection;
 using ov::sql_executor::scope;
 using ov::sql_executor::to_column_ref;
 using ov::sql_executor::to_expression;
@@ -74,8 +74,7 @@ class node_translator {
     columns.reserve(plan.items.size());
     for (const auto& item : plan.items) columns.push_back(to_column_ref(item));
     if (columns == child.columns) return child;
-    return {std::move(columns),
-            std::make_unique<ov::sql_executor::projection>(std::move(child.node), std::move(items))};
+    return {std::move(columns), std::make_unique<projection>(std::move(child.node), std::move(items))};
   }
 
   translation operator()(const GenerativeAssignment& plan) const {
@@ -91,7 +90,8 @@ class node_translator {
     std::vector<std::unique_ptr<operator_base>> values = translate_assignments(plan.assignments, inner);
     child.in_place = child.columns.size();
     append_columns(child.columns, plan.assignments);
-    child.node = std::make_unique<ov::sql_executor::extension>(std::move(child.node), std::move(values));
+    child.node =
+        std::make_unique<projection>(std::move(child.node), std::move(values), projection::input_row::extended);
     return child;
   }
 
@@ -176,7 +176,7 @@ class node_translator {
   // same name, which hides it.
   bool reads_itself(const translation& input, const visible_columns& inner) const {
     for (std::size_t i = input.in_place; i < input.columns.size(); ++i) {
-      const auto position = inner.find(input.columns[i]);
+      const auto position = inner.find_in_scope(input.columns[i]);
       if (static_cast<std::size_t>(*position) != outer_.size() + i) return false;
     }
     return true;
@@ -193,8 +193,7 @@ class node_translator {
       expressions.push_back(translate_expression(added.expression, constants_, inner));
     }
     append_columns(child.columns, plan.assignments);
-    return {std::move(child.columns),
-            std::make_unique<ov::sql_executor::projection>(std::move(child.node), std::move(expressions))};
+    return {std::move(child.columns), std::make_unique<projection>(std::move(child.node), std::move(expressions))};
   }
 
   // Only the expressions: their columns are looked at when all of them are translated.

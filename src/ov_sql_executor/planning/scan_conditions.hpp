@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "ov_sql_executor/execution/key_condition.hpp"
+#include "ov_sql_executor/execution/key_ranges/key_condition.hpp"
 #include "ov_sql_executor/expressions/scope.hpp"
 #include "ov_sql_executor/planning/query_plan.hpp"
 #include "ov_sql_executor/values/value.hpp"

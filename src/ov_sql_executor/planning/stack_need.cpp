@@ -6,7 +6,7 @@
 #include <variant>
 #include <vector>
 
-#include "ov_sql_executor/errors/stack_weights.hpp"
+#include "ov_sql_executor/support/stack_weights.hpp"
 
 namespace physical_to_exec {
 
@@ -18,7 +18,7 @@ using physical_queryplan::expression;
 using physical_queryplan::find_operation;
 using physical_queryplan::operation;
 using physical_queryplan::Or;
-namespace stack_weights = error_handling::stack_weights;
+namespace stack_weights = ov::sql_executor::stack_weights;
 
 class need_measurement {
  public:

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "ov_sql_executor/values/large_memory.hpp"
+#include "ov_sql_executor/support/large_memory.hpp"
 #include "ov_sql_executor/values/value.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
 

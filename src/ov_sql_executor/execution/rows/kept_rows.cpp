@@ -1,0 +1,87 @@
+#include "ov_sql_executor/execution/rows/kept_rows.hpp"
+
+#include "ov_sql_executor/execution/rows/row_stack.hpp"
+
+namespace ov::sql_executor {
+
+void kept_rows::take(execution_context& context, std::size_t start) {
+  std::vector<value>& stack = context.row_stack;
+  note_width(stack.size() - start);
+  for (std::size_t at = start; at < stack.size(); ++at) keep(stack[at]);
+  cut_row_stack(context, start);
+  ++size_;
+}
+
+void kept_rows::give(std::size_t row_number, execution_context& context) {
+  const std::size_t end = first_of(row_number + 1);
+  for (std::size_t i = first_of(row_number); i < end; ++i) {
+    if (are_references_) {
+      context.row_stack.emplace_back(references_[i]);
+    } else {
+      values_.give(i, context.row_stack);
+    }
+  }
+}
+
+void kept_rows::take_back(std::size_t row_number, execution_context& context, std::size_t start) {
+  if (!are_references_) {
+    std::size_t to = first_of(row_number);
+    for (std::size_t at = start; at < context.row_stack.size(); ++at) values_.take_back(to++, context.row_stack[at]);
+  }
+  cut_row_stack(context, start);
+}
+
+void kept_rows::copy_back(std::size_t row_number, const execution_context& context, std::size_t start) {
+  if (are_references_) return;
+  std::size_t to = first_of(row_number);
+  for (std::size_t at = start; at < context.row_stack.size(); ++at) values_.copy_back(to++, context.row_stack[at]);
+}
+
+// Sorted rows lie far apart, and memory is slower than all the rest.
+void kept_rows::prefetch(std::size_t row_number) const {
+  const std::size_t first = first_of(row_number);
+  if (first == first_of(row_number + 1)) return;
+  if (are_references_) {
+    references_.prefetch(first);
+  } else {
+    values_.prefetch(first);
+  }
+}
+
+void kept_rows::prefetch_further(std::size_t row_number) const {
+  if (are_references_) return;
+  const std::size_t end = first_of(row_number + 1);
+  for (std::size_t i = first_of(row_number); i < end; ++i) values_.prefetch_further(i);
+}
+
+// Nodes yield rows of one width; only a foreign one could do otherwise.
+void kept_rows::note_width(std::size_t width) {
+  if (size_ == 0) width_ = width;
+  if (starts_.empty() && width != width_) {
+    for (std::size_t i = 0; i <= size_; ++i) starts_.push_back(i * width_);
+  }
+  if (!starts_.empty()) starts_.push_back(starts_.back() + width);
+}
+
+// The first value that is no reference makes values of all before it.
+void kept_rows::keep(value& each) {
+  if (are_references_) {
+    if (const auto* reference = std::get_if<OV_OBJ_REF>(&each)) {
+      references_.push_back(*reference);
+      return;
+    }
+    for (std::size_t i = 0; i < references_.size(); ++i) {
+      value kept = references_[i];
+      values_.push_back(kept);
+    }
+    references_ = {};
+    are_references_ = false;
+  }
+  values_.push_back(each);
+}
+
+std::size_t kept_rows::first_of(std::size_t row_number) const {
+  return starts_.empty() ? row_number * width_ : starts_[row_number];
+}
+
+}  // namespace ov::sql_executor

@@ -1,0 +1,56 @@
+// Memory for what grows with the input and is then read in any order: hash tables, the states of groups, keys to sort.
+#ifndef OV_SQL_EXECUTOR_SUPPORT_LARGE_MEMORY_HPP_
+#define OV_SQL_EXECUTOR_SUPPORT_LARGE_MEMORY_HPP_
+
+#include <cstddef>
+#include <memory_resource>
+#include <new>
+#include <utility>
+#include <vector>
+
+namespace ov::sql_executor {
+
+// As operator new and operator delete, but what is large lies in large pages where the system has them: a processor
+// knows the places of a few thousand pages, and looking one up takes longer than reading from it. Throw std::bad_alloc.
+void* allocate_large(std::size_t size, std::size_t alignment);
+void free_large(void* memory, std::size_t size, std::size_t alignment) noexcept;
+
+// The same for what takes a memory resource. It lives as long as the process.
+std::pmr::memory_resource* large_memory();
+
+// Has what lies there brought near the processor meanwhile, as a hint: nothing is read.
+inline void prefetch_memory(const void* place) { __builtin_prefetch(place); }
+
+template <class T>
+struct large_allocator {
+  using value_type = T;
+
+  large_allocator() = default;
+  template <class U>
+  large_allocator(const large_allocator<U>& /*other*/) {}  // NOLINT(google-explicit-constructor): containers rebind
+
+  T* allocate(std::size_t count) {
+    if (count > std::size_t(-1) / 2 / sizeof(T)) throw std::bad_array_new_length();
+    return static_cast<T*>(allocate_large(count * sizeof(T), alignof(T)));
+  }
+  void deallocate(T* memory, std::size_t count) noexcept { free_large(memory, count * sizeof(T), alignof(T)); }
+
+  // Numbers that a resize adds are not set: somebody is about to do so, and each pass over them counts.
+  template <class U>
+  void construct(U* at) {
+    ::new (static_cast<void*>(at)) U;
+  }
+  template <class U, class... Arguments>
+  void construct(U* at, Arguments&&... arguments) {
+    ::new (static_cast<void*>(at)) U(std::forward<Arguments>(arguments)...);
+  }
+
+  bool operator==(const large_allocator&) const = default;
+};
+
+template <class T>
+using large_vector = std::vector<T, large_allocator<T>>;
+
+}  // namespace ov::sql_executor
+
+#endif  // OV_SQL_EXECUTOR_SUPPORT_LARGE_MEMORY_HPP_

@@ -1,0 +1,76 @@
+#include "ov_sql_executor/support/thread_stack.hpp"
+
+#include <cstdint>
+
+#if defined(_WIN32)
+#include <intrin.h>
+#include <windows.h>
+#else
+#include <pthread.h>
+#endif
+
+#include "ov_sql_executor/errors/raise.hpp"
+#include "ov_sql_executor/support/stack_weights.hpp"
+
+namespace ov::sql_executor {
+
+namespace {
+
+constexpr std::size_t assumed = stack_weights::unchecked + stack_weights::reserve;
+
+struct address_range {
+  std::uintptr_t lowest;
+  std::uintptr_t highest;
+};
+
+#if defined(_WIN32)
+
+// Not that of a local variable: a sanitizer may keep those elsewhere.
+std::uintptr_t here() { return reinterpret_cast<std::uintptr_t>(_AddressOfReturnAddress()); }
+
+address_range stack_of_thread() {
+  ULONG_PTR lowest = 0;
+  ULONG_PTR highest = 0;
+  GetCurrentThreadStackLimits(&lowest, &highest);
+  return {lowest, highest};
+}
+
+#else
+
+std::uintptr_t here() { return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)); }
+
+address_range stack_of_thread() {
+  pthread_attr_t attributes;
+  if (pthread_getattr_np(pthread_self(), &attributes) != 0) return {};
+  void* start = nullptr;
+  std::size_t size = 0;
+  std::size_t guard = 0;  // some systems count it in
+  pthread_attr_getstack(&attributes, &start, &size);
+  pthread_attr_getguardsize(&attributes, &guard);
+  pthread_attr_destroy(&attributes);
+  const auto lowest = reinterpret_cast<std::uintptr_t>(start);
+  return {lowest + guard, lowest + size};
+}
+
+#endif
+
+// What is known of the stack that the thread runs on; nothing yet. A thread's own, since the next one may get a smaller
+// stack in the same place.
+thread_local address_range known = {1, 0};
+
+bool has(std::size_t bytes) {
+  const std::uintptr_t now = here();
+  return now >= known.lowest && now <= known.highest && now - known.lowest >= stack_weights::reserve &&
+         now - known.lowest - stack_weights::reserve >= bytes;
+}
+
+}  // namespace
+
+void require_stack(std::size_t bytes) {
+  if (has(bytes)) return;
+  known = stack_of_thread();
+  if (here() < known.lowest || here() > known.highest) known = {here() - assumed, here()};  // of the host's own making
+  if (!has(bytes)) error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
+}
+
+}  // namespace ov::sql_executor
