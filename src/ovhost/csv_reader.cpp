@@ -2,6 +2,7 @@
 
 #include <csv.h>
 
+#include <ios>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -34,20 +35,34 @@ std::optional<csv_row> csv_reader::next() {
 
 // The parser is fed line by line, so that rows and errors are known by their line.
 void csv_reader::feed_line() {
-  std::string line;
-  if (!std::getline(input_, line)) return finish();
+  std::string line = read_line();
+  if (line.empty()) return finish();
   ++line_;
   if (line_ == 1 && line.starts_with(byte_order_mark)) line.erase(0, byte_order_mark.size());
-  if (!input_.eof()) line += '\n';
   if (between_rows_) row_.line = line_;
   between_rows_ = false;
   const std::size_t parsed = csv_parse(parser_.get(), line.data(), line.size(), on_field, on_row, this);
   check(parsed == line.size());
 }
 
+// With its line end; empty behind the last one. Read from the buffer, since a stream takes a failed allocation for a
+// failed read.
+std::string csv_reader::read_line() try {
+  constexpr auto end = std::istream::traits_type::eof();
+  if (input_.bad()) throw std::ios_base::failure("the stream has no buffer");
+  std::string line;
+  while (!line.ends_with('\n')) {
+    const auto next = input_.rdbuf()->sbumpc();
+    if (next == end) break;
+    line += std::istream::traits_type::to_char_type(next);
+  }
+  return line;
+} catch (const std::ios_base::failure&) {
+  throw csv_syntax_error{line_, "the file cannot be read"};
+}
+
 void csv_reader::finish() {
   finished_ = true;
-  if (input_.bad()) throw csv_syntax_error{line_, "the file cannot be read"};
   check(csv_fini(parser_.get(), on_field, on_row, this) == 0);
 }
 

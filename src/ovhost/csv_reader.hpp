@@ -42,6 +42,7 @@ class csv_reader {
 
  private:
   void feed_line();
+  std::string read_line();
   void finish();
   void check(bool parsed) const;
   void end_row();
