@@ -15,23 +15,6 @@ namespace {
 
 using ovcoredb::cell;
 
-// Takes back what was loaded unless it is told to keep it.
-class load_transaction {
- public:
-  explicit load_transaction(ovcoredb::database& database) : database_(&database), before_(database.object_count()) {}
-  ~load_transaction() {
-    if (database_ != nullptr) database_->remove_after(before_);
-  }
-  load_transaction(const load_transaction&) = delete;
-  load_transaction& operator=(const load_transaction&) = delete;
-
-  void keep() { database_ = nullptr; }
-
- private:
-  ovcoredb::database* database_;
-  std::uint64_t before_;
-};
-
 // One column of the file.
 struct column_plan {
   std::string header;
@@ -57,10 +40,10 @@ class csv_load {
     const std::optional<csv_row> headings = next_row();
     if (!headings) fail(1, "the file is empty");
     plan_columns(*headings);
-    load_transaction transaction(database_);
+    ovcoredb::savepoint before(database_);
     std::size_t count = 0;
     for (; const auto row = next_row(); ++count) load(*row);
-    transaction.keep();
+    before.keep();
     return count;
   }
 

@@ -44,9 +44,11 @@ cell reference_cell(OV_OBJ_REF reference) { return reference.object_number == 0 
 }  // namespace
 
 metadata_writer::metadata_writer(ovcoredb::database& database) : database_(database) {
+  ovcoredb::savepoint before(database);
   create_tables();
   create_indexes();
   add_types();
+  before.keep();
 }
 
 void metadata_writer::create_tables() {

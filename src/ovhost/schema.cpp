@@ -42,21 +42,25 @@ void write_members(metadata_writer& writer, const catalog& existing, const table
 }  // namespace
 
 schema::schema(ovcoredb::database& database)
-    : database_(database), writer_(database), context_(database), catalog_(context_.handle()) {}
+    : database_(database), context_(database), catalog_(context_.handle()), writer_(database) {}
 
 void schema::define_tables(const std::vector<table_definition>& definitions) {
   check_tables(catalog_, definitions);
-  for (const table_definition& each : definitions) create_table(each);
+  ovcoredb::savepoint before(database_);
+  std::uint16_t tag = next_tag_;
+  for (const table_definition& each : definitions) create_table(each, tag++);
   for (const table_definition& each : definitions) write_members(writer_, catalog_, each);
+  before.keep();
+  next_tag_ = tag;
 }
 
-void schema::create_table(const table_definition& definition) {
+void schema::create_table(const table_definition& definition, std::uint16_t tag) {
   const table_info base = definition.base.empty() ? table_info() : catalog_.table(definition.base);
   ovcoredb::table_definition stored;
   stored.set_specifier = set_specifier_of(catalog_, definition.name, base.object);
   for (const member_definition& each : definition.members) stored.columns.push_back(column_type_of(each));
   stored.base = base.tag;
-  stored.tag = next_tag_++;
+  stored.tag = tag;
   writer_.add_table(utf16(definition.name), base.object, database_.create_table(stored));
   writer_.add_set_specifier(stored.set_specifier, utf16(definition.name));
 }
@@ -74,12 +78,14 @@ void schema::define_index(const index_definition& definition) {
     stored.columns.push_back({property.column, each.ascending, catalog_.table(property.declared_in).tag});
     members.push_back(property.object);
   }
+  ovcoredb::savepoint before(database_);
   const OV_OBJ_REF index =
       writer_.add_index(table.object, utf16(definition.name), database_.create_index(stored), definition.unique);
-  ++next_handle_;
   for (std::size_t position = 0; position < members.size(); ++position) {
     writer_.add_indexed_column(index, members[position], position, definition.columns[position].ascending);
   }
+  before.keep();
+  ++next_handle_;
 }
 
 }  // namespace ovhost

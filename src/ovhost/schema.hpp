@@ -52,7 +52,7 @@ class schema_error : public std::runtime_error {
 };
 
 // Throws schema_error, and unknown_name for tables and properties that are mentioned but do not exist. A call that
-// throws has defined nothing. No other thread reads meanwhile, and open iterators are closed.
+// throws, the constructor too, has defined nothing. No other thread reads meanwhile, and open iterators are closed.
 class schema {
  public:
   // Writes the metadata's own tables and the primitive types; the database has no tables before.
@@ -66,12 +66,12 @@ class schema {
   void define_index(const index_definition& definition);
 
  private:
-  void create_table(const table_definition& definition);
+  void create_table(const table_definition& definition, std::uint16_t tag);
 
   ovcoredb::database& database_;
-  metadata_writer writer_;
   ovcoredb::context context_;
   catalog catalog_;
+  metadata_writer writer_;
   // The application's tags and handles begin above the metadata's.
   std::uint16_t next_tag_ = metalayer::layout::table_tag::first_free;
   std::uint64_t next_handle_ = metalayer::layout::index_handle::first_free;
