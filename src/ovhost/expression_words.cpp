@@ -1,8 +1,8 @@
 #include "ovhost/expression_words.hpp"
 
 #include <array>
+#include <concepts>
 #include <string_view>
-#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -22,32 +22,55 @@ enum class form { between, before, after, call, conditional };
 struct phrase {
   form stands;
   std::string_view word;
+
+  bool encloses() const { return stands == form::call || stands == form::conditional; }
 };
 
-// By the operation's alternative.
-constexpr std::array<phrase, 32> phrases = {{
-    {form::between, " = "},        {form::between, " <> "},
-    {form::between, " <= "},       {form::between, " < "},
-    {form::between, " > "},        {form::between, " >= "},
-    {form::between, " and "},      {form::between, " or "},
-    {form::before, "not "},        {form::after, " is null"},
-    {form::after, " is not null"}, {form::between, " + "},
-    {form::between, " - "},        {form::before, "-"},
-    {form::between, " / "},        {form::between, " * "},
-    {form::between, " like "},     {form::between, " begins with "},
-    {form::conditional, "case"},   {form::between, " xor "},
-    {form::call, "concat"},        {form::between, " is a "},
-    {form::call, "object number"}, {form::call, "bool"},
-    {form::call, "uint64"},        {form::call, "int64"},
-    {form::call, "decimal"},       {form::call, "float"},
-    {form::call, "double"},        {form::call, "text"},
-    {form::call, "type"},          {form::call, "prefix of pattern"},
-}};
+// Of every operation: the words for one without a line here do not compile.
+constexpr phrase phrase_of(const Equality&) { return {form::between, " = "}; }
+constexpr phrase phrase_of(const Inequality&) { return {form::between, " <> "}; }
+constexpr phrase phrase_of(const AtMost&) { return {form::between, " <= "}; }
+constexpr phrase phrase_of(const Less&) { return {form::between, " < "}; }
+constexpr phrase phrase_of(const Greater&) { return {form::between, " > "}; }
+constexpr phrase phrase_of(const AtLeast&) { return {form::between, " >= "}; }
+constexpr phrase phrase_of(const And&) { return {form::between, " and "}; }
+constexpr phrase phrase_of(const Or&) { return {form::between, " or "}; }
+constexpr phrase phrase_of(const Not&) { return {form::before, "not "}; }
+constexpr phrase phrase_of(const NullTest&) { return {form::after, " is null"}; }
+constexpr phrase phrase_of(const NotNullTest&) { return {form::after, " is not null"}; }
+constexpr phrase phrase_of(const Sum&) { return {form::between, " + "}; }
+constexpr phrase phrase_of(const Difference&) { return {form::between, " - "}; }
+constexpr phrase phrase_of(const Negation&) { return {form::before, "-"}; }
+constexpr phrase phrase_of(const Quotient&) { return {form::between, " / "}; }
+constexpr phrase phrase_of(const Product&) { return {form::between, " * "}; }
+constexpr phrase phrase_of(const PatternMatch&) { return {form::between, " like "}; }
+constexpr phrase phrase_of(const PrefixTest&) { return {form::between, " begins with "}; }
+constexpr phrase phrase_of(const Conditional&) { return {form::conditional, "case"}; }
+constexpr phrase phrase_of(const ExclusiveOr&) { return {form::between, " xor "}; }
+constexpr phrase phrase_of(const Concatenation&) { return {form::call, "concat"}; }
+constexpr phrase phrase_of(const TypeTest&) { return {form::between, " is a "}; }
+constexpr phrase phrase_of(const ObjectNumber&) { return {form::call, "object number"}; }
+constexpr phrase phrase_of(const ToBool&) { return {form::call, "bool"}; }
+constexpr phrase phrase_of(const ToUint64&) { return {form::call, "uint64"}; }
+constexpr phrase phrase_of(const ToInt64&) { return {form::call, "int64"}; }
+constexpr phrase phrase_of(const ToDecimal&) { return {form::call, "decimal"}; }
+constexpr phrase phrase_of(const ToFloat&) { return {form::call, "float"}; }
+constexpr phrase phrase_of(const ToDouble&) { return {form::call, "double"}; }
+constexpr phrase phrase_of(const ToText&) { return {form::call, "text"}; }
+constexpr phrase phrase_of(const ToSetSpecifier&) { return {form::call, "type"}; }
+constexpr phrase phrase_of(const PrefixPattern&) { return {form::call, "prefix of pattern"}; }
 
-bool is_call(const expression& of) {
-  return of.index() >= phrases.size() || phrases[of.index()].stands == form::call ||
-         phrases[of.index()].stands == form::conditional;
-}
+// Whether no other word can be taken to belong to it.
+struct enclosed {
+  template <std::derived_from<operation> Operation>
+  bool operator()(const Operation& of) const {
+    return phrase_of(of).encloses();
+  }
+  template <class Leaf>
+  bool operator()(const Leaf&) const {
+    return true;
+  }
+};
 
 // "case when ... then ... else ... end", as far as there are operands.
 std::string say_conditional(const std::vector<std::string>& operands) {
@@ -63,31 +86,11 @@ std::string say_conditional(const std::vector<std::string>& operands) {
 
 struct word_chooser {
   const expression_words& words;
-  std::size_t alternative;
 
-  std::string operator()(const operation& of) const {
-    const phrase& how = phrases[alternative];
-    std::vector<std::string> operands;
-    for (const expression& each : of.operands) {
-      const std::string said = words(each);
-      operands.push_back(
-          how.stands == form::call || how.stands == form::conditional || is_call(each) ? said : "(" + said + ")");
-    }
-    switch (how.stands) {
-      case form::between:
-        return join_words(operands, how.word);
-      case form::before:
-        return std::string(how.word) + join_words(operands, ", ");
-      case form::after:
-        return join_words(operands, ", ") + std::string(how.word);
-      case form::call:
-        return std::string(how.word) + "(" + join_words(operands, ", ") + ")";
-      case form::conditional:
-        return say_conditional(operands);
-    }
-    return {};
+  template <std::derived_from<operation> Operation>
+  std::string operator()(const Operation& of) const {
+    return say_operation(phrase_of(of), of.operands);
   }
-
   template <class T>
   std::string operator()(const property_column<T>& of) const {
     return words(of.variable) + "." + words.metadata_.property(of.property.object).name;
@@ -104,6 +107,30 @@ struct word_chooser {
   }
 
  private:
+  std::string say_operation(const phrase& how, const std::vector<expression>& of) const {
+    std::vector<std::string> operands;
+    for (const expression& each : of) operands.push_back(say_operand(how, each));
+    switch (how.stands) {
+      case form::between:
+        return join_words(operands, how.word);
+      case form::before:
+        return std::string(how.word) + join_words(operands, ", ");
+      case form::after:
+        return join_words(operands, ", ") + std::string(how.word);
+      case form::call:
+        return std::string(how.word) + "(" + join_words(operands, ", ") + ")";
+      case form::conditional:
+        return say_conditional(operands);
+    }
+    return {};
+  }
+
+  std::string say_operand(const phrase& how, const expression& of) const {
+    const std::string said = words(of);
+    const bool stands_alone = how.encloses() || std::visit(enclosed(), static_cast<const expression_variant&>(of));
+    return stands_alone ? said : "(" + said + ")";
+  }
+
   template <class T>
   std::string say_literal(const parameter<T>& of) const {
     return "parameter " + std::to_string(of.number);
@@ -124,12 +151,12 @@ std::string expression_words::name_of(const identifier& id, const std::string& u
 }
 
 std::string expression_words::operator()(const expression& of) const {
-  return std::visit(word_chooser{*this, of.index()}, static_cast<const expression_variant&>(of));
+  return std::visit(word_chooser{*this}, static_cast<const expression_variant&>(of));
 }
-std::string expression_words::operator()(const column_ref& of) const { return std::visit(word_chooser{*this, 0}, of); }
+std::string expression_words::operator()(const column_ref& of) const { return std::visit(word_chooser{*this}, of); }
 std::string expression_words::operator()(const computed_column& of) const {
-  return std::visit(word_chooser{*this, 0}, of);
+  return std::visit(word_chooser{*this}, of);
 }
-std::string expression_words::operator()(const variable& of) const { return word_chooser{*this, 0}(of); }
+std::string expression_words::operator()(const variable& of) const { return word_chooser{*this}(of); }
 
 }  // namespace ovhost

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <boost/mp11/algorithm.hpp>
 #include <initializer_list>
 #include <stdexcept>
 #include <string>
@@ -41,8 +40,19 @@ expression make_arithmetic(expression left, expression right) {
 constexpr std::array promotion_order = {value_kind::boolean, value_kind::uint64,  value_kind::int64,
                                         value_kind::decimal, value_kind::float32, value_kind::float64};
 
+template <class T>
+value_kind kind_of_literal(const T&) {
+  return kind_of_type<T>();
+}
+template <class T>
+value_kind kind_of_literal(const physical_queryplan::parameter<T>&) {
+  return kind_of_type<T>();
+}
+
 struct kind_reader {
-  value_kind operator()(const operation& of) const { return value_kind{of.result_type.index()}; }
+  value_kind operator()(const operation& of) const {
+    return std::visit([]<class T>(meta_support::TypeIdentity<T>) { return kind_of_type<T>(); }, of.result_type);
+  }
   template <class T>
   value_kind operator()(const property_column<T>&) const {
     return kind_of_type<T>();
@@ -52,11 +62,8 @@ struct kind_reader {
     return kind_of_type<T>();
   }
   value_kind operator()(const variable&) const { return value_kind::reference; }
-  value_kind operator()(const literal& of) const { return value_kind{of.index() % value_kind_count}; }
-
-  template <class T>
-  static value_kind kind_of_type() {
-    return value_kind{boost::mp11::mp_find<ov::sql_executor::value, T>::value};
+  value_kind operator()(const literal& of) const {
+    return std::visit([](const auto& held) { return kind_of_literal(held); }, of);
   }
 };
 

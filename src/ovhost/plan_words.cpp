@@ -19,9 +19,15 @@ std::vector<std::string> chain(std::vector<std::string> first, const std::vector
   return first;
 }
 
-// By the aggregate's alternative.
-constexpr std::array<std::string_view, std::variant_size_v<aggregate>> aggregate_words = {
-    "sum", "count", "count of rows", "maximum", "minimum", "average", "count of distinct", "count of distinct rows"};
+// Of every aggregate: the words for one without a line here do not compile.
+constexpr std::string_view word_of(const SumOf&) { return "sum"; }
+constexpr std::string_view word_of(const CountOf&) { return "count"; }
+constexpr std::string_view word_of(const CountRows&) { return "count of rows"; }
+constexpr std::string_view word_of(const Maximum&) { return "maximum"; }
+constexpr std::string_view word_of(const Minimum&) { return "minimum"; }
+constexpr std::string_view word_of(const Average&) { return "average"; }
+constexpr std::string_view word_of(const CountDistinct&) { return "count of distinct"; }
+constexpr std::string_view word_of(const CountDistinctRows&) { return "count of distinct rows"; }
 
 struct bound_words {
   std::set<bound> scan_range::*member;
@@ -135,7 +141,9 @@ class describer {
   plan_step describe(const Aggregation& of) const {
     plan_step step = over(*of.child, "group", {});
     step.columns.clear();
-    for (const aggregate& each : of.aggregates) add_aggregate(step, each);
+    for (const aggregate& each : of.aggregates) {
+      std::visit([&](const auto& held) { add_aggregate(step, word_of(held), held); }, each);
+    }
     for (const assignment& each : of.group_by) {
       step.details.push_back("by " + words_(each.column) + " := " + words_(each.expression));
       step.columns.push_back(words_(each.column));
@@ -143,11 +151,10 @@ class describer {
     return step;
   }
 
-  void add_aggregate(plan_step& step, const aggregate& of) const {
-    const aggregation& held = std::visit([](const aggregation& each) -> const aggregation& { return each; }, of);
-    const std::string arguments = held.arguments.empty() ? "" : "(" + join_words(say_all(held.arguments), ", ") + ")";
-    step.columns.push_back(words_(held.column));
-    step.details.push_back(step.columns.back() + " := " + std::string(aggregate_words[of.index()]) + arguments);
+  void add_aggregate(plan_step& step, std::string_view word, const aggregation& of) const {
+    const std::string arguments = of.arguments.empty() ? "" : "(" + join_words(say_all(of.arguments), ", ") + ")";
+    step.columns.push_back(words_(of.column));
+    step.details.push_back(step.columns.back() + " := " + std::string(word) + arguments);
   }
 
   plan_step describe(const OrderBy& of) const {

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <string_view>
+#include <type_traits>
 #include <utility>
+#include <variant>
 
 #include "ovhost/text.hpp"
-#include "ovhost/value_kind.hpp"
 #include "ovhost/value_words.hpp"
 
 namespace ovhost {
@@ -23,9 +24,11 @@ std::string table_of(const physical_to_exec::column_type& type) {
   return utf8(std::u16string(reference->name.begin(), reference->name.end()));
 }
 
-bool is_number(const physical_to_exec::column_type& type) {
-  const value_kind kind{type.index()};
-  return kind >= value_kind::uint64 && kind <= value_kind::float32;
+bool is_number(const physical_to_exec::RefInfo&) { return false; }
+
+template <class T>
+bool is_number(meta_support::TypeIdentity<T>) {
+  return std::is_same_v<T, operator_library::Decimal> || (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>);
 }
 
 }  // namespace
@@ -35,7 +38,7 @@ table_printer::table_printer(std::vector<std::string> headings, const std::vecto
     : headings_(std::move(headings)), most_rows_(most_rows) {
   for (const auto& type : types) {
     tables_.push_back(table_of(type));
-    to_the_right_.push_back(is_number(type));
+    to_the_right_.push_back(std::visit([](const auto& held) { return is_number(held); }, type));
   }
   headings_.resize(types.size());
   for (const std::string& heading : headings_) widths_.push_back(width_of(heading));

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <stdexcept>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <variant>
 
@@ -27,6 +28,18 @@ enum class value_kind : std::size_t {
 };
 
 inline constexpr std::size_t value_kind_count = std::variant_size_v<ov::sql_executor::value>;
+
+// The kind of the values of a C++ type, which is an alternative of value.
+template <class T, std::size_t Index = 0>
+constexpr value_kind kind_of_type() {
+  if constexpr (std::is_same_v<T, std::variant_alternative_t<Index, ov::sql_executor::value>>) {
+    return value_kind{Index};
+  } else {
+    return kind_of_type<T, Index + 1>();
+  }
+}
+static_assert(value_kind::null == kind_of_type<operator_library::NullValue>() &&
+              value_kind::null == value_kind{value_kind_count - 1});
 
 // "bool", "text", "uint64", ...
 std::string_view name_of(value_kind kind);
