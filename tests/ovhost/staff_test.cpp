@@ -1,6 +1,6 @@
 // What a host defines and loads from files, and what is refused.
 #include "ovhost/staff.hpp"
-#include "ovhost/csv_reader.hpp"
+#include "ovhost/csv/csv_reader.hpp"
 
 namespace ovhost {
 namespace {

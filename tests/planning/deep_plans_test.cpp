@@ -14,7 +14,7 @@
 #include "ov_sql_executor/errors/stack_weights.hpp"
 #include "ov_sql_executor/planning/plan.hpp"
 #include "ovcoredb/database.hpp"
-#include "ovhost/plans.hpp"
+#include "ovhost/plans/plans.hpp"
 
 namespace tests {
 namespace {

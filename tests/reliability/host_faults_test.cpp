@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "host_test.hpp"
-#include "ovhost/core_error.hpp"
-#include "ovhost/csv_loader.hpp"
+#include "ovhost/csv/csv_loader.hpp"
+#include "ovhost/schema/core_error.hpp"
 #include "reliability/failing_allocations.hpp"
 
 namespace tests {

@@ -1,0 +1,40 @@
+#ifndef OVHOST_PLANS_STATEMENT_HPP_
+#define OVHOST_PLANS_STATEMENT_HPP_
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "ov_sql_executor/execution/runnable.hpp"
+#include "ov_sql_executor/planning/plan.hpp"
+#include "ovhost/plans/plans.hpp"
+
+namespace ovhost {
+
+using ov::sql_executor::row;
+using ov::sql_executor::value;
+
+// A planned query, which may be run any number of times, by several threads with a context each.
+class statement {
+ public:
+  // Plans with the metadata of the thread's metadata context. Throws what physical_to_exec::Plan throws.
+  explicit statement(plan of);
+
+  // One for each result column.
+  const std::vector<physical_to_exec::column_type>& types() const { return types_; }
+
+  // Runs it on a context of the core and hands over each row as it is made. Returns the number of rows. Exceptions end
+  // the run, those of take included.
+  std::size_t run(std::uint64_t context, std::vector<value> parameters, const std::function<void(row&&)>& take) const;
+
+  std::vector<row> rows(std::uint64_t context, std::vector<value> parameters = {}) const;
+
+ private:
+  ov::sql_executor::runnable runnable_;
+  std::vector<physical_to_exec::column_type> types_;
+};
+
+}  // namespace ovhost
+
+#endif  // OVHOST_PLANS_STATEMENT_HPP_
