@@ -13,3 +13,4 @@ rm -rf "$work"
 "$cmake" --build "$work"
 [ "$("$work/first_query" | tail -1)" = true ]
 "$work/own_core"
+diff <("$work/named_plan") "$consumer/named_plan.out"

@@ -1,11 +1,19 @@
 #!/usr/bin/env bash
-# pkg_config_test.sh PREFIX LIBDIR WORK CXX: the same consumer with nothing but a compiler call.
+# pkg_config_test.sh PREFIX LIBDIR WORK CXX: the consumer's programs with nothing but a compiler call.
 set -euo pipefail
 prefix=$1 libdir=$2 work=$3 cxx=$4
+consumer=$(dirname "$0")/consumer
 export PKG_CONFIG_PATH=$prefix/$libdir/pkgconfig
 
+# build PROGRAM PACKAGE
+build() {
+  local -a flags
+  read -ra flags < <(pkg-config --cflags --libs "$2")
+  "$cxx" -std=c++20 "$consumer/$1.cpp" -o "$work/$1" "${flags[@]}" "-Wl,-rpath,$prefix/$libdir"
+}
+
 rm -rf "$work" && mkdir -p "$work"
-read -ra flags < <(pkg-config --cflags --libs ov_sql_executor)
-"$cxx" -std=c++20 "$(dirname "$0")/consumer/first_query.cpp" -o "$work/first_query" "${flags[@]}" \
-  "-Wl,-rpath,$prefix/$libdir"
+build first_query ov_sql_executor
 [ "$("$work/first_query" | tail -1)" = true ]
+build named_plan ovhost
+diff <("$work/named_plan") "$consumer/named_plan.out"

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ovcoredb/database.hpp"
+#include "ovhost/values/export.hpp"
 
 namespace ovhost {
 
@@ -26,23 +27,24 @@ struct csv_options {
 };
 
 // A file that does not fit its table. The message begins "FILE:LINE: column NAME: " as far as these apply.
-class csv_error : public std::runtime_error {
+class OVHOST_API csv_error : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
 // Loads rows of comma-separated UTF-8 text into a table and returns their number. The first row holds the headings;
 // properties without a column are NULL, and so are empty fields (a quoted empty field is the empty text). Either all
-// rows are loaded or, when the call throws, none. Metadata are read on the thread's metadata context.
+// rows are loaded or, when the call throws, none. Metadata are read on the thread's metadata context, which is one on
+// this database (see session). file_name is for messages only.
 //
 // Throws csv_error for what is wrong with the file, unknown_name for a table or property that does not exist, and
 // std::invalid_argument for a reference column without a key to look its target up by.
-std::size_t load_csv(ovcoredb::database& database, std::string_view table, std::istream& input,
-                     const std::string& file_name, const csv_options& options = {});
+OVHOST_API std::size_t load_csv(ovcoredb::database& database, std::string_view table, std::istream& input,
+                                const std::string& file_name, const csv_options& options = {});
 
-// The same from a file.
-std::size_t load_csv_file(ovcoredb::database& database, std::string_view table, const std::string& path,
-                          const csv_options& options = {});
+// Loads a file. Throws csv_error also for a file that cannot be opened.
+OVHOST_API std::size_t load_csv_file(ovcoredb::database& database, std::string_view table, const std::string& path,
+                                     const csv_options& options = {});
 
 }  // namespace ovhost
 

@@ -8,6 +8,7 @@
 #include "ovhost/plans/column_names.hpp"
 #include "ovhost/plans/plans.hpp"
 #include "ovhost/schema/catalog.hpp"
+#include "ovhost/values/export.hpp"
 
 namespace ovhost {
 
@@ -19,11 +20,13 @@ struct plan_step {
   std::vector<plan_step> inputs;
 };
 
-// Names tables, properties and indexes by the metadata, variables and computed columns by the query.
-plan_step describe(const plan& of, const catalog& metadata, const column_names& columns = {});
+// Names tables, properties and indexes by the metadata, variables and computed columns by the query. Throws core_error
+// for metadata that cannot be read, and std::bad_variant_access for a plan that holds a valueless variant. Requires: no
+// input is null.
+OVHOST_API plan_step describe(const plan& of, const catalog& metadata, const column_names& columns = {});
 
 // The names of a result's columns: the items of the plan's root projection in words.
-std::vector<std::string> headings(const plan& of, const catalog& metadata, const column_names& columns = {});
+OVHOST_API std::vector<std::string> headings(const plan& of, const catalog& metadata, const column_names& columns = {});
 
 }  // namespace ovhost
 

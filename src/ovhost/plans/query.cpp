@@ -5,9 +5,23 @@
 #include <utility>
 
 namespace ovhost {
-namespace {
 
 using namespace physical_queryplan;
+
+// Shared by everything made from one query.
+struct query_state {
+  catalog names;
+  column_names columns;
+
+  // A fresh identifier with this name.
+  identifier add(std::string name) {
+    const identifier id = {0, 0, 0, static_cast<std::uint32_t>(columns.size() + 1)};
+    columns.emplace(id, std::move(name));
+    return id;
+  }
+};
+
+namespace {
 
 computed_column computed_of(value_kind kind, const identifier& id) {
   return with_type_of(kind, [&id]<class T>() { return computed_column(computed<T>{id}); });
@@ -37,13 +51,16 @@ void set_average_type(QueryPlan::aggregation& aggregate, value_kind kind) {
 
 bool is_float(value_kind kind) { return kind == value_kind::float64 || kind == value_kind::float32; }
 
-}  // namespace
-
-identifier query_state::add(std::string name) {
-  const identifier id = {0, 0, 0, static_cast<std::uint32_t>(columns.size() + 1)};
-  columns.emplace(id, std::move(name));
-  return id;
+template <class Aggregate>
+aggregation_column make(query_state& state, std::string name, value_kind result, std::vector<expression> arguments) {
+  Aggregate made;
+  if (!arguments.empty()) set_average_type(made, kind_of(arguments.front()));
+  made.arguments = std::move(arguments);
+  made.column = computed_of(result, state.add(std::move(name)));
+  return aggregation_column(std::move(made));
 }
+
+}  // namespace
 
 table_variable::table_variable(std::shared_ptr<query_state> state, const table_info& table, const std::string& name)
     : state_(std::move(state)),
@@ -66,6 +83,8 @@ table_variable table_variable::follow(std::string_view name) const {
   target.reference_ = std::make_shared<const expression>(read_property(property, variable_));
   return target;
 }
+
+const catalog& table_variable::names() const { return state_->names; }
 
 const expression& table_variable::reference() const {
   if (reference_ == nullptr) throw std::logic_error("the variable \"" + name_ + "\" follows no reference");
@@ -91,6 +110,11 @@ aggregation_column::operator expression() const {
 
 aggregation_column::operator QueryPlan::aggregate() const { return aggregate_; }
 
+query::query(const catalog& names) : state_(std::make_shared<query_state>(query_state{names, {}})) {}
+
+const catalog& query::names() const { return state_->names; }
+const column_names& query::columns() const { return state_->columns; }
+
 table_variable query::over(std::string_view table, const std::string& name) {
   return {state_, state_->names.table(table), name};
 }
@@ -99,44 +123,35 @@ computation query::define(std::string name, expression value) {
   return {state_->add(std::move(name)), std::move(value)};
 }
 
-template <class Aggregate>
-aggregation_column query::make(std::string name, value_kind result, std::vector<expression> arguments) {
-  Aggregate made;
-  if (!arguments.empty()) set_average_type(made, kind_of(arguments.front()));
-  made.arguments = std::move(arguments);
-  made.column = computed_of(result, state_->add(std::move(name)));
-  return aggregation_column(std::move(made));
-}
-
 // A sum is promoted as an addition of the value to itself would be.
 aggregation_column query::sum(std::string name, expression of) {
   const value_kind kind = kind_of(of);
-  return make<QueryPlan::SumOf>(std::move(name), kind == value_kind::uint64 ? value_kind::int64 : kind,
+  return make<QueryPlan::SumOf>(*state_, std::move(name), kind == value_kind::uint64 ? value_kind::int64 : kind,
                                 {std::move(of)});
 }
 aggregation_column query::count(std::string name, expression of) {
-  return make<QueryPlan::CountOf>(std::move(name), value_kind::int64, {std::move(of)});
+  return make<QueryPlan::CountOf>(*state_, std::move(name), value_kind::int64, {std::move(of)});
 }
 aggregation_column query::count_rows(std::string name) {
-  return make<QueryPlan::CountRows>(std::move(name), value_kind::int64, {});
+  return make<QueryPlan::CountRows>(*state_, std::move(name), value_kind::int64, {});
 }
 aggregation_column query::maximum(std::string name, expression of) {
   const value_kind kind = kind_of(of);
-  return make<QueryPlan::Maximum>(std::move(name), kind, {std::move(of)});
+  return make<QueryPlan::Maximum>(*state_, std::move(name), kind, {std::move(of)});
 }
 aggregation_column query::minimum(std::string name, expression of) {
   const value_kind kind = kind_of(of);
-  return make<QueryPlan::Minimum>(std::move(name), kind, {std::move(of)});
+  return make<QueryPlan::Minimum>(*state_, std::move(name), kind, {std::move(of)});
 }
 aggregation_column query::average(std::string name, expression of) {
   const value_kind kind = is_float(kind_of(of)) ? value_kind::float64 : value_kind::decimal;
-  return make<QueryPlan::Average>(std::move(name), kind, {std::move(of)});
+  return make<QueryPlan::Average>(*state_, std::move(name), kind, {std::move(of)});
 }
 aggregation_column query::count_distinct(std::string name, expression of) {
-  return make<QueryPlan::CountDistinct>(std::move(name), value_kind::uint64, {std::move(of)});
+  return make<QueryPlan::CountDistinct>(*state_, std::move(name), value_kind::uint64, {std::move(of)});
 }
 aggregation_column query::count_distinct_rows(std::string name, std::vector<expression> of) {
-  return make<QueryPlan::CountDistinctRows>(std::move(name), value_kind::uint64, std::move(of));
+  return make<QueryPlan::CountDistinctRows>(*state_, std::move(name), value_kind::uint64, std::move(of));
 }
 
 }  // namespace ovhost

@@ -16,23 +16,15 @@
 #include "ovhost/plans/column_names.hpp"
 #include "ovhost/plans/expressions.hpp"
 #include "ovhost/schema/catalog.hpp"
+#include "ovhost/values/export.hpp"
 
 namespace ovhost {
 
-// Shared by everything made from one query.
-struct query_state {
-  catalog names;
-  column_names columns;
-
-  // A fresh identifier with this name.
-  physical_queryplan::identifier add(std::string name);
-};
+struct query_state;
 
 // A variable that stands for one object of a table in each row.
-class table_variable {
+class OVHOST_API table_variable {
  public:
-  table_variable(std::shared_ptr<query_state> state, const table_info& table, const std::string& name);
-
   // A property of the object, also an inherited one. Throws unknown_name.
   expression operator[](std::string_view property) const;
 
@@ -45,12 +37,15 @@ class table_variable {
 
   const physical_queryplan::variable& variable() const { return variable_; }
   const table_info& table() const { return table_; }
-  const catalog& names() const { return state_->names; }
+  const catalog& names() const;
 
   // The reference that this variable follows. Throws std::logic_error for a variable that follows none.
   const expression& reference() const;
 
  private:
+  friend class query;
+  table_variable(std::shared_ptr<query_state> state, const table_info& table, const std::string& name);
+
   std::shared_ptr<query_state> state_;
   table_info table_;
   std::string name_;
@@ -59,7 +54,7 @@ class table_variable {
 };
 
 // A value computed under a name: an assignment where it is computed, an expression above that.
-class computation {
+class OVHOST_API computation {
  public:
   computation(physical_queryplan::identifier id, expression value);
 
@@ -74,8 +69,8 @@ class computation {
   expression value_;
 };
 
-// The same for the result of an aggregate.
-class aggregation_column {
+// The result of an aggregate under a name: an aggregate where it is computed, an expression above that.
+class OVHOST_API aggregation_column {
  public:
   explicit aggregation_column(physical_queryplan::QueryPlan::aggregate aggregate);
 
@@ -86,13 +81,15 @@ class aggregation_column {
   physical_queryplan::QueryPlan::aggregate aggregate_;
 };
 
-class query {
+// What is made from a query shares its names and may outlive it; the catalog's context outlives them all.
+class OVHOST_API query {
  public:
-  explicit query(const catalog& names = catalog()) : state_(std::make_shared<query_state>(query_state{names, {}})) {}
+  explicit query(const catalog& names = catalog());
 
   // A variable over a table. Throws unknown_name.
   table_variable over(std::string_view table, const std::string& name);
 
+  // A value under a name.
   computation define(std::string name, expression value);
 
   aggregation_column sum(std::string name, expression of);
@@ -104,13 +101,10 @@ class query {
   aggregation_column count_distinct(std::string name, expression of);
   aggregation_column count_distinct_rows(std::string name, std::vector<expression> of);
 
-  const catalog& names() const { return state_->names; }
-  const column_names& columns() const { return state_->columns; }
+  const catalog& names() const;
+  const column_names& columns() const;
 
  private:
-  template <class Aggregate>
-  aggregation_column make(std::string name, value_kind result, std::vector<expression> arguments);
-
   std::shared_ptr<query_state> state_;
 };
 

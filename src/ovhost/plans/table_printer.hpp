@@ -7,19 +7,22 @@
 #include <vector>
 
 #include "ov_sql_executor/planning/plan.hpp"
+#include "ovhost/values/export.hpp"
 
 namespace ovhost {
 
 // Collects result rows and prints them as a table: a heading for each column, numbers to the right, everything else to
 // the left. Keeps the first rows only and counts the rest.
-class table_printer {
+class OVHOST_API table_printer {
  public:
+  // types: of the columns, see statement::types. headings: one for each, in UTF-8; missing ones are empty.
   table_printer(std::vector<std::string> headings, const std::vector<physical_to_exec::column_type>& types,
                 std::size_t most_rows);
 
+  // Throws std::out_of_range for a row with fewer values than columns.
   void add(const ov::sql_executor::row& added);
 
-  // The table, then the number of rows and how many of them are not shown.
+  // Prints the table in UTF-8, then the number of rows and how many of them are not shown.
   void print(std::ostream& out) const;
 
  private:

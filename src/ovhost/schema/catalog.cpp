@@ -7,6 +7,7 @@
 #include "ovhost/schema/metadata_object.hpp"
 #include "ovhost/schema/primitive_types.hpp"
 #include "ovhost/schema/system_member.hpp"
+#include "ovhost/schema/type_name.hpp"
 #include "ovhost/values/text.hpp"
 
 namespace ovhost {
@@ -153,17 +154,6 @@ std::shared_ptr<meta_data::Table::TableCache> catalog::members(const table_info&
     cache->members.at(column) = object;
   }
   return cache;
-}
-
-std::uint64_t type_name_word(std::u16string_view name) {
-  const std::u16string folded = base_form(name);
-  metalayer::DottedName parts;
-  for (std::size_t start = 0; start < folded.size();) {
-    const std::size_t end = std::min(folded.find(u'.', start), folded.size());
-    parts.push_back(folded.substr(start, end - start));
-    start = end + 1;
-  }
-  return metalayer::DottedName2RawView(parts).words[0];
 }
 
 }  // namespace ovhost

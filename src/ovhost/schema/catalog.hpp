@@ -14,12 +14,13 @@
 #include "ov_sql_executor/database/table_cache.hpp"
 #include "ovcoredb/ovcoredb.h"
 #include "ovdbmetalayer/metalayer.hpp"
+#include "ovhost/values/export.hpp"
 #include "ovhost/values/value_kind.hpp"
 
 namespace ovhost {
 
 // A table, property or index that the metadata do not have; the message lists the names that they do.
-class unknown_name : public std::runtime_error {
+class OVHOST_API unknown_name : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
@@ -53,9 +54,10 @@ struct index_info {
   std::vector<key_column_info> columns;  // in key order
 };
 
-// Reads on one context, by default the thread's current metadata context, which must outlive it. Nothing is kept
-// between calls. Throws core_error when the core refuses a read.
-class catalog {
+// Reads on one context, by default the thread's current metadata context (see session), which must outlive it. Nothing
+// is kept between calls, and what is returned belongs to the caller. Every call throws core_error when the core refuses
+// a read, and std::invalid_argument for a name that is not UTF-8.
+class OVHOST_API catalog {
  public:
   explicit catalog(std::uint64_t context = metalayer::TlsMetalayerContext::Current()) : context_(context) {}
 
@@ -64,7 +66,7 @@ class catalog {
   std::vector<table_info> tables() const;  // by name
   std::optional<table_info> find_table(std::string_view name) const;
   table_info table(std::string_view name) const;  // throws unknown_name
-  table_info table(OV_OBJ_REF object) const;
+  table_info table(OV_OBJ_REF object) const;      // of a metadata object
 
   // The properties that a table's objects have, those of its outermost base first, in column order; without the two
   // that every table has.
@@ -93,9 +95,6 @@ class catalog {
 
   std::uint64_t context_;
 };
-
-// What a type is looked up by among the set specifiers: the first word of its name's raw view, in base form.
-std::uint64_t type_name_word(std::u16string_view name);
 
 }  // namespace ovhost
 

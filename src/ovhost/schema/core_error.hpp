@@ -5,20 +5,23 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "ovhost/values/export.hpp"
+
 namespace ovhost {
 
-// A call of the core that failed while metadata were read.
-class core_error : public std::runtime_error {
+// A call of the core that failed while metadata were read, with its status (see ovcoredb.h).
+class OVHOST_API core_error : public std::runtime_error {
  public:
-  core_error(std::uint32_t status, std::string_view doing);
+  core_error(std::uint32_t status, std::string_view doing);  // doing: "opening a range"
+  core_error(const core_error&) = default;
+  core_error& operator=(const core_error&) = default;
+  ~core_error() override;
+
   std::uint32_t status() const { return status_; }
 
  private:
   std::uint32_t status_;
 };
-
-// Throws core_error unless the status is ORV_OK. doing: "opening a range".
-void require_ok(std::uint32_t status, std::string_view doing);
 
 }  // namespace ovhost
 

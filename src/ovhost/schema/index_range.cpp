@@ -1,7 +1,7 @@
 #include "ovhost/schema/index_range.hpp"
 
 #include "ov_sql_executor/database/obj_ref.hpp"
-#include "ovhost/schema/core_error.hpp"
+#include "ovhost/schema/require_ok.hpp"
 
 namespace ovhost {
 namespace {

@@ -3,8 +3,7 @@
 #include <cstring>
 
 #include "ov_sql_executor/database/obj_ref.hpp"
-#include "ovhost/schema/core_error.hpp"
-#include "ovhost/schema/index_range.hpp"
+#include "ovhost/schema/require_ok.hpp"
 
 namespace ovhost {
 namespace {

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "ovdbmetalayer/layout.hpp"
-#include "ovhost/schema/catalog.hpp"
 #include "ovhost/schema/primitive_types.hpp"
+#include "ovhost/schema/type_name.hpp"
 #include "ovhost/values/text.hpp"
 
 namespace ovhost {

@@ -1,5 +1,6 @@
 #include "ovhost/schema/schema.hpp"
 
+#include "ovhost/schema/metadata_writer.hpp"
 #include "ovhost/schema/primitive_types.hpp"
 #include "ovhost/schema/schema_checks.hpp"
 #include "ovhost/schema/system_member.hpp"
@@ -42,14 +43,19 @@ void write_members(metadata_writer& writer, const catalog& existing, const table
 }  // namespace
 
 schema::schema(ovcoredb::database& database)
-    : database_(database), context_(database), catalog_(context_.handle()), writer_(database) {}
+    : database_(database),
+      context_(database),
+      catalog_(context_.handle()),
+      writer_(std::make_unique<metadata_writer>(database)) {}
+
+schema::~schema() = default;
 
 void schema::define_tables(const std::vector<table_definition>& definitions) {
   check_tables(catalog_, definitions);
   ovcoredb::savepoint before(database_);
   std::uint16_t tag = next_tag_;
   for (const table_definition& each : definitions) create_table(each, tag++);
-  for (const table_definition& each : definitions) write_members(writer_, catalog_, each);
+  for (const table_definition& each : definitions) write_members(*writer_, catalog_, each);
   before.keep();
   next_tag_ = tag;
 }
@@ -61,8 +67,8 @@ void schema::create_table(const table_definition& definition, std::uint16_t tag)
   for (const member_definition& each : definition.members) stored.columns.push_back(column_type_of(each));
   stored.base = base.tag;
   stored.tag = tag;
-  writer_.add_table(utf16(definition.name), base.object, database_.create_table(stored));
-  writer_.add_set_specifier(stored.set_specifier, utf16(definition.name));
+  writer_->add_table(utf16(definition.name), base.object, database_.create_table(stored));
+  writer_->add_set_specifier(stored.set_specifier, utf16(definition.name));
 }
 
 void schema::define_index(const index_definition& definition) {
@@ -80,9 +86,9 @@ void schema::define_index(const index_definition& definition) {
   }
   ovcoredb::savepoint before(database_);
   const OV_OBJ_REF index =
-      writer_.add_index(table.object, utf16(definition.name), database_.create_index(stored), definition.unique);
+      writer_->add_index(table.object, utf16(definition.name), database_.create_index(stored), definition.unique);
   for (std::size_t position = 0; position < members.size(); ++position) {
-    writer_.add_indexed_column(index, members[position], position, definition.columns[position].ascending);
+    writer_->add_indexed_column(index, members[position], position, definition.columns[position].ascending);
   }
   before.keep();
   ++next_handle_;

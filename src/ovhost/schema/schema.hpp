@@ -3,19 +3,21 @@
 #define OVHOST_SCHEMA_SCHEMA_HPP_
 
 #include <cstdint>
+#include <memory>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <variant>
 #include <vector>
 
 #include "ovcoredb/database.hpp"
 #include "ovdbmetalayer/layout.hpp"
 #include "ovhost/schema/catalog.hpp"
-#include "ovhost/schema/metadata_writer.hpp"
+#include "ovhost/values/export.hpp"
 #include "ovhost/values/value_kind.hpp"
 
 namespace ovhost {
+
+class metadata_writer;
 
 // The type of a member whose values refer to objects of a table.
 struct refers_to {
@@ -23,7 +25,7 @@ struct refers_to {
 };
 
 struct member_definition {
-  std::string name;
+  std::string name;  // names here and below are UTF-8
   std::variant<value_kind, refers_to> type;
 };
 
@@ -46,17 +48,22 @@ struct index_definition {
 };
 
 // A definition that cannot be; the message names what is wrong with it.
-class schema_error : public std::runtime_error {
+class OVHOST_API schema_error : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// Throws schema_error, and unknown_name for tables and properties that are mentioned but do not exist. A call that
-// throws, the constructor too, has defined nothing. No other thread reads meanwhile, and open iterators are closed.
-class schema {
+// Defines what the database holds. Every call throws schema_error for a definition that cannot be, and unknown_name for
+// tables and properties that are mentioned but do not exist. A call that throws, the constructor too, has defined
+// nothing. Meanwhile no other thread reads, and open iterators are closed.
+class OVHOST_API schema {
  public:
-  // Writes the metadata's own tables and the primitive types; the database has no tables before.
+  // Writes the metadata's own tables and the primitive types. Requires: the database has no tables, and outlives the
+  // schema.
   explicit schema(ovcoredb::database& database);
+  ~schema();
+  schema(const schema&) = delete;
+  schema& operator=(const schema&) = delete;
 
   // Tables that refer to each other are defined in one call; a base stands before what derives from it.
   void define_tables(const std::vector<table_definition>& definitions);
@@ -71,7 +78,7 @@ class schema {
   ovcoredb::database& database_;
   ovcoredb::context context_;
   catalog catalog_;
-  metadata_writer writer_;
+  std::unique_ptr<metadata_writer> writer_;
   // The application's tags and handles begin above the metadata's.
   std::uint16_t next_tag_ = metalayer::layout::table_tag::first_free;
   std::uint64_t next_handle_ = metalayer::layout::index_handle::first_free;

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "ovhost/schema/system_member.hpp"
+#include "ovhost/schema/type_name.hpp"
 #include "ovhost/values/text.hpp"
 
 namespace ovhost {

@@ -9,6 +9,7 @@
 #include <variant>
 
 #include "ov_sql_executor/values/value.hpp"
+#include "ovhost/values/export.hpp"
 
 namespace ovhost {
 
@@ -41,8 +42,8 @@ constexpr value_kind kind_of_type() {
 static_assert(value_kind::null == kind_of_type<operator_library::NullValue>() &&
               value_kind::null == value_kind{value_kind_count - 1});
 
-// "bool", "text", "uint64", ...
-std::string_view name_of(value_kind kind);
+// "bool", "text", "uint64", ... Valid as long as the program runs.
+OVHOST_API std::string_view name_of(value_kind kind);
 
 // Calls function.operator()<T>() with the C++ type that values of that kind have.
 template <std::size_t Index = 0, class Function>
