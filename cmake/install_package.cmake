@@ -1,4 +1,4 @@
-# What lets other projects find an install tree: the CMake package and the pkg-config file. Libraries and headers are
+# What lets other projects find an install tree: the CMake package and the pkg-config files. Libraries and headers are
 # installed where they are defined.
 
 include(CMakePackageConfigHelpers)
@@ -15,17 +15,20 @@ install(FILES
   ${PROJECT_BINARY_DIR}/ov_sql_executor-config-version.cmake
   DESTINATION ${package_dir})
 
-# Every path in the pkg-config file is relative to the file's own place, so that an install tree can be moved.
+# Every path in a pkg-config file is relative to the file's own place, so that an install tree can be moved.
 file(RELATIVE_PATH prefix_from_pkgconfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" prefix_from_pkgconfig ${prefix_from_pkgconfig})
 file(RELATIVE_PATH libdir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
 file(RELATIVE_PATH includedir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
-configure_file(${CMAKE_CURRENT_LIST_DIR}/ov_sql_executor.pc.in ov_sql_executor.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/ov_sql_executor.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(package IN ITEMS ov_sql_executor ovhost)
+  configure_file(${CMAKE_CURRENT_LIST_DIR}/${package}.pc.in ${package}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
 
 # What the headers refer to: the meaning of the operations, and programs that need nothing but the install tree.
 install(FILES ${PROJECT_SOURCE_DIR}/docs/operations.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES
   ${PROJECT_SOURCE_DIR}/tests/packaging/consumer/first_query.cpp
+  ${PROJECT_SOURCE_DIR}/tests/packaging/consumer/named_plan.cpp
   ${PROJECT_SOURCE_DIR}/tests/packaging/consumer/read_table.cpp
   DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <iterator>
 
-#include "ovhost/plan_words.hpp"
+#include "ovhost/plans/plan_drawing.hpp"
 
 namespace fuzz {
 

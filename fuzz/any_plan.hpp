@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "fuzz/world.hpp"
-#include "ovhost/plans.hpp"
+#include "ovhost/plans/plans.hpp"
 
 namespace fuzz {
 

@@ -9,7 +9,7 @@
 #include "fuzz/any_plan.hpp"
 #include "fuzz/checks.hpp"
 #include "ov_sql_executor/errors/db_exception.hpp"
-#include "ovhost/statement.hpp"
+#include "ovhost/plans/statement.hpp"
 #include "spelling.hpp"
 
 namespace fuzz {

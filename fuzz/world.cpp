@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "ovhost/text.hpp"
+#include "ovhost/values/text.hpp"
 
 namespace fuzz {
 

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "fuzz/choices.hpp"
-#include "ovhost/query.hpp"
-#include "ovhost/schema.hpp"
-#include "ovhost/session.hpp"
+#include "ovhost/plans/query.hpp"
+#include "ovhost/schema/schema.hpp"
+#include "ovhost/schema/session.hpp"
 
 namespace fuzz {
 

@@ -32,6 +32,7 @@ cp "$log" build/reliability.loops.log
 quietly scripts/coverage.sh
 cat build/reliability.loops.log >>"$log"
 for figure in 'allocation failure points in the core' 'allocation failure points' 'core call failure points' \
+  'allocation failure points of definitions and loads' 'allocation failure points of definitions and loads in the core' \
   'evaluation failure points' 'line coverage' 'branch coverage'; do
   grep "^$figure:" "$log"
 done

@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "outcome.hpp"
-#include "ovhost/plans.hpp"
-#include "ovhost/schema.hpp"
-#include "ovhost/session.hpp"
-#include "ovhost/statement.hpp"
+#include "ovhost/plans/plans.hpp"
+#include "ovhost/plans/statement.hpp"
+#include "ovhost/schema/schema.hpp"
+#include "ovhost/schema/session.hpp"
 
 namespace tests {
 

@@ -1,6 +1,6 @@
 #include "core_loop.hpp"
 
-#include "ovhost/catalog.hpp"
+#include "ovhost/schema/catalog.hpp"
 
 namespace bench {
 

@@ -4,8 +4,8 @@
 #include <variant>
 #include <vector>
 
-#include "ovhost/catalog.hpp"
-#include "ovhost/schema.hpp"
+#include "ovhost/schema/catalog.hpp"
+#include "ovhost/schema/schema.hpp"
 
 namespace bench {
 

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "ovcoredb/database.hpp"
-#include "ovhost/session.hpp"
+#include "ovhost/schema/session.hpp"
 #include "sqlite_database.hpp"
 
 namespace bench {

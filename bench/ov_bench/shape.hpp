@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "core_loop.hpp"
-#include "ovhost/plans.hpp"
-#include "ovhost/query.hpp"
+#include "ovhost/plans/plans.hpp"
+#include "ovhost/plans/query.hpp"
 #include "sample.hpp"
 
 namespace bench {

@@ -1,8 +1,8 @@
 #include "airports_database.hpp"
 
-#include "ovhost/csv_loader.hpp"
-#include "ovhost/schema.hpp"
-#include "ovhost/session.hpp"
+#include "ovhost/csv/csv_loader.hpp"
+#include "ovhost/schema/schema.hpp"
+#include "ovhost/schema/session.hpp"
 
 using ovhost::refers_to;
 using ovhost::value_kind;

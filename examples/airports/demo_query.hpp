@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "ovhost/plans.hpp"
-#include "ovhost/statement.hpp"
+#include "ovhost/plans/plans.hpp"
+#include "ovhost/plans/statement.hpp"
 
 // A query of the demo: what it shows, and how its plan is built.
 struct demo_query {

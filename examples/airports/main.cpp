@@ -9,7 +9,7 @@
 #include "demo_query.hpp"
 #include "options.hpp"
 #include "ov_sql_executor/errors/db_exception.hpp"
-#include "ovhost/session.hpp"
+#include "ovhost/schema/session.hpp"
 #include "run_query.hpp"
 
 namespace {

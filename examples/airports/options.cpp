@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "ovhost/number_text.hpp"
+#include "ovhost/values/number_text.hpp"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <cstdint>
 
 #include "demo_query.hpp"
-#include "ovhost/text.hpp"
+#include "ovhost/values/text.hpp"
 
 using namespace ovhost;
 

@@ -1,5 +1,5 @@
 #include "demo_query.hpp"
-#include "ovhost/text.hpp"
+#include "ovhost/values/text.hpp"
 
 using namespace ovhost;
 

@@ -4,8 +4,8 @@
 #include <iomanip>
 #include <utility>
 
-#include "ovhost/plan_words.hpp"
-#include "ovhost/table_printer.hpp"
+#include "ovhost/plans/plan_drawing.hpp"
+#include "ovhost/plans/table_printer.hpp"
 
 namespace {
 

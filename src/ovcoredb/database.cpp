@@ -40,6 +40,22 @@ void enter(database_state& state, const table& in, std::uint64_t number) {
   }
 }
 
+void remove_last_object(database_state& state) {
+  const std::uint64_t number = state.objects.object_count();
+  for (ordered_index* const each : state.objects.find_object(number).in->indexes) each->erase(number);
+  state.objects.remove_last();
+}
+
+void remove_last_index(database_state& state) {
+  auto& removed = state.indexes[state.index_handles.back()];
+  for (const auto& each : state.objects.tables()) {
+    if (each != nullptr) std::erase(each->indexes, removed.get());
+  }
+  removed.reset();
+  state.index_handles.pop_back();
+  while (!state.indexes.empty() && state.indexes.back() == nullptr) state.indexes.pop_back();
+}
+
 }  // namespace
 
 unique_violation::unique_violation(std::uint64_t index, std::uint64_t holder)
@@ -71,14 +87,16 @@ std::uint64_t database::create_index(const index_definition& definition) {
     if (state.objects.find_object(number).in->find_segment(on.tag) != nullptr) created->insert(number);
   }
   state.before_write();
-  if (state.indexes.size() <= handle) state.indexes.resize(handle + 1);
   for (const auto& each : state.objects.tables()) {
     if (each != nullptr) each->indexes.reserve(each->indexes.size() + 1);
   }
+  state.index_handles.reserve(state.index_handles.size() + 1);
+  if (state.indexes.size() <= handle) state.indexes.resize(handle + 1);
   for (const auto& each : state.objects.tables()) {
     if (each != nullptr && each->find_segment(on.tag) != nullptr) each->indexes.push_back(created.get());
   }
   state.indexes[handle] = std::move(created);
+  state.index_handles.push_back(handle);
   return handle;
 }
 
@@ -99,13 +117,25 @@ std::size_t database::cell_count(std::uint16_t table_tag) const {
 std::uint64_t database::object_count() const { return state_->objects.object_count(); }
 
 void database::remove_after(std::uint64_t count) {
-  object_store& objects = state_->objects;
-  if (count > objects.object_count()) throw std::invalid_argument("there are fewer objects than that");
+  if (count > state_->objects.object_count()) throw std::invalid_argument("there are fewer objects than that");
   state_->before_write();
-  for (std::uint64_t number = objects.object_count(); number > count; --number) {
-    for (ordered_index* const each : objects.find_object(number).in->indexes) each->erase(number);
-    objects.remove_last();
-  }
+  while (state_->objects.object_count() > count) remove_last_object(*state_);
 }
+
+savepoint::savepoint(database& database)
+    : state_(database.state_.get()),
+      objects_(state_->objects.object_count()),
+      indexes_(state_->index_handles.size()),
+      tables_(state_->objects.table_count()) {}
+
+savepoint::~savepoint() {
+  if (state_ == nullptr) return;
+  state_->before_write();
+  while (state_->objects.object_count() > objects_) remove_last_object(*state_);
+  while (state_->index_handles.size() > indexes_) remove_last_index(*state_);
+  while (state_->objects.table_count() > tables_) state_->objects.remove_last_table();
+}
+
+void savepoint::keep() { state_ = nullptr; }
 
 }  // namespace ovcoredb

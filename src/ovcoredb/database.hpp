@@ -10,6 +10,7 @@
 #ifndef OVCOREDB_DATABASE_HPP_
 #define OVCOREDB_DATABASE_HPP_
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -121,8 +122,7 @@ class OVCOREDB_API database {
   // How many cells insert takes for the table.
   std::size_t cell_count(std::uint16_t table) const;
 
-  // The number of objects, which is the number of the last one: the next has object_count() + 1. A loader that must not
-  // leave half a file behind keeps the count from before and goes back to it.
+  // The number of objects, which is the number of the last one: the next has object_count() + 1.
   std::uint64_t object_count() const;
 
   // Removes the objects with numbers above `count`; std::invalid_argument when there are fewer. Numbers are used again.
@@ -130,7 +130,27 @@ class OVCOREDB_API database {
 
  private:
   friend class context;
+  friend class savepoint;
   std::unique_ptr<database_state> state_;
+};
+
+// Takes back, when it goes, the objects, indexes and tables that were put into a database since it was made, unless it
+// was told to keep them. Who defines or loads several things makes one, so that nothing is left half done. Taking back
+// asks for no memory. Savepoints of a database go in the reverse order of their making.
+class OVCOREDB_API savepoint {
+ public:
+  explicit savepoint(database& database);  // which outlives it
+  ~savepoint();
+  savepoint(const savepoint&) = delete;
+  savepoint& operator=(const savepoint&) = delete;
+
+  void keep();
+
+ private:
+  database_state* state_;  // null: nothing is taken back
+  std::uint64_t objects_;
+  std::size_t indexes_;
+  std::size_t tables_;
 };
 
 // A context to read a database with, for one thread at a time. At most 4095 exist at once in the process.

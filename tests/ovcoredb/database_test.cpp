@@ -192,6 +192,35 @@ TEST_F(database_test, definitions_are_checked) {
             db.by_name + 1);
 }
 
+TEST_F(database_test, a_savepoint_takes_back_what_came_after_it) {
+  auto& database = db.database;
+  db.insert_place(1, u"a");
+  const ovcoredb::index_definition by_price{.table = db.place, .columns = {{sample::price}}};
+  const ovcoredb::table_definition town{u"/Place/Town/", {column_type::text}, db.place};
+  const auto define_and_load = [&](bool keeps) {
+    ovcoredb::savepoint before(database);
+    const std::pair made(database.create_table(town), database.create_index(by_price));
+    auto cells = db.place_cells(2, u"b");
+    cells.emplace_back(u"of the town");
+    EXPECT_EQ(database.insert(made.first, cells).object_number, 2u);
+    EXPECT_THAT(all_of(handle, made.second), ElementsAre(1, 2));
+    EXPECT_THAT(all_of(handle, db.by_id), ElementsAre(1, 2));
+    EXPECT_EQ(string_of(2, made.first, 2), u"of the town");
+    if (keeps) before.keep();
+    return made;
+  };
+  const auto first = define_and_load(false);
+  EXPECT_EQ(database.object_count(), 1u);
+  EXPECT_THAT(all_of(handle, db.by_id), ElementsAre(1));
+  EXPECT_THROW(database.cell_count(first.first), std::invalid_argument);
+  std::uint64_t iterator = 0;
+  EXPECT_NE(orv_context_create_iterator(handle, first.second, inclusive, key_writer().end().data(),
+                                        key_writer().end().data(), &iterator),
+            ORV_OK);
+  EXPECT_EQ(define_and_load(true), first) << "tags and handles are free again";
+  EXPECT_EQ(database.object_count(), 2u);
+}
+
 TEST_F(database_test, cells_are_checked) {
   EXPECT_EQ(db.database.cell_count(db.city), 11u);
   const std::tuple<std::size_t, cell, const char*> cases[] = {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "host_test.hpp"
-#include "ovhost/csv_loader.hpp"
+#include "ovhost/csv/csv_loader.hpp"
 
 namespace ovhost {
 

@@ -1,6 +1,6 @@
 // What a host defines and loads from files, and what is refused.
 #include "ovhost/staff.hpp"
-#include "ovhost/csv_reader.hpp"
+#include "ovhost/csv/csv_reader.hpp"
 
 namespace ovhost {
 namespace {
@@ -50,6 +50,7 @@ TEST_F(Staff, RefusesOptionsThatDoNotFitTheTable) {
   expect_refused<std::invalid_argument>("\"boss\" is a reference", loading({.property = "name"}));
   expect_refused<std::invalid_argument>("no unique index on \"born\"", loading({.property = "boss", .key = "born"}));
   expect_refused<csv_error>("no/such/file.csv", [&] { load_csv_file(database, "Staff.Person", "no/such/file.csv"); });
+  expect_refused<csv_error>(".:0: the file cannot be read", [&] { load_csv_file(database, "Staff.Person", "."); });
 }
 
 // Fields in brackets, ~ for nothing, each row after the number of its line: "1[a][~] 2[b]".

@@ -1,10 +1,10 @@
-#include "ovhost/decimal_text.hpp"
-#include "ovhost/expression_words.hpp"
-#include "ovhost/plan_words.hpp"
+#include "ovhost/plans/expression_words.hpp"
+#include "ovhost/plans/plan_drawing.hpp"
+#include "ovhost/plans/table_printer.hpp"
 #include "ovhost/staff.hpp"
-#include "ovhost/table_printer.hpp"
-#include "ovhost/text.hpp"
-#include "ovhost/value_words.hpp"
+#include "ovhost/values/decimal_text.hpp"
+#include "ovhost/values/text.hpp"
+#include "ovhost/values/value_words.hpp"
 
 namespace ovhost {
 namespace {

@@ -22,3 +22,4 @@ rm -rf "$work"
 Lima 9674755
 Lagos 15388000" ]
 "$work/own_core"
+diff <("$work/named_plan") "$consumer/named_plan.out"

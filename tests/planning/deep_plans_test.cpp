@@ -17,7 +17,7 @@
 #include "ov_sql_executor/planning/plan.hpp"
 #include "ov_sql_executor/support/stack_weights.hpp"
 #include "ovcoredb/database.hpp"
-#include "ovhost/plans.hpp"
+#include "ovhost/plans/plans.hpp"
 
 namespace tests {
 namespace {

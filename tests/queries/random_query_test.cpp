@@ -7,8 +7,8 @@
 #include <random>
 
 #include "host_test.hpp"
-#include "ovhost/expressions.hpp"
-#include "ovhost/query.hpp"
+#include "ovhost/plans/expressions.hpp"
+#include "ovhost/plans/query.hpp"
 
 namespace tests {
 namespace {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "ovhost/catalog.hpp"
+#include "ovhost/schema/catalog.hpp"
 
 namespace tests {
 

@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "ovcoredb/database.hpp"
-#include "ovhost/plans.hpp"
-#include "ovhost/schema.hpp"
-#include "ovhost/session.hpp"
-#include "ovhost/text.hpp"
+#include "ovhost/plans/plans.hpp"
+#include "ovhost/schema/schema.hpp"
+#include "ovhost/schema/session.hpp"
+#include "ovhost/values/text.hpp"
 
 namespace tests {
 

@@ -15,6 +15,7 @@ namespace ovcoredb {
 struct database_state {
   object_store objects;
   std::vector<std::unique_ptr<ordered_index>> indexes;  // by handle, with gaps
+  std::vector<std::uint64_t> index_handles;             // in the order of creation
   std::vector<write_listener*> listeners;               // the contexts that are open on it
 
   const ordered_index* find_index(std::uint64_t handle) const {

@@ -23,9 +23,17 @@ table& object_store::create_table(const table_definition& definition) {
   created->set_specifier = definition.set_specifier;
   created->encoded_set_specifier.resize(encoded_size(definition.set_specifier, text_end::text));
   encode_text(definition.set_specifier, text_end::text, created->encoded_set_specifier.data());
+  tags_.reserve(tags_.size() + 1);
   if (tables_.size() <= definition.tag) tables_.resize(definition.tag + std::size_t{1});
   tables_[definition.tag] = std::move(created);
+  tags_.push_back(definition.tag);
   return *tables_[definition.tag];
+}
+
+void object_store::remove_last_table() {
+  tables_[tags_.back()].reset();
+  tags_.pop_back();
+  while (!tables_.empty() && tables_.back() == nullptr) tables_.pop_back();
 }
 
 std::uint64_t object_store::append(table& to, std::span<const cell> cells) {

@@ -27,6 +27,9 @@ class object_store {
   const table* find_table(std::uint16_t tag) const { return tag < tables_.size() ? tables_[tag].get() : nullptr; }
   std::span<const std::unique_ptr<table>> tables() const { return tables_; }  // by tag, with gaps
 
+  std::size_t table_count() const { return tags_.size(); }
+  void remove_last_table();  // the one created last; it has no objects
+
   std::uint64_t object_count() const { return places_.size(); }
 
   object_place find_object(std::uint64_t number) const {
@@ -51,7 +54,8 @@ class object_store {
 
  private:
   std::vector<std::unique_ptr<table>> tables_;
-  place_directory places_;  // by object number - 1
+  std::vector<std::uint16_t> tags_;  // of the tables, in the order of creation
+  place_directory places_;           // by object number - 1
 };
 
 }  // namespace ovcoredb

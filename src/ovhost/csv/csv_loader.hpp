@@ -1,0 +1,51 @@
+#ifndef OVHOST_CSV_CSV_LOADER_HPP_
+#define OVHOST_CSV_CSV_LOADER_HPP_
+
+#include <cstddef>
+#include <istream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ovcoredb/database.hpp"
+#include "ovhost/values/export.hpp"
+
+namespace ovhost {
+
+// How the values of one property are written in a file.
+struct csv_column {
+  std::string property;
+  std::string header = {};                   // its heading in the file; empty: the property's name
+  std::vector<std::string> null_words = {};  // fields that mean NULL, beside the empty one
+  std::string key = {};                      // a reference: the property of the target table that the field names it by
+};
+
+struct csv_options {
+  std::vector<csv_column> columns = {};  // those that are not plain: properties not listed stand under their names
+  char separator = ',';
+};
+
+// A file that does not fit its table. The message begins "FILE:LINE: column NAME: " as far as these apply.
+class OVHOST_API csv_error : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Loads rows of comma-separated UTF-8 text into a table and returns their number. The first row holds the headings;
+// properties without a column are NULL, and so are empty fields (a quoted empty field is the empty text). Either all
+// rows are loaded or, when the call throws, none. Metadata are read on the thread's metadata context, which is one on
+// this database (see session). file_name is for messages only.
+//
+// Throws csv_error for what is wrong with the file, unknown_name for a table or property that does not exist, and
+// std::invalid_argument for a reference column without a key to look its target up by.
+OVHOST_API std::size_t load_csv(ovcoredb::database& database, std::string_view table, std::istream& input,
+                                const std::string& file_name, const csv_options& options = {});
+
+// Loads a file. Throws csv_error also for a file that cannot be opened.
+OVHOST_API std::size_t load_csv_file(ovcoredb::database& database, std::string_view table, const std::string& path,
+                                     const csv_options& options = {});
+
+}  // namespace ovhost
+
+#endif  // OVHOST_CSV_CSV_LOADER_HPP_

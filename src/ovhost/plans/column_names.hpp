@@ -1,0 +1,16 @@
+#ifndef OVHOST_PLANS_COLUMN_NAMES_HPP_
+#define OVHOST_PLANS_COLUMN_NAMES_HPP_
+
+#include <map>
+#include <string>
+
+#include "ov_sql_executor/expressions/column_ref.hpp"
+
+namespace ovhost {
+
+// What a query calls its variables and computed columns; a plan has only their identifiers.
+using column_names = std::map<physical_queryplan::identifier, std::string>;
+
+}  // namespace ovhost
+
+#endif  // OVHOST_PLANS_COLUMN_NAMES_HPP_

@@ -1,0 +1,31 @@
+#ifndef OVHOST_VALUES_NUMBER_TEXT_HPP_
+#define OVHOST_VALUES_NUMBER_TEXT_HPP_
+
+#include <array>
+#include <charconv>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+namespace ovhost {
+
+// The whole text as a number. Nothing if it is none, or one that T cannot hold.
+template <class T>
+std::optional<T> parse_number(std::string_view text) {
+  T number{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+// The shortest text that reads back as the same number.
+template <class T>
+std::string number_text(T number) {
+  std::array<char, 64> buffer{};
+  return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), number).ptr};
+}
+
+}  // namespace ovhost
+
+#endif  // OVHOST_VALUES_NUMBER_TEXT_HPP_

@@ -1,0 +1,21 @@
+#ifndef OVHOST_VALUES_VALUE_WORDS_HPP_
+#define OVHOST_VALUES_VALUE_WORDS_HPP_
+
+#include <string>
+#include <string_view>
+
+#include "ov_sql_executor/values/value.hpp"
+
+namespace ovhost {
+
+// A value as it stands in a result table. NULL is NULL; texts are bare, but for the empty text and those that could be
+// taken for something else, which are quoted; control characters are escaped. Numbers read back as the same number;
+// binary is hexadecimal after 0x; a reference is its table's name and its object's number.
+std::string cell_words(const ov::sql_executor::value& of, std::string_view table_of_reference);
+
+// A value as a literal: 'text' with quotes doubled, the rest as above.
+std::string literal_words(const ov::sql_executor::value& of, std::string_view table_of_reference);
+
+}  // namespace ovhost
+
+#endif  // OVHOST_VALUES_VALUE_WORDS_HPP_
