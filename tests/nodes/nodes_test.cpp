@@ -3,6 +3,7 @@
 #include <random>
 
 #include "nodes/given_rows.hpp"
+#include "ov_sql_executor/execution/describe.hpp"
 #include "ov_sql_executor/expressions/comparison.hpp"
 #include "ov_sql_executor/values/sort_order.hpp"
 #include "valueless.hpp"
@@ -315,6 +316,24 @@ TEST(Union, yields_all_rows_of_the_left_then_of_the_right) {
 }
 
 // Wherever a node stands.
+TEST(Describe, says_what_each_node_is) {
+  auto grouped = std::make_unique<aggregator>(given("(i1)"), columns({0}), std::vector<aggregate_entry>());
+  auto sorted = std::make_unique<order_by>(std::move(grouped), columns({0, 0}), std::vector{true, false});
+  auto extending = extended(std::make_unique<filter>(std::move(sorted), column(0)), columns({0, 0}));
+  auto one = std::make_unique<generative_assignment>(column(0));
+  auto pairs = std::make_unique<full_join>(std::move(extending), std::move(one), 3, 1, std::nullopt);
+  const projection root(std::move(pairs), columns({0}));
+  EXPECT_EQ(describe(root),
+            "projection, 1 values\n"
+            "  full_join, every pair\n"
+            "    projection, 2 values after the row\n"
+            "      filter\n"
+            "        order_by, ascending, descending\n"
+            "          aggregator, 0 aggregates, 1 group keys\n"
+            "            a node of the host's own\n"
+            "    generative_assignment\n");
+}
+
 TEST(PartsOfTheHost, find_nothing_but_the_rows_in_scope_on_the_row_stack) {
   const auto made = [] {
     const auto depth = [](const row& stack) { return u(stack.size()); };

@@ -141,4 +141,9 @@ std::unique_ptr<row_source> aggregator::open(execution_context& context, std::ui
   return std::make_unique<aggregator_enumerator>(group_keys_, aggregates_, std::move(child));
 }
 
+node_description aggregator::describe() const {
+  const std::string aggregates = std::to_string(aggregates_.size()) + " aggregates";
+  return {"aggregator", aggregates + ", " + std::to_string(group_keys_.size()) + " group keys", {&child_}};
+}
+
 }  // namespace ov::sql_executor

@@ -21,6 +21,9 @@ class full_join final : public source_node {
 
   std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
   std::optional<std::size_t> row_width() const override { return left_width_ + right_width_; }
+  node_description describe() const override {
+    return {"full_join", condition_ ? "on a condition" : "every pair", {&left_, &right_}};
+  }
 
  private:
   input left_;

@@ -130,4 +130,12 @@ std::unique_ptr<row_source> order_by::open(execution_context& context, std::uint
   return std::make_unique<order_by_enumerator>(child_, keys_, directions_, most_rows, context);
 }
 
+node_description order_by::describe() const {
+  std::string details;
+  for (const bool ascending : directions_) {
+    details += std::string(details.empty() ? "" : ", ") + (ascending ? "ascending" : "descending");
+  }
+  return {"order_by", std::move(details), {&child_}};
+}
+
 }  // namespace ov::sql_executor

@@ -90,4 +90,9 @@ std::optional<std::size_t> projection::row_width() const {
   return child ? std::optional(*child + items_.size()) : std::nullopt;
 }
 
+node_description projection::describe() const {
+  const bool extends = what_happens_ == input_row::extended;
+  return {"projection", std::to_string(items_.size()) + (extends ? " values after the row" : " values"), {&child_}};
+}
+
 }  // namespace ov::sql_executor

@@ -8,7 +8,9 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "ov_sql_executor/execution/enumerator.hpp"
 #include "ov_sql_executor/execution/node.hpp"
@@ -37,6 +39,15 @@ class row_source : public enumerator {
 // As a number of rows: no limit is known.
 inline constexpr std::uint64_t all_rows = std::numeric_limits<std::uint64_t>::max();
 
+class input;
+
+// What a node is: its class, what distinguishes it from others of its class, and its inputs, which are its own.
+struct node_description {
+  std::string name;
+  std::string details;
+  std::vector<const input*> inputs;
+};
+
 // A node of this library.
 class source_node : public destroyed_in_turn<node> {
  public:
@@ -45,6 +56,8 @@ class source_node : public destroyed_in_turn<node> {
 
   // How many values each row has; nothing where a node of the host's own decides it.
   virtual std::optional<std::size_t> row_width() const = 0;
+
+  virtual node_description describe() const = 0;
 
   enumerator* create_enumerator(execution_context& context) const final { return open(context, all_rows).release(); }
 };
@@ -60,6 +73,8 @@ class input {
 
   // See source_node.
   std::optional<std::size_t> row_width() const;
+
+  const node& child() const { return *child_; }
 
  private:
   friend class input_rows;

@@ -1,5 +1,7 @@
 #include "ov_sql_executor/execution/scan.hpp"
 
+#include <algorithm>
+#include <string>
 #include <utility>
 
 #include "ov_sql_executor/database/obj_ref.hpp"
@@ -62,6 +64,18 @@ std::uint64_t scan::open_iterator(execution_context& context) const {
   db_util::check(orv_context_create_iterator(context.context_handle, index_handle_, keys.flags, keys.first.data(),
                                              keys.last.data(), &iterator));
   return iterator;
+}
+
+node_description scan::describe() const {
+  const auto restricted =
+      std::count_if(ranges_.begin(), ranges_.end(), [](const auto& conditions) { return !conditions.empty(); });
+  std::string details = "index " + std::to_string(index_handle_);
+  if (restricted != 0) {
+    details +=
+        ", " + std::to_string(restricted) + " of " + std::to_string(key_columns_.size()) + " key columns restricted";
+  }
+  if (!ascending_) details += ", descending";
+  return {"scan", std::move(details), {}};
 }
 
 }  // namespace ov::sql_executor
