@@ -40,8 +40,8 @@ class empty_group_by_aggregator_enumerator final : public row_source {
     return true;
   }
 
-  void restart(execution_context& context, std::uint64_t /*most_rows*/) override {
-    child_.start(context);
+  void restart(execution_context& context, opening how) override {
+    child_.start(context, how.for_all_rows());
     start();
   }
 
@@ -74,8 +74,8 @@ class aggregator_enumerator final : public row_source {
     return true;
   }
 
-  void restart(execution_context& context, std::uint64_t /*most_rows*/) override {
-    child_.start(context);
+  void restart(execution_context& context, opening how) override {
+    child_.start(context, how.for_all_rows());
     start();
   }
 

@@ -20,7 +20,7 @@ class filter_enumerator final : public row_source {
     return false;
   }
 
-  void restart(execution_context& context, std::uint64_t /*most_rows*/) override { child_.start(context); }
+  void restart(execution_context& context, opening how) override { child_.start(context, how.for_all_rows()); }
 
  private:
   const operators::operand& predicate_;  // the node's

@@ -14,9 +14,9 @@ full_join::full_join(std::unique_ptr<node> left, std::unique_ptr<node> right, st
 std::unique_ptr<row_source> full_join::open(execution_context& context, std::uint64_t /*most_rows*/) const {
   input_rows left = left_.open(context);
   input_rows right = right_.open(context);
-  if (condition_) {
-    return std::make_unique<full_join_enumerator>(std::move(left), std::move(right), *condition_, left_width_,
-                                                  right_width_);
+  if (condition_ || keyed_condition_) {
+    return std::make_unique<full_join_enumerator>(std::move(left), std::move(right), condition_, keyed_condition_,
+                                                  left_width_, right_width_);
   }
   return std::make_unique<full_join_enumerator_no_expression>(std::move(left), std::move(right), left_width_,
                                                               right_width_);

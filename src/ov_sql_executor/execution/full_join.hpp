@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "ov_sql_executor/execution/keeping/keyed_condition.hpp"
 #include "ov_sql_executor/execution/row_source.hpp"
 #include "ov_sql_executor/expressions/operand.hpp"
 
@@ -19,10 +20,24 @@ class full_join final : public source_node {
   full_join(std::unique_ptr<node> left, std::unique_ptr<node> right, std::uint64_t left_width,
             std::uint64_t right_width, std::optional<std::unique_ptr<operators::operator_base>> condition);
 
+  // On a condition whose key is of the right rows: they are hashed by it.
+  full_join(std::unique_ptr<node> left, std::unique_ptr<node> right, std::uint64_t left_width,
+            std::uint64_t right_width, keyed_condition condition)
+      : left_(std::move(left)),
+        right_(std::move(right)),
+        left_width_(left_width),
+        right_width_(right_width),
+        keyed_condition_(std::move(condition)) {}
+
   std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
   std::optional<std::size_t> row_width() const override { return left_width_ + right_width_; }
+  bool keeps_rows() const override { return left_.keeps_rows() || right_.keeps_rows(); }
   node_description describe() const override {
-    return {"full_join", condition_ ? "on a condition" : "every pair", {&left_, &right_}};
+    return {"full_join",
+            keyed_condition_ ? "on a hashed condition"
+            : condition_     ? "on a condition"
+                             : "every pair",
+            {&left_, &right_}};
   }
 
  private:
@@ -31,6 +46,7 @@ class full_join final : public source_node {
   std::uint64_t left_width_;
   std::uint64_t right_width_;
   std::optional<operators::operand> condition_;
+  std::optional<keyed_condition> keyed_condition_;
 };
 
 }  // namespace ov::sql_executor

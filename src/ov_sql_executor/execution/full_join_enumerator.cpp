@@ -22,10 +22,12 @@ bool full_join_enumerator::push_next(execution_context& context) {
   return push_unmatched_right_row(context);
 }
 
-void full_join_enumerator::restart(execution_context& context, std::uint64_t /*most_rows*/) {
-  left_.start(context);
-  right_.start(context);
+void full_join_enumerator::restart(execution_context& context, opening how) {
+  left_.start(context, how.for_all_rows());
+  right_.start(context, how.for_all_rows());
   right_rows_ = kept_rows(kept_rows::given::often);
+  index_ = {};
+  candidates_ = {};
   state_ = state::needs_left_row;
 }
 
@@ -40,6 +42,10 @@ bool full_join_enumerator::push_left_row(execution_context& context) {
   cursor_ = 0;
   if (left_.push_next(context)) {
     state_ = state::left_row_unmatched;
+    if (is_hashed()) {
+      candidates_.start(*keyed_condition_, index_, context);
+      cursor_ = right_rows_.size();
+    }
     return true;
   }
   left_.close();
@@ -50,10 +56,10 @@ bool full_join_enumerator::push_left_row(execution_context& context) {
 // The left row lies on the stack; when a right row matches, both stay there and are kept as well.
 bool full_join_enumerator::push_matching_right_row(execution_context& context, std::size_t left_start) {
   const std::size_t right_start = context.row_stack.size();
-  while (cursor_ < right_rows_.size()) {
-    const std::size_t current = cursor_++;
+  while (const std::optional<candidate> next = next_candidate()) {
+    const std::size_t current = next->row_number;
     right_rows_.give(current, context);
-    if (condition_.holds(context)) {
+    if (holds(*next, context)) {
       state_ = state::left_row_matched;
       right_matched_[current] = true;
       copy_from_stack(context, left_start, right_start, left_row_);
@@ -63,6 +69,18 @@ bool full_join_enumerator::push_matching_right_row(execution_context& context, s
     right_rows_.take_back(current, context, right_start);
   }
   return false;
+}
+
+// The first left row is tested with every right row.
+std::optional<candidate> full_join_enumerator::next_candidate() {
+  if (cursor_ == right_rows_.size()) return is_hashed() ? candidates_.next(index_) : std::nullopt;
+  return candidate{static_cast<std::uint32_t>(cursor_++), candidate::equality::unknown};
+}
+
+bool full_join_enumerator::holds(const candidate& right_row, execution_context& context) {
+  if (condition_) return condition_->holds(context);
+  if (right_row.row_number == index_.size()) return keyed_condition_->holds(context, index_);
+  return keyed_condition_->holds(context, right_row.known);
 }
 
 bool full_join_enumerator::push_unmatched_right_row(execution_context& context) {

@@ -3,8 +3,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "ov_sql_executor/execution/keeping/keyed_condition.hpp"
 #include "ov_sql_executor/execution/row_source.hpp"
 #include "ov_sql_executor/execution/rows/kept_rows.hpp"
 #include "ov_sql_executor/expressions/operand.hpp"
@@ -12,19 +14,23 @@
 namespace ov::sql_executor {
 
 // A full join with a condition, which is tested with a left row and then a right row on the row stack. Right rows are
-// moved there and back; they are copied only into results.
+// moved there and back; they are copied only into results. The right rows are hashed by the key of a keyed condition
+// while they are tested with the first left row; later left rows look only at those that may match.
 class full_join_enumerator final : public row_source {
  public:
-  full_join_enumerator(input_rows left, input_rows right, const operators::operand& condition, std::uint64_t left_width,
+  // Requires one of the conditions.
+  full_join_enumerator(input_rows left, input_rows right, const std::optional<operators::operand>& condition,
+                       const std::optional<keyed_condition>& keyed_condition, std::uint64_t left_width,
                        std::uint64_t right_width)
       : condition_(condition),
+        keyed_condition_(keyed_condition),
         left_width_(left_width),
         right_width_(right_width),
         left_(std::move(left)),
         right_(std::move(right)) {}
 
   bool push_next(execution_context& context) override;
-  void restart(execution_context& context, std::uint64_t most_rows) override;
+  void restart(execution_context& context, opening how) override;
 
  private:
   enum class state { needs_left_row, left_row_unmatched, left_row_matched, left_exhausted };
@@ -34,7 +40,12 @@ class full_join_enumerator final : public row_source {
   bool push_matching_right_row(execution_context& context, std::size_t left_start);
   bool push_unmatched_right_row(execution_context& context);
 
-  const operators::operand& condition_;  // the node's
+  std::optional<candidate> next_candidate();
+  bool holds(const candidate& right_row, execution_context& context);
+  bool is_hashed() const { return keyed_condition_ && index_.size() == right_rows_.size(); }
+
+  const std::optional<operators::operand>& condition_;  // the node's, like the next
+  const std::optional<keyed_condition>& keyed_condition_;
   std::uint64_t left_width_;
   std::uint64_t right_width_;
   state state_ = state::needs_left_row;
@@ -43,7 +54,9 @@ class full_join_enumerator final : public row_source {
   row left_row_;      // the current one, while it is not on the row stack
   kept_rows right_rows_{kept_rows::given::often};
   std::vector<bool> right_matched_;
-  std::size_t cursor_ = 0;  // the next of the right rows to look at
+  std::size_t cursor_ = 0;     // the next of the right rows to look at, if not by candidates
+  equality_index index_;       // of the right rows, once they have been tested
+  candidate_rows candidates_;  // for the current left row
 };
 
 }  // namespace ov::sql_executor

@@ -19,9 +19,9 @@ bool full_join_enumerator_no_expression::push_next(execution_context& context) {
   return true;
 }
 
-void full_join_enumerator_no_expression::restart(execution_context& context, std::uint64_t /*most_rows*/) {
-  left_.start(context);
-  right_.start(context);
+void full_join_enumerator_no_expression::restart(execution_context& context, opening how) {
+  left_.start(context, how.for_all_rows());
+  right_.start(context, how.for_all_rows());
   left_row_.reset();
   pending_right_row_.reset();
   started_ = false;
@@ -54,7 +54,7 @@ bool full_join_enumerator_no_expression::push_pair(execution_context& context) {
       return true;
     }
     left_row_ = left_.next(context);
-    if (left_row_) right_.start(context);
+    if (left_row_) right_.start(context, {all_rows, context.row_stack.size()});  // which the left row is not on
   }
   return false;
 }

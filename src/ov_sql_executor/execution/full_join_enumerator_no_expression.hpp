@@ -19,7 +19,7 @@ class full_join_enumerator_no_expression final : public row_source {
       : left_width_(left_width), right_width_(right_width), left_(std::move(left)), right_(std::move(right)) {}
 
   bool push_next(execution_context& context) override;
-  void restart(execution_context& context, std::uint64_t most_rows) override;
+  void restart(execution_context& context, opening how) override;
 
  private:
   void start(execution_context& context);

@@ -16,7 +16,7 @@ class generative_assignment_enumerator final : public row_source {
     return true;
   }
 
-  void restart(execution_context& /*context*/, std::uint64_t /*most_rows*/) override { done_ = false; }
+  void restart(execution_context& /*context*/, opening /*how*/) override { done_ = false; }
 
  private:
   bool done_ = false;

@@ -16,6 +16,7 @@ class generative_assignment final : public source_node {
 
   std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
   std::optional<std::size_t> row_width() const override { return 1; }
+  bool keeps_rows() const override { return false; }
   node_description describe() const override { return {"generative_assignment", {}, {}}; }
 
  private:

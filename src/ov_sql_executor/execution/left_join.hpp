@@ -16,6 +16,7 @@ class left_join final : public source_node {
 
   std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
   std::optional<std::size_t> row_width() const override;
+  bool keeps_rows() const override { return left_.keeps_rows() || right_.keeps_rows(); }
   node_description describe() const override { return {"left_join", {}, {&left_, &right_}}; }
 
  private:

@@ -17,7 +17,7 @@ class limit_offset_enumerator final : public row_source {
  public:
   limit_offset_enumerator(const limit_offset& of, const input& child, execution_context& context)
       : limit_offset_(of), child_(child) {
-    start(context);
+    start(context, 0);
   }
 
   bool push_next(execution_context& context) override {
@@ -26,12 +26,12 @@ class limit_offset_enumerator final : public row_source {
     return child_.push_next(context);
   }
 
-  void restart(execution_context& context, std::uint64_t /*most_rows*/) override { start(context); }
+  void restart(execution_context& context, opening how) override { start(context, how.changed_from); }
 
  private:
-  void start(execution_context& context) {
+  void start(execution_context& context, std::size_t changed_from) {
     const auto [limit, offset] = limit_offset_.count_rows(context);
-    child_.start(context, sum_or_most(limit, offset));
+    child_.start(context, {sum_or_most(limit, offset), changed_from});
     limit_ = skip(offset, context) ? limit : 0;
     count_ = 0;
   }

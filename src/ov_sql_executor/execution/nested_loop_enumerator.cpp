@@ -1,5 +1,7 @@
 #include "ov_sql_executor/execution/nested_loop_enumerator.hpp"
 
+#include <algorithm>
+
 #include "ov_sql_executor/execution/rows/row_stack.hpp"
 
 namespace ov::sql_executor {
@@ -23,16 +25,19 @@ bool nested_loop_enumerator::push_next(execution_context& context) {
   return false;
 }
 
-void nested_loop_enumerator::restart(execution_context& context, std::uint64_t /*most_rows*/) {
-  outer_.start(context);
+void nested_loop_enumerator::restart(execution_context& context, opening how) {
+  outer_.start(context, how.for_all_rows());
   inner_.close();
+  changed_from_ = std::min(changed_from_, how.changed_from);
   state_ = state::needs_outer_row;
 }
 
 // Leaves the next outer row on the stack, with a new inner side for it.
 bool nested_loop_enumerator::push_outer_row(execution_context& context) {
+  const std::size_t outer_start = context.row_stack.size();
   if (!outer_.push_next(context)) return false;
-  inner_.start(context);
+  inner_.start(context, {all_rows, std::min(changed_from_, outer_start)});
+  changed_from_ = outer_start;
   state_ = state::outer_row_unmatched;
   return true;
 }

@@ -24,7 +24,7 @@ class nested_loop_enumerator : public row_source {
       : null_width_(null_width), outer_(std::move(outer)), inner_(inner_side) {}
 
   bool push_next(execution_context& context) override;
-  void restart(execution_context& context, std::uint64_t most_rows) override;
+  void restart(execution_context& context, opening how) override;
 
  private:
   enum class state { needs_outer_row, outer_row_unmatched, outer_row_matched, exhausted };
@@ -35,8 +35,9 @@ class nested_loop_enumerator : public row_source {
   std::optional<std::uint64_t> null_width_;
   state state_ = state::needs_outer_row;
   input_rows outer_;
-  input_rows inner_;  // opened for the first outer row
-  row outer_row_;     // the current one, while it is not on the row stack
+  input_rows inner_;              // opened for the first outer row
+  std::size_t changed_from_ = 0;  // what has changed on the row stack since the inner side was started
+  row outer_row_;                 // the current one, while it is not on the row stack
 };
 
 }  // namespace ov::sql_executor

@@ -28,10 +28,10 @@ class order_by_enumerator final : public row_source {
   order_by_enumerator(const input& child, const std::vector<operators::operand>& keys,
                       const std::vector<bool>& ascending, std::uint64_t most_rows, execution_context& context)
       : child_(child), keys_(keys), ascending_(ascending) {
-    start(context, most_rows);
+    start(context, {most_rows});
   }
 
-  void restart(execution_context& context, std::uint64_t most_rows) override { start(context, most_rows); }
+  void restart(execution_context& context, opening how) override { start(context, how); }
 
   bool push_next(execution_context& context) override {
     constexpr std::size_t ahead = 16;
@@ -48,10 +48,15 @@ class order_by_enumerator final : public row_source {
   // Reads and sorts the whole input. Where only the first rows are wanted, others are dropped on the way. If a key
   // turns up then that cannot be sorted, the rows that are gone might have met it: the input is read again and all of
   // it kept, so that the error is the one that sorting all rows meets, or none.
-  void start(execution_context& context, std::uint64_t most_rows) {
-    const std::uint64_t wanted = std::max(most_rows, std::uint64_t{1});
+  void start(execution_context& context, opening how) {
+    const std::uint64_t wanted = std::max(how.most_rows, std::uint64_t{1});
+    child_.start(context, how.for_all_rows());
     read(wanted, wanted, context);
-    if (has_dropped_ && !sort_->is_sortable()) read(wanted, all_rows, context);
+    if (has_dropped_ && !sort_->is_sortable()) {
+      child_.start(context, {all_rows, context.row_stack.size()});
+      read(wanted, all_rows, context);
+    }
+    child_.close();
     sort_->start(rows_.size());
     sorted_ = {};
     cursor_ = 0;
@@ -62,11 +67,10 @@ class order_by_enumerator final : public row_source {
     rows_ = kept_rows(kept_rows::given::once);
     sort_.emplace(ascending_, wanted);
     has_dropped_ = false;
-    input_rows source = child_.open(context);
     const std::uint64_t most_kept = room_for(to_keep);
     const std::size_t size = context.row_stack.size();
     value scratch;
-    while (source.push_next(context)) {
+    while (child_.push_next(context)) {
       if (add_keys(context, scratch)) {
         rows_.take(context, size);
         if (rows_.size() == most_kept && sort_->is_sortable()) drop_all_but(wanted, context);
@@ -110,8 +114,8 @@ class order_by_enumerator final : public row_source {
     return !sorted_.empty();
   }
 
-  const input& child_;  // the node's, like the keys
-  const std::vector<operators::operand>& keys_;
+  input_rows child_;                             // open while it is read
+  const std::vector<operators::operand>& keys_;  // the node's, like the directions
   const std::vector<bool>& ascending_;
   kept_rows rows_{kept_rows::given::once};
   std::optional<key_sort> sort_;

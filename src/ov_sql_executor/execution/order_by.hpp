@@ -20,6 +20,7 @@ class order_by final : public source_node {
 
   std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
   std::optional<std::size_t> row_width() const override { return child_.row_width(); }
+  bool keeps_rows() const override { return child_.keeps_rows(); }
   node_description describe() const override;
 
  private:

@@ -22,7 +22,7 @@ class projection_enumerator final : public row_source {
     return true;
   }
 
-  void restart(execution_context& context, std::uint64_t most_rows) override { child_.start(context, most_rows); }
+  void restart(execution_context& context, opening how) override { child_.start(context, how); }
 
   // Asked from outside, the results are made where they stay.
   std::optional<row> next(execution_context& context) override {
@@ -56,7 +56,7 @@ class extending_enumerator final : public row_source {
     return true;
   }
 
-  void restart(execution_context& context, std::uint64_t most_rows) override { child_.start(context, most_rows); }
+  void restart(execution_context& context, opening how) override { child_.start(context, how); }
 
  private:
   // Several are made aside, since an operator of the host's own may look at the whole row stack.

@@ -18,9 +18,7 @@ class adapted_source final : public row_source {
     return true;
   }
 
-  void restart(execution_context& context, std::uint64_t /*most_rows*/) override {
-    rows_.reset(node_.create_enumerator(context));
-  }
+  void restart(execution_context& context, opening /*how*/) override { rows_.reset(node_.create_enumerator(context)); }
 
   std::optional<row> next(execution_context& context) override { return rows_->next(context); }
 
@@ -47,7 +45,7 @@ std::optional<row> row_source::next(execution_context& context) {
 
 input_rows input::open(execution_context& context, std::uint64_t most_rows) const {
   input_rows rows(*this);
-  rows.start(context, most_rows);
+  rows.start(context, {most_rows});
   return rows;
 }
 

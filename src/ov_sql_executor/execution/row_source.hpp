@@ -18,6 +18,17 @@
 
 namespace ov::sql_executor {
 
+// As a number of rows: no limit is known.
+inline constexpr std::uint64_t all_rows = std::numeric_limits<std::uint64_t>::max();
+
+// How a source is opened or started over.
+struct opening {
+  std::uint64_t most_rows = all_rows;  // no more rows will be asked for, which may save keeping the others
+  std::size_t changed_from = 0;        // what lies below this position of the row stack is as it was before
+
+  opening for_all_rows() const { return {all_rows, changed_from}; }
+};
+
 // An enumerator that can leave its next row on the row stack, where whoever asked looks at it, keeps it or cuts it off.
 class row_source : public enumerator {
  public:
@@ -29,15 +40,12 @@ class row_source : public enumerator {
   virtual bool skip_next(execution_context& context);
 
   // Starts over, for the rows that are in scope now. What it opens anew in the core, or of a host's node, is there
-  // before the old one goes. After an exception the source can only be destroyed. most_rows: see source_node::open.
-  virtual void restart(execution_context& context, std::uint64_t most_rows) = 0;
+  // before the old one goes. After an exception the source can only be destroyed.
+  virtual void restart(execution_context& context, opening how) = 0;
 
   // Moves the next row off the stack.
   std::optional<row> next(execution_context& context) override;
 };
-
-// As a number of rows: no limit is known.
-inline constexpr std::uint64_t all_rows = std::numeric_limits<std::uint64_t>::max();
 
 class input;
 
@@ -59,6 +67,9 @@ class source_node : public destroyed_in_turn<node> {
 
   virtual node_description describe() const = 0;
 
+  // Whether sources of this node, or below it, keep rows from one start to the next.
+  virtual bool keeps_rows() const = 0;
+
   enumerator* create_enumerator(execution_context& context) const final { return open(context, all_rows).release(); }
 };
 
@@ -67,12 +78,15 @@ class input_rows;
 // A node's child: owned, and opened as a row source even if it is not one of this library's.
 class input {
  public:
-  explicit input(std::unique_ptr<node> child) : child_(std::move(child)) {}
+  explicit input(std::unique_ptr<node> child)
+      : child_(std::move(child)), keeps_rows_(child_.own() != nullptr && child_.own()->keeps_rows()) {}
 
   input_rows open(execution_context& context, std::uint64_t most_rows = all_rows) const;
 
   // See source_node.
   std::optional<std::size_t> row_width() const;
+
+  bool keeps_rows() const { return keeps_rows_; }
 
   const node& child() const { return *child_; }
 
@@ -81,6 +95,7 @@ class input {
   std::unique_ptr<row_source> open_source(execution_context& context, std::uint64_t most_rows) const;
 
   owned_part<node, source_node> child_;
+  bool keeps_rows_;
 };
 
 // The rows of an input, as far as its node's enumerator wants them.
@@ -89,14 +104,20 @@ class input_rows {
   // Not open yet. The input must outlive it.
   explicit input_rows(const input& of) : input_(&of) {}
 
-  bool is_open() const { return source_ != nullptr; }
+  bool is_open() const { return is_open_; }
 
-  // Opens the input, or restarts it where it is open.
-  void start(execution_context& context, std::uint64_t most_rows = all_rows) {
-    if (is_open()) return source_->restart(context, most_rows);
-    source_ = input_->open_source(context, most_rows);
+  // Opens the input, or restarts it where it has been opened before.
+  void start(execution_context& context, opening how = {}) {
+    is_open_ = true;
+    if (source_ != nullptr) return source_->restart(context, how);
+    source_ = input_->open_source(context, how.most_rows);
   }
-  void close() { source_.reset(); }
+
+  // Frees what is open, unless rows are kept there for the next start.
+  void close() {
+    is_open_ = false;
+    if (!input_->keeps_rows()) source_.reset();
+  }
 
   // See row_source. Require is_open(). Debug builds check that the row stack grows by a whole row or not at all.
   bool push_next(execution_context& context) {
@@ -120,6 +141,7 @@ class input_rows {
 
   const input* input_;
   std::unique_ptr<row_source> source_;
+  bool is_open_ = false;
 };
 
 }  // namespace ov::sql_executor

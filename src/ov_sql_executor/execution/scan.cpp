@@ -21,7 +21,7 @@ class scan_enumerator final : public row_source {
   // Runs while exceptions may pass, and nothing depends on the iterator any more: the status is not looked at.
   ~scan_enumerator() override { orv_iterator_free(iterator_); }
 
-  void restart(execution_context& context, std::uint64_t /*most_rows*/) override {
+  void restart(execution_context& context, opening /*how*/) override {
     orv_iterator_free(std::exchange(iterator_, scan_.open_iterator(context)));
     done_ = false;
   }

@@ -16,9 +16,9 @@ class stack_guard_enumerator final : public row_source {
     return child_.push_next(context);
   }
 
-  void restart(execution_context& context, std::uint64_t most_rows) override {
+  void restart(execution_context& context, opening how) override {
     require_stack(stack_need_);
-    child_.start(context, most_rows);
+    child_.start(context, how);
   }
 
   std::optional<row> next(execution_context& context) override {

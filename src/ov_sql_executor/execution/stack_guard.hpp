@@ -16,6 +16,7 @@ class stack_guard final : public source_node {
 
   std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
   std::optional<std::size_t> row_width() const override { return child_.row_width(); }
+  bool keeps_rows() const override { return child_.keeps_rows(); }
   node_description describe() const override {
     return {"stack_guard", std::to_string(stack_need_) + " bytes of stack", {&child_}};
   }

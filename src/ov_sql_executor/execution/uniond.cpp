@@ -14,9 +14,9 @@ class uniond_enumerator final : public row_source {
     return next_of_either([&](input_rows& side) { return side.push_next(context); });
   }
 
-  void restart(execution_context& context, std::uint64_t /*most_rows*/) override {
-    left_.start(context);
-    right_.start(context);
+  void restart(execution_context& context, opening how) override {
+    left_.start(context, how.for_all_rows());
+    right_.start(context, how.for_all_rows());
     on_left_ = true;
   }
 

@@ -14,6 +14,7 @@ class uniond final : public source_node {
 
   std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
   std::optional<std::size_t> row_width() const override { return left_.row_width(); }
+  bool keeps_rows() const override { return left_.keeps_rows() || right_.keeps_rows(); }
   node_description describe() const override { return {"uniond", {}, {&left_, &right_}}; }
 
  private:

@@ -43,7 +43,8 @@ std::optional<std::int16_t> visible_columns::find_in_scope(const column_ref& col
   if (index_.empty() && looked_at_ > 64 + 4 * size()) make_index();
   const std::size_t position = look_for(column);
   if (position == size()) return std::nullopt;
-  return to_position(position);
+  reads_.push_back(to_position(position));
+  return reads_.back();
 }
 
 // The number of all columns if there is no such column.

@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "ov_sql_executor/expressions/column_ref.hpp"
@@ -22,9 +23,12 @@ class visible_columns {
   visible_columns(const scope& outer) : outer_(outer) {}  // NOLINT: the same thing where there is no input row
   visible_columns(const scope& outer, const scope& input) : outer_(outer), input_(input) {}
 
-  // The row-stack position of the first column that equals this one. Throws boost::numeric::positive_overflow for a
-  // position beyond 32767.
+  // The row-stack position of the first column that equals this one. It counts as read. Throws
+  // boost::numeric::positive_overflow for a position beyond 32767.
   std::optional<std::int16_t> find_in_scope(const physical_queryplan::column_ref& column) const;
+
+  // The positions that were found since the last call.
+  std::vector<std::int16_t> take_reads() const { return std::exchange(reads_, {}); }
 
  private:
   using column_ref = physical_queryplan::column_ref;
@@ -41,6 +45,7 @@ class visible_columns {
 
   std::span<const column_ref> outer_;
   std::span<const column_ref> input_;
+  mutable std::vector<std::int16_t> reads_;
   mutable std::size_t looked_at_ = 0;
   mutable std::unordered_map<const column_ref*, std::size_t, hash, equal> index_;  // positions; empty until it pays
 };

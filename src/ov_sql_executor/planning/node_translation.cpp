@@ -1,5 +1,6 @@
 #include "ov_sql_executor/planning/node_translation.hpp"
 
+#include <algorithm>
 #include <cstdint>
 #include <iterator>
 #include <limits>
@@ -14,6 +15,8 @@
 #include "ov_sql_executor/execution/filter.hpp"
 #include "ov_sql_executor/execution/full_join.hpp"
 #include "ov_sql_executor/execution/generative_assignment.hpp"
+#include "ov_sql_executor/execution/keeping/kept_side.hpp"
+#include "ov_sql_executor/execution/keeping/lookup_filter.hpp"
 #include "ov_sql_executor/execution/left_join.hpp"
 #include "ov_sql_executor/execution/limit_offset.hpp"
 #include "ov_sql_executor/execution/nested_loop_inner_join.hpp"
@@ -48,38 +51,62 @@ using ov::sql_executor::operators::value_from_context;
 
 class node_translator {
  public:
-  node_translator(std::vector<value>& constants, const scope& outer) : constants_(constants), outer_(outer) {}
+  node_translator(std::vector<value>& constants, const scope& outer, std::size_t changing_from)
+      : constants_(constants), outer_(outer), changing_{std::min(changing_from, outer.size()), outer.size()} {}
 
   translation operator()(const Scan& plan) const {
     const std::uint64_t handle = meta_data::index_handle(plan.index);
     std::vector<meta_data::key_column> key_columns = meta_data::index_key_columns(plan.index);
-    auto conditions = translate_ranges(plan.ranges, constants_, outer_);
-    return {{plan.variable},
-            std::make_unique<ov::sql_executor::scan>(std::move(conditions), handle, std::move(key_columns),
-                                                     plan.ascending)};
+    const visible_columns enclosing(outer_);
+    auto conditions = translate_ranges(plan.ranges, constants_, enclosing);
+    translation scan{{plan.variable},
+                     std::make_unique<ov::sql_executor::scan>(std::move(conditions), handle, std::move(key_columns),
+                                                              plan.ascending)};
+    scan.reads = enclosing.take_reads();
+    return scan;
   }
 
   translation operator()(const Filter& plan) const {
     translation child = translate_input(plan.child, outer_);
-    auto predicate = translate_expression(plan.predicate, constants_, {outer_, child.columns});
-    child.node = std::make_unique<ov::sql_executor::filter>(std::move(child.node), std::move(predicate));
+    const visible_columns inner(outer_, child.columns);
+    split_condition condition(plan.predicate, constants_, inner);
+    if (is_constant(child.reads) && !is_constant(condition.reads()) &&
+        condition.find_key({outer_.size(), outer_.size() + child.columns.size()}, changing_)) {
+      const auto last_read = std::max(last_of(child.reads), last_of(condition.key_reads()));
+      child.node =
+          std::make_unique<ov::sql_executor::lookup_filter>(std::move(child.node), condition.take_keyed(), last_read);
+      add_reads(child.reads, condition.reads());
+      return child;
+    }
+    keep_unless_constant(child, condition.reads());
+    child.node = std::make_unique<ov::sql_executor::filter>(std::move(child.node), condition.take_whole());
     return child;
   }
 
   // A projection that only repeats its input is its input.
   translation operator()(const Projection& plan) const {
     translation child = translate_input(plan.child, outer_);
-    auto items = translate_expressions(plan.items, constants_, {outer_, child.columns});
+    const visible_columns inner(outer_, child.columns);
+    auto items = translate_expressions(plan.items, constants_, inner);
     scope columns;
     columns.reserve(plan.items.size());
     for (const auto& item : plan.items) columns.push_back(to_column_ref(item));
     if (columns == child.columns) return child;
-    return {std::move(columns), std::make_unique<projection>(std::move(child.node), std::move(items))};
+    keep_unless_constant(child, inner.take_reads());
+    child.node = std::make_unique<projection>(std::move(child.node), std::move(items));
+    child.columns = std::move(columns);
+    child.in_place = 0;
+    return child;
   }
 
   translation operator()(const GenerativeAssignment& plan) const {
-    auto expression = translate_expression(plan.expression, constants_, outer_);
-    return {{complete(plan.column)}, std::make_unique<ov::sql_executor::generative_assignment>(std::move(expression))};
+    const visible_columns enclosing(outer_);
+    auto expression = translate_expression(plan.expression, constants_, enclosing);
+    translation one_row{{complete(plan.column)},
+                        std::make_unique<ov::sql_executor::generative_assignment>(std::move(expression))};
+    one_row.reads = enclosing.take_reads();
+    one_row.is_cheap = true;
+    return one_row;
   }
 
   // The input's values come first, the assignments follow.
@@ -90,6 +117,7 @@ class node_translator {
     std::vector<std::unique_ptr<operator_base>> values = translate_assignments(plan.assignments, inner);
     child.in_place = child.columns.size();
     append_columns(child.columns, plan.assignments);
+    keep_unless_constant(child, inner.take_reads());
     child.node =
         std::make_unique<projection>(std::move(child.node), std::move(values), projection::input_row::extended);
     return child;
@@ -97,30 +125,44 @@ class node_translator {
 
   translation operator()(const NestedLoopJoin& plan) const {
     auto [left, right] = dependent_sides(plan);
-    auto join = std::make_unique<ov::sql_executor::nested_loop_inner_join>(std::move(left.node), std::move(right.node));
-    append(left.columns, std::move(right.columns));
-    return {std::move(left.columns), std::move(join), left.in_place};
+    left.node = std::make_unique<ov::sql_executor::nested_loop_inner_join>(std::move(left.node), std::move(right.node));
+    return join_columns(std::move(left), std::move(right));
   }
 
   translation operator()(const LeftJoin& plan) const {
     auto [left, right] = dependent_sides(plan);
-    auto join = std::make_unique<ov::sql_executor::left_join>(std::move(left.node), std::move(right.node),
+    left.node = std::make_unique<ov::sql_executor::left_join>(std::move(left.node), std::move(right.node),
                                                               right.columns.size());
-    append(left.columns, std::move(right.columns));
-    return {std::move(left.columns), std::move(join), left.in_place};
+    return join_columns(std::move(left), std::move(right));
   }
 
+  // Neither side sees the other. Without a condition the right side is read again for each left row.
   translation operator()(const FullJoin& plan) const {
     translation left = translate_input(plan.left, outer_);
-    translation right = translate_input(plan.right, outer_);
+    translation right =
+        plan.condition ? translate_input(plan.right, outer_) : translate_input(plan.right, outer_, outer_.size());
     const std::size_t left_width = left.columns.size();
     const std::size_t right_width = right.columns.size();
-    append(left.columns, std::move(right.columns));
-    std::optional<std::unique_ptr<operator_base>> condition;
-    if (plan.condition) condition = translate_expression(*plan.condition, constants_, {outer_, left.columns});
-    auto join = std::make_unique<ov::sql_executor::full_join>(std::move(left.node), std::move(right.node), left_width,
-                                                              right_width, std::move(condition));
-    return {std::move(left.columns), std::move(join), left.in_place};
+    if (!plan.condition) {
+      keep(right);
+      keep_unless_constant(left, right.reads);
+      left.node = std::make_unique<ov::sql_executor::full_join>(std::move(left.node), std::move(right.node), left_width,
+                                                                right_width, std::nullopt);
+      return join_columns(std::move(left), std::move(right));
+    }
+    const scope both = join_scopes(left.columns, right.columns);
+    const visible_columns inner(outer_, both);
+    split_condition condition(*plan.condition, constants_, inner);
+    keep_changing_sides(left, right, condition.reads());
+    const std::size_t right_start = outer_.size() + left_width;
+    if (condition.find_key({right_start, right_start + right_width}, {outer_.size(), right_start})) {
+      left.node = std::make_unique<ov::sql_executor::full_join>(std::move(left.node), std::move(right.node), left_width,
+                                                                right_width, condition.take_keyed());
+    } else {
+      left.node = std::make_unique<ov::sql_executor::full_join>(std::move(left.node), std::move(right.node), left_width,
+                                                                right_width, condition.take_whole());
+    }
+    return join_columns(std::move(left), std::move(right));
   }
 
   // The aggregates come first in the row, the group keys after them.
@@ -133,8 +175,12 @@ class node_translator {
     scope columns;
     for (const aggregate& each : plan.aggregates) columns.push_back(result_column(each));
     append_columns(columns, plan.group_by);
-    return {std::move(columns),
-            std::make_unique<ov::sql_executor::aggregator>(std::move(child.node), std::move(keys), std::move(entries))};
+    keep_unless_constant(child, inner.take_reads());
+    child.node =
+        std::make_unique<ov::sql_executor::aggregator>(std::move(child.node), std::move(keys), std::move(entries));
+    child.columns = std::move(columns);
+    child.in_place = 0;
+    return child;
   }
 
   translation operator()(const OrderBy& plan) const {
@@ -146,6 +192,7 @@ class node_translator {
       directions.push_back(key.ascending);
       keys.push_back(translate_expression(key.expression, constants_, inner));
     }
+    keep_unless_constant(child, inner.take_reads());
     child.node =
         std::make_unique<ov::sql_executor::order_by>(std::move(child.node), std::move(keys), std::move(directions));
     return child;
@@ -154,8 +201,10 @@ class node_translator {
   // Limit and offset see the enclosing rows only.
   translation operator()(const LimitOffset& plan) const {
     translation child = translate_input(plan.child, outer_);
-    auto limit = row_count(plan.limit, std::numeric_limits<std::uint64_t>::max());
-    auto offset = row_count(plan.offset, 0);
+    const visible_columns enclosing(outer_);
+    auto limit = row_count(plan.limit, std::numeric_limits<std::uint64_t>::max(), enclosing);
+    auto offset = row_count(plan.offset, 0, enclosing);
+    keep_unless_constant(child, enclosing.take_reads());
     child.node =
         std::make_unique<ov::sql_executor::limit_offset>(std::move(child.node), std::move(limit), std::move(offset));
     return child;
@@ -167,7 +216,10 @@ class node_translator {
     if (left.columns != right.columns) {
       error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
     }
+    keep_changing_sides(left, right, {});
     left.node = std::make_unique<ov::sql_executor::uniond>(std::move(left.node), std::move(right.node));
+    add_reads(left.reads, right.reads);
+    left.is_cheap = false;
     return left;
   }
 
@@ -193,7 +245,10 @@ class node_translator {
       expressions.push_back(translate_expression(added.expression, constants_, inner));
     }
     append_columns(child.columns, plan.assignments);
-    return {std::move(child.columns), std::make_unique<projection>(std::move(child.node), std::move(expressions))};
+    keep_unless_constant(child, inner.take_reads());
+    child.node = std::make_unique<projection>(std::move(child.node), std::move(expressions));
+    child.in_place = 0;
+    return child;
   }
 
   // Only the expressions: their columns are looked at when all of them are translated.
@@ -216,33 +271,85 @@ class node_translator {
   }
 
   translation translate_input(const child_ptr& plan, const scope& outer) const {
+    return translate_input(plan, outer, changing_.begin < changing_.end ? changing_.begin : nothing_changes);
+  }
+  translation translate_input(const child_ptr& plan, const scope& outer, std::size_t changing_from) const {
     if (plan == nullptr) error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
-    return translate(*plan, constants_, outer);
+    return translate(*plan, constants_, outer, changing_from);
+  }
+
+  // Whether rows that read this of the row stack are the same each time this part of an inner side is started.
+  bool is_constant(const read_list& reads) const { return !changing_.contains_any(reads); }
+
+  static std::optional<std::size_t> last_of(const read_list& reads) {
+    if (reads.empty()) return std::nullopt;
+    return static_cast<std::size_t>(*std::max_element(reads.begin(), reads.end()));
+  }
+
+  static void keep(translation& part) {
+    if (part.is_cheap) return;
+    part.node = std::make_unique<ov::sql_executor::kept_side>(std::move(part.node), last_of(part.reads));
+  }
+
+  // Of what is read, the outer rows count.
+  void add_reads(read_list& reads, const read_list& more) const {
+    for (const std::int16_t each : more) {
+      if (static_cast<std::size_t>(each) < outer_.size()) reads.push_back(each);
+    }
+  }
+
+  // Keeps the child's rows where they are always the same, but what its parent makes of them is not.
+  void keep_unless_constant(translation& child, const read_list& parent_reads) const {
+    if (is_constant(child.reads) && !is_constant(parent_reads)) keep(child);
+    add_reads(child.reads, parent_reads);
+    child.is_cheap = false;
+  }
+
+  // Likewise for two sides, of which one may change the other's parent.
+  void keep_changing_sides(translation& left, translation& right, const read_list& parent_reads) const {
+    const bool is_left_constant = is_constant(left.reads);
+    const bool is_right_constant = is_constant(right.reads);
+    if (is_left_constant && is_right_constant && is_constant(parent_reads)) return;
+    if (is_left_constant) keep(left);
+    if (is_right_constant) keep(right);
+    add_reads(left.reads, parent_reads);
+  }
+
+  translation join_columns(translation left, translation right) const {
+    append(left.columns, std::move(right.columns));
+    add_reads(left.reads, right.reads);
+    left.is_cheap = false;
+    return left;
   }
 
   // The right side sees the left row.
   template <class Alternative>
   std::pair<translation, translation> dependent_sides(const Alternative& plan) const {
     translation left = translate_input(plan.left, outer_);
-    translation right = translate_input(plan.right, join_scopes(outer_, left.columns));
+    const scope visible = join_scopes(outer_, left.columns);
+    translation right = translate_input(plan.right, visible, outer_.size());
+    if (!position_range{outer_.size(), visible.size()}.contains_any(right.reads)) keep(right);
+    if (is_constant(left.reads) && !is_constant(right.reads)) keep(left);
     return {std::move(left), std::move(right)};
   }
 
   std::unique_ptr<operator_base> row_count(const std::optional<physical_queryplan::expression>& stated,
-                                           std::uint64_t otherwise) const {
-    if (stated) return translate_expression(*stated, constants_, outer_);
+                                           std::uint64_t otherwise, const visible_columns& enclosing) const {
+    if (stated) return translate_expression(*stated, constants_, enclosing);
     const std::int16_t position = ov::sql_executor::add_constant(constants_, otherwise);
     return std::make_unique<value_from_context>(context_list::constants, position);
   }
 
   std::vector<value>& constants_;
   const scope& outer_;
+  position_range changing_;  // of the outer rows; empty where nothing changes
 };
 
 }  // namespace
 
-translation translate(const PredicateVariant& plan, std::vector<value>& constants, const scope& outer) {
-  return std::visit(node_translator(constants, outer), complete(plan));
+translation translate(const PredicateVariant& plan, std::vector<value>& constants, const scope& outer,
+                      std::size_t changing_from) {
+  return std::visit(node_translator(constants, outer, changing_from), complete(plan));
 }
 
 }  // namespace physical_to_exec

@@ -117,6 +117,11 @@ bool packed_values::equals(std::size_t position, const value_view& other) const 
   return own.index() == other.index() && key_equal(own, other);
 }
 
+std::size_t packed_values::byte_count() const {
+  constexpr std::size_t apart_size = sizeof(value) + 64;  // with what most of them have on the heap
+  return words_.size() * (sizeof words_[0] + sizeof kinds_[0]) + bytes_.size() + others_.size() * apart_size;
+}
+
 void packed_values::give(std::size_t position, std::vector<value>& list) {
   const std::uint64_t word = words_[position];
   const std::uint8_t kind = kinds_[position];

@@ -44,6 +44,9 @@ class packed_values {
   void take_back(std::size_t position, value& moved);
   void copy_back(std::size_t position, const value& copied);
 
+  // About how much memory the values take.
+  std::size_t byte_count() const;
+
   // Prefetches a value; and, some time later, its text.
   void prefetch(std::size_t position) const {
     prefetch_memory(&words_[position]);

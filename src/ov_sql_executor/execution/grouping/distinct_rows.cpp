@@ -65,6 +65,15 @@ distinct_rows::place distinct_rows::find_or_insert(std::span<const value_view> k
   return {index, true};
 }
 
+std::optional<std::size_t> distinct_rows::find(std::span<const value_view> key) const {
+  if (tags_.empty()) return std::nullopt;
+  const std::uint32_t hash = hash_of(key);
+  for (std::size_t at = first_position(hash); tags_[at] != no_tag; at = next_position(at)) {
+    if (tags_[at] == tag_of(hash) && slots_[at].hash == hash && equals(slots_[at].index, key)) return slots_[at].index;
+  }
+  return std::nullopt;
+}
+
 bool distinct_rows::equals(std::size_t index, std::span<const value_view> key) const {
   for (std::size_t column = 0; column < width_; ++column) {
     if (!keys_.equals(index * width_ + column, key[column])) return false;

@@ -28,11 +28,14 @@ class distinct_rows {
   // The same in steps, for who has several keys and wants their memory to come at the same time. Behind the hash, each
   // step prefetches what the next one looks at: the place that the hash stands for; the row with that hash, if there is
   // one; what of the row lies elsewhere.
-  std::uint32_t hash_of(std::span<const value_view> key) const { return static_cast<std::uint32_t>(hash_(key)); }
+  std::uint32_t hash_of(std::span<const value_view> key) const { return static_cast<std::uint32_t>((*hash_)(key)); }
   void prefetch_place(std::uint32_t hash) const;
   std::optional<std::size_t> prefetch_row(std::uint32_t hash) const;
   void prefetch_further(std::size_t index) const;
   place find_or_insert(std::span<const value_view> key, std::uint32_t hash);
+
+  // The row that equals the key, if there is one.
+  std::optional<std::size_t> find(std::span<const value_view> key) const;
 
   std::size_t size() const { return size_; }
 
@@ -53,7 +56,7 @@ class distinct_rows {
   std::size_t free_position(std::uint32_t hash) const;
   void enter(std::size_t position, slot entered);
 
-  const keyed_hash& hash_ = keyed_hash::of_process();
+  const keyed_hash* hash_ = &keyed_hash::of_process();
   std::size_t width_;
   std::size_t size_ = 0;
   packed_values keys_{packed_values::texts::packed};

@@ -12,6 +12,36 @@ void kept_rows::take(execution_context& context, std::size_t start) {
   ++size_;
 }
 
+void kept_rows::add_copy(const execution_context& context, std::size_t start) {
+  const std::vector<value>& stack = context.row_stack;
+  note_width(stack.size() - start);
+  for (std::size_t at = start; at < stack.size(); ++at) {
+    const auto* const reference = std::get_if<OV_OBJ_REF>(&stack[at]);
+    if (are_references_ && reference != nullptr) {
+      references_.push_back(*reference);
+    } else {
+      make_values();
+      values_.push_back(view_of(stack[at]));
+    }
+  }
+  ++size_;
+}
+
+void kept_rows::push_copy(std::size_t row_number, execution_context& context) const {
+  const std::size_t end = first_of(row_number + 1);
+  for (std::size_t i = first_of(row_number); i < end; ++i) {
+    if (are_references_) {
+      push_value(context, references_[i]);
+    } else {
+      append_value(context.row_stack, values_[i]);
+    }
+  }
+}
+
+std::size_t kept_rows::byte_count() const {
+  return references_.byte_count() + values_.byte_count() + starts_.size() * sizeof(std::size_t);
+}
+
 void kept_rows::give(std::size_t row_number, execution_context& context) {
   const std::size_t end = first_of(row_number + 1);
   for (std::size_t i = first_of(row_number); i < end; ++i) {
@@ -63,21 +93,19 @@ void kept_rows::note_width(std::size_t width) {
   if (!starts_.empty()) starts_.push_back(starts_.back() + width);
 }
 
-// The first value that is no reference makes values of all before it.
 void kept_rows::keep(value& each) {
-  if (are_references_) {
-    if (const auto* reference = std::get_if<OV_OBJ_REF>(&each)) {
-      references_.push_back(*reference);
-      return;
-    }
-    for (std::size_t i = 0; i < references_.size(); ++i) {
-      value kept = references_[i];
-      values_.push_back(kept);
-    }
-    references_ = {};
-    are_references_ = false;
-  }
+  const auto* const reference = std::get_if<OV_OBJ_REF>(&each);
+  if (are_references_ && reference != nullptr) return references_.push_back(*reference);
+  make_values();
   values_.push_back(each);
+}
+
+// The first value that is no reference makes values of all before it.
+void kept_rows::make_values() {
+  if (!are_references_) return;
+  for (std::size_t i = 0; i < references_.size(); ++i) values_.push_back(value_view(references_[i]));
+  references_ = {};
+  are_references_ = false;
 }
 
 std::size_t kept_rows::first_of(std::size_t row_number) const {

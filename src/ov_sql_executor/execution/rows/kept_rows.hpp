@@ -25,6 +25,15 @@ class kept_rows {
   // Moves the values from position start on off the row stack, as the next row.
   void take(execution_context& context, std::size_t start);
 
+  // Copies the values from position start on, as the next row.
+  void add_copy(const execution_context& context, std::size_t start);
+
+  // Appends copies of a row's values to the row stack.
+  void push_copy(std::size_t row_number, execution_context& context) const;
+
+  // About how much memory the rows take.
+  std::size_t byte_count() const;
+
   // Appends the values of a row to the row stack; it is not here any more until it comes back.
   void give(std::size_t row_number, execution_context& context);
 
@@ -39,6 +48,7 @@ class kept_rows {
  private:
   void note_width(std::size_t width);
   void keep(value& each);
+  void make_values();
   std::size_t first_of(std::size_t row_number) const;
 
   std::size_t size_ = 0;

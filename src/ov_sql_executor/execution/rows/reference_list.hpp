@@ -30,6 +30,8 @@ class reference_list {
     }
   }
 
+  std::size_t byte_count() const { return narrow_.size() * sizeof narrow_[0] + wide_.size() * sizeof wide_[0]; }
+
   // Prefetches one.
   void prefetch(std::size_t position) const {
     prefetch_memory(is_narrow_ ? static_cast<const void*>(&narrow_[position]) : &wide_[position]);
