@@ -133,6 +133,60 @@ shape equality_full_join() {
   return made;
 }
 
+// Joins of items with items on columns without an index.
+using condition = expression (*)(const table_variable& left, const table_variable& right);
+
+expression same_many(const table_variable& left, const table_variable& right) {
+  return eq(right["many"], left["many"]);
+}
+expression same_name(const table_variable& left, const table_variable& right) {
+  return eq(right["name"], left["name"]);
+}
+expression many_is_v(const table_variable& left, const table_variable& right) { return eq(right["many"], left["v"]); }
+expression same_many_and_b(const table_variable& left, const table_variable& right) {
+  return both(same_many(left, right), eq(right["b"], left["b"]));
+}
+
+template <class Kind>
+shape plain_join(std::string name, condition on, const std::string& sql, Kind kind) {
+  const auto make = [on, kind](query& q, std::size_t) {
+    const table_variable l = q.over("item", "l");
+    const table_variable r = q.over("item", "r");
+    return project({l["id"], r["id"]}, kind(scan(l, "by_id"), filter(on(l, r), scan(r, "by_id"))));
+  };
+  return {std::move(name), make, "SELECT l.id, r.id FROM item l " + sql, reads({"id", "id"})};
+}
+
+shape semi_join() {
+  const auto make = [](query& q, std::size_t) {
+    const table_variable l = q.over("item", "l");
+    const table_variable r = q.over("item", "r");
+    return project({l["id"]}, join(scan(l, "by_id"), limit(lit(1), {}, filter(many_is_v(l, r), scan(r, "by_id")))));
+  };
+  return {"plain_semi", make, "SELECT l.id FROM item l WHERE EXISTS (SELECT 1 FROM item r WHERE r.many = l.v)",
+          reads({"id", "v"})};
+}
+
+shape anti_join() {
+  const auto make = [](query& q, std::size_t) {
+    const table_variable l = q.over("item", "l");
+    const table_variable r = q.over("item", "r");
+    plan side = limit(lit(1), {}, filter(many_is_v(l, r), scan(r, "by_id")));
+    return project({l["id"]}, filter(is_null(r), left_join(scan(l, "by_id"), std::move(side))));
+  };
+  return {"plain_anti", make, "SELECT l.id FROM item l WHERE NOT EXISTS (SELECT 1 FROM item r WHERE r.many = l.v)",
+          reads({"id", "v"})};
+}
+
+shape plain_full_join() {
+  const auto make = [](query& q, std::size_t) {
+    const table_variable l = q.over("item", "l");
+    const table_variable r = q.over("item", "r");
+    return project({l["id"], r["id"]}, full_join(many_is_v(l, r), scan(l, "by_id"), scan(r, "by_id")));
+  };
+  return {"plain_full", make, "SELECT l.id, r.id FROM item l FULL JOIN item r ON r.many = l.v", reads({"id", "v"})};
+}
+
 }  // namespace
 
 std::vector<shape> lookup_and_join_shapes() {
@@ -141,7 +195,14 @@ std::vector<shape> lookup_and_join_shapes() {
           planned_lookup(),
           index_join("join_inner", join, "JOIN"),
           index_join("join_left", left_join, "LEFT JOIN"),
-          equality_full_join()};
+          equality_full_join(),
+          plain_join("plain_inner", same_many, "JOIN item r ON r.many = l.many", join),
+          plain_join("plain_inner_text", same_name, "JOIN item r ON r.name = l.name", join),
+          plain_join("plain_inner_two", same_many_and_b, "JOIN item r ON r.many = l.many AND r.b = l.b", join),
+          plain_join("plain_left", many_is_v, "LEFT JOIN item r ON r.many = l.v", left_join),
+          semi_join(),
+          anti_join(),
+          plain_full_join()};
 }
 
 }  // namespace bench

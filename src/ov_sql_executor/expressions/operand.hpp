@@ -27,17 +27,16 @@ struct scratch_space {
 // An owned expression, and the cheapest way to its value: read where it lies in the context, lent by an operator of
 // this library, or evaluated by one that is not. Which one it is, is found out once, when the tree is built.
 //
-//    call          gives                      valid until                               for
-//    evaluate      a value                    always                                    what is kept
-//    append_to     a value in a list          always                                    rows
-//    lend          a view                     the next evaluation, or core call         the last operand of an
-//    operation pin           a view; what would not     the scratch changes, or the row is gone   the operands before
-//    it
-//                  last is copied
-//    preserve      a view; all that it        the scratch changes                       rows that wait
-//                  borrows is copied
-//    visit         an int64 of a property     the call returns                          aggregates
-//                  as it is, or a view
+//    call        gives                        valid until                         for
+//    evaluate    a value                      always                              what is kept
+//    append_to   a value in a list            always                              rows
+//    lend        a view                       the next evaluation, or core call   the last operand of an operator
+//    pin         a view; copies what would    the scratch changes, or the row     the operands before it
+//                not last                     is gone
+//    preserve    a view; copies all that it   the scratch changes                 rows that wait
+//                borrows
+//    visit       an int64 of a property as    the call returns                    aggregates
+//                it is, or a view
 class operand {
  public:
   explicit operand(std::unique_ptr<operator_base> expression)

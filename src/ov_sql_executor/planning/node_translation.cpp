@@ -72,9 +72,10 @@ class node_translator {
     split_condition condition(plan.predicate, constants_, inner);
     if (is_constant(child.reads) && !is_constant(condition.reads()) &&
         condition.find_key({outer_.size(), outer_.size() + child.columns.size()}, changing_)) {
-      const auto last_read = std::max(last_of(child.reads), last_of(condition.key_reads()));
-      child.node =
-          std::make_unique<ov::sql_executor::lookup_filter>(std::move(child.node), condition.take_keyed(), last_read);
+      read_list kept_by = child.reads;
+      add_reads(kept_by, condition.key_reads());
+      child.node = std::make_unique<ov::sql_executor::lookup_filter>(std::move(child.node), condition.take_keyed(),
+                                                                     last_of(kept_by));
       add_reads(child.reads, condition.reads());
       return child;
     }

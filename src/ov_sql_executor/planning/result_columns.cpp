@@ -53,7 +53,7 @@ class typing {
   explicit typing(const QueryPlan::Projection& root) : root_(root) {}
 
   // A computed reference is what its definition is, and that of one that is defined by it.
-  column_type of(const expression& any) {
+  column_type type_of(const expression& any) {
     const expression* definition = &any;
     std::set<identifier> on_the_way;
     while (const auto* const reference = std::get_if<computed<OV_OBJ_REF>>(definition)) {
@@ -127,7 +127,7 @@ std::vector<column_type> result_columns(const QueryPlan::Projection& root) {
   typing types(root);
   std::vector<column_type> columns;
   columns.reserve(root.items.size());
-  for (const expression& item : root.items) columns.push_back(types.of(item));
+  for (const expression& item : root.items) columns.push_back(types.type_of(item));
   return columns;
 }
 
