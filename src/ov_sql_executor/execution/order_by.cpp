@@ -82,11 +82,11 @@ class order_by_enumerator final : public row_source {
     bool is_wanted = true;
     for (const operators::operand& key : keys_) {
       const value_view held = key.lend(context, scratch);
-      if (&key == keys_.data()) is_wanted = !sort_->is_behind_kept(held);
+      if (&key == keys_.data()) is_wanted = !sort_->is_after_kept(held);
       if (is_wanted) {
         sort_->add_key(held);
       } else if (&key != keys_.data()) {
-        sort_->pass_key(static_cast<std::size_t>(&key - keys_.data()), held);
+        sort_->note_skipped_key(static_cast<std::size_t>(&key - keys_.data()), held);
       }
     }
     return is_wanted;
