@@ -25,7 +25,7 @@ bool full_join_enumerator::push_next(execution_context& context) {
 void full_join_enumerator::restart(execution_context& context, std::uint64_t /*most_rows*/) {
   left_.start(context);
   right_.start(context);
-  right_rows_ = kept_rows(kept_rows::given::often);
+  right_rows_ = kept_rows(kept_rows::access::repeated);
   state_ = state::needs_left_row;
 }
 

@@ -48,7 +48,7 @@ std::optional<std::size_t> distinct_rows::prefetch_row(std::uint32_t hash) const
 }
 
 void distinct_rows::prefetch_further(std::size_t index) const {
-  for (std::size_t column = 0; column < width_; ++column) keys_.prefetch_further(index * width_ + column);
+  for (std::size_t column = 0; column < width_; ++column) keys_.prefetch_text(index * width_ + column);
 }
 
 distinct_rows::place distinct_rows::find_or_insert(std::span<const value_view> key, std::uint32_t hash) {
