@@ -50,7 +50,8 @@ db_util::key_bound type_maximum(type_code column, execution_context& context, bo
 
 // Evaluates the condition's bound and tightens the interval of a column by it.
 // Throws: db_exception type_error for a bound of a type that the column does not compare with; std::logic_error for
-// starts_with on a column of numbers; std::bad_variant_access for a valueless bound; what the bound's evaluation throws.
+// starts_with on a column of numbers; std::bad_variant_access for a valueless bound; what the bound's evaluation
+// throws.
 void apply_condition(key_interval& interval, type_code column, const key_condition& condition,
                      execution_context& context, bound_storage& kept);
 

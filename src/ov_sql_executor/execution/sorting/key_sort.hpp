@@ -100,8 +100,8 @@ class key_sort {
   std::vector<sort_column> columns_;  // as many as there are keys, until the sort is done
   std::size_t next_column_ = 0;       // of the next key to add; 0 between rows
   large_vector<entry> rows_;
-  iterator returned_;  // end of the rows that next_rows has returned
-  iterator sorted_;    // end of the rows that are in their final places
+  iterator returned_;          // end of the rows that next_rows has returned
+  iterator sorted_;            // end of the rows that are in their final places
   std::vector<run> unsorted_;  // a stack of the other rows, the first on top; recursion could exhaust the call stack
 };
 
