@@ -199,7 +199,7 @@ TEST(GroupKey, hashes_are_the_stated_ones) {
 // table, and with texts in either place.
 bool are_equal_keys(const value& kept, const value& seen) {
   const bool equal = kept.index() == seen.index() && key_equal(view_of(kept), view_of(seen));
-  for (const auto how : {packed_values::texts::packed, packed_values::texts::apart}) {
+  for (const auto how : {packed_values::texts::packed, packed_values::texts::out_of_line}) {
     packed_values list(how);
     list.push_back(value_view(OV_OBJ_REF{9, 9}));
     list.push_back(view_of(kept));

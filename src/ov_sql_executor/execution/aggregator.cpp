@@ -93,10 +93,10 @@ class aggregator_enumerator final : public row_source {
     try {
       take_rows(waiting, context);
     } catch (...) {
-      if (waiting) waiting->settle();  // those rows came before what failed, and may fail first
+      if (waiting) waiting->flush();  // those rows came before what failed, and may fail first
       throw;
     }
-    if (waiting) waiting->settle();
+    if (waiting) waiting->flush();
     cursor_ = 0;
   }
 

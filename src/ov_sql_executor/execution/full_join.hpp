@@ -30,7 +30,7 @@ class full_join final : public source_node {
         keyed_condition_(std::move(condition)) {}
 
   std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
-  std::optional<std::size_t> row_width() const override { return left_width_ + right_width_; }
+  std::optional<std::size_t> row_width() const override { return add_widths(left_.row_width(), right_.row_width()); }
   bool keeps_rows() const override { return left_.keeps_rows() || right_.keeps_rows(); }
   node_description describe() const override {
     return {"full_join",

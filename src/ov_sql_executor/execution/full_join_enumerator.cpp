@@ -25,7 +25,7 @@ bool full_join_enumerator::push_next(execution_context& context) {
 void full_join_enumerator::restart(execution_context& context, opening how) {
   left_.start(context, how.for_all_rows());
   right_.start(context, how.for_all_rows());
-  right_rows_ = kept_rows(kept_rows::given::often);
+  right_rows_ = kept_rows(kept_rows::access::repeated);
   index_ = {};
   candidates_ = {};
   state_ = state::needs_left_row;

@@ -52,7 +52,7 @@ class full_join_enumerator final : public row_source {
   input_rows left_;
   input_rows right_;  // until it has been read
   row left_row_;      // the current one, while it is not on the row stack
-  kept_rows right_rows_{kept_rows::given::often};
+  kept_rows right_rows_{kept_rows::access::repeated};
   std::vector<bool> right_matched_;
   std::size_t cursor_ = 0;     // the next of the right rows to look at, if not by candidates
   equality_index index_;       // of the right rows, once they have been tested

@@ -18,9 +18,4 @@ std::unique_ptr<row_source> left_join::open(execution_context& context, std::uin
   return std::make_unique<left_join_enumerator>(left_.open(context), right_, right_width_);
 }
 
-std::optional<std::size_t> left_join::row_width() const {
-  const std::optional<std::size_t> left = left_.row_width();
-  return left ? std::optional(*left + right_width_) : std::nullopt;
-}
-
 }  // namespace ov::sql_executor

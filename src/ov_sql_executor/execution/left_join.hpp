@@ -15,7 +15,7 @@ class left_join final : public source_node {
       : left_(std::move(left)), right_(std::move(right)), right_width_(right_width) {}
 
   std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
-  std::optional<std::size_t> row_width() const override;
+  std::optional<std::size_t> row_width() const override { return add_widths(left_.row_width(), right_.row_width()); }
   bool keeps_rows() const override { return left_.keeps_rows() || right_.keeps_rows(); }
   node_description describe() const override { return {"left_join", {}, {&left_, &right_}}; }
 

@@ -19,10 +19,4 @@ std::unique_ptr<row_source> nested_loop_inner_join::open(execution_context& cont
   return std::make_unique<nlij_enumerator>(outer_.open(context), inner_);
 }
 
-std::optional<std::size_t> nested_loop_inner_join::row_width() const {
-  const std::optional<std::size_t> outer = outer_.row_width();
-  const std::optional<std::size_t> inner = inner_.row_width();
-  return outer && inner ? std::optional(*outer + *inner) : std::nullopt;
-}
-
 }  // namespace ov::sql_executor

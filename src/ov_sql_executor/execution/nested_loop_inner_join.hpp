@@ -15,7 +15,7 @@ class nested_loop_inner_join final : public source_node {
       : outer_(std::move(outer)), inner_(std::move(inner)) {}
 
   std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
-  std::optional<std::size_t> row_width() const override;
+  std::optional<std::size_t> row_width() const override { return add_widths(outer_.row_width(), inner_.row_width()); }
   bool keeps_rows() const override { return outer_.keeps_rows() || inner_.keeps_rows(); }
   node_description describe() const override { return {"nested_loop_inner_join", {}, {&outer_, &inner_}}; }
 

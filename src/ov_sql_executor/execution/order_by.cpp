@@ -38,7 +38,7 @@ class order_by_enumerator final : public row_source {
     if (cursor_ == sorted_.size() && !sort_more()) return false;
     if (sorted_.size() - cursor_ > ahead) {
       rows_.prefetch(sorted_[cursor_ + ahead].row);
-      rows_.prefetch_further(sorted_[cursor_ + ahead / 2].row);
+      rows_.prefetch_texts(sorted_[cursor_ + ahead / 2].row);
     }
     rows_.give(sorted_[cursor_++].row, context);
     return true;
@@ -64,7 +64,7 @@ class order_by_enumerator final : public row_source {
 
   // Rows are dropped so that about as many stay as are to be kept.
   void read(std::uint64_t wanted, std::uint64_t to_keep, execution_context& context) {
-    rows_ = kept_rows(kept_rows::given::once);
+    rows_ = kept_rows(kept_rows::access::once);
     sort_.emplace(ascending_, wanted);
     has_dropped_ = false;
     const std::uint64_t most_kept = room_for(to_keep);
@@ -86,11 +86,11 @@ class order_by_enumerator final : public row_source {
     bool is_wanted = true;
     for (const operators::operand& key : keys_) {
       const value_view held = key.lend(context, scratch);
-      if (&key == keys_.data()) is_wanted = !sort_->is_behind_kept(held);
+      if (&key == keys_.data()) is_wanted = !sort_->is_after_kept(held);
       if (is_wanted) {
         sort_->add_key(held);
       } else if (&key != keys_.data()) {
-        sort_->pass_key(static_cast<std::size_t>(&key - keys_.data()), held);
+        sort_->note_skipped_key(static_cast<std::size_t>(&key - keys_.data()), held);
       }
     }
     return is_wanted;
@@ -99,7 +99,7 @@ class order_by_enumerator final : public row_source {
   // Of the rows so far.
   void drop_all_but(std::uint64_t count, execution_context& context) {
     const std::size_t size = context.row_stack.size();
-    kept_rows first(kept_rows::given::once);
+    kept_rows first(kept_rows::access::once);
     for (const std::size_t row : sort_->keep_first(count, rows_.size())) {
       rows_.give(row, context);
       first.take(context, size);
@@ -117,7 +117,7 @@ class order_by_enumerator final : public row_source {
   input_rows child_;                             // open while it is read
   const std::vector<operators::operand>& keys_;  // the node's, like the directions
   const std::vector<bool>& ascending_;
-  kept_rows rows_{kept_rows::given::once};
+  kept_rows rows_{kept_rows::access::once};
   std::optional<key_sort> sort_;
   bool has_dropped_ = false;
   std::span<const key_sort::entry> sorted_;  // rows in order, some of which have gone

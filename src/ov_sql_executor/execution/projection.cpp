@@ -86,8 +86,7 @@ std::unique_ptr<row_source> projection::open(execution_context& context, std::ui
 
 std::optional<std::size_t> projection::row_width() const {
   if (what_happens_ == input_row::replaced) return items_.size();
-  const std::optional<std::size_t> child = child_.row_width();
-  return child ? std::optional(*child + items_.size()) : std::nullopt;
+  return add_widths(child_.row_width(), items_.size());
 }
 
 node_description projection::describe() const {

@@ -75,6 +75,11 @@ class source_node : public destroyed_in_turn<node> {
 
 class input_rows;
 
+// The width of two rows side by side; nothing where one is unknown.
+inline std::optional<std::size_t> add_widths(std::optional<std::size_t> left, std::optional<std::size_t> right) {
+  return left && right ? std::optional(*left + *right) : std::nullopt;
+}
+
 // A node's child: owned, and opened as a row source even if it is not one of this library's.
 class input {
  public:

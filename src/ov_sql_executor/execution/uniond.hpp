@@ -13,7 +13,9 @@ class uniond final : public source_node {
   uniond(std::unique_ptr<node> left, std::unique_ptr<node> right) : left_(std::move(left)), right_(std::move(right)) {}
 
   std::unique_ptr<row_source> open(execution_context& context, std::uint64_t most_rows) const override;
-  std::optional<std::size_t> row_width() const override { return left_.row_width(); }
+  std::optional<std::size_t> row_width() const override {
+    return left_.row_width() == right_.row_width() ? left_.row_width() : std::nullopt;
+  }
   bool keeps_rows() const override { return left_.keeps_rows() || right_.keeps_rows(); }
   node_description describe() const override { return {"uniond", {}, {&left_, &right_}}; }
 

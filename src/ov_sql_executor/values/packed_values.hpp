@@ -2,6 +2,7 @@
 #define OV_SQL_EXECUTOR_VALUES_PACKED_VALUES_HPP_
 
 #include <boost/container/deque.hpp>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -13,74 +14,90 @@
 
 namespace ov::sql_executor {
 
-// A list of values, nine bytes for each number, bool, NULL and reference to an object of one table. A value takes
-// forty: what takes less memory comes from nearer to the processor.
+// A list of values that takes nine bytes for most of them. A `value` takes forty, so fewer of them fit into the cache.
+//
+//    position           0       1            2      3                   4
+//    kinds_           | int64 | reference  | NULL | text              | out of line |    1 byte each
+//    words_           | 42    | object 17  | 0    | first 0, length 5 | index 0     |    8 bytes each
+//    bytes_           | P a r i s ...                                                    packed texts
+//    out_of_line_     | value ...                                                        40 bytes each
+//
+//    kind                                   word
+//    number, bool or NULL                   the bytes of the value
+//    reference to the list's one table      the object number
+//    text, where texts are packed           upper 40 bits: position of its first byte in bytes_; lower 24: its length
+//    out of line, which is all the rest     index in out_of_line_
 class packed_values {
  public:
-  // What happens to texts. packed: their bytes lie one after the other. That pays where each is only looked at, or
-  // handed out once, far from the one before. apart: each stays a value, which can be handed out and taken back without
-  // copying.
-  enum class texts : bool { packed, apart };
+  // How texts are stored.
+  enum class texts : bool {
+    packed,       // In bytes_. Pays where each text is only viewed, or given once and far from the one before.
+    out_of_line,  // As values. Giving one and taking it back moves it, without a copy.
+  };
   explicit packed_values(texts how) : packs_texts_(how == texts::packed) {}
 
   std::size_t size() const { return words_.size(); }
 
-  // Moves a value here, as the last one.
+  // Requires, of every position below: position < size().
+
+  // Moves a value to the end.
   void push_back(value& moved);
 
-  // Copies what the view shows. Throws std::bad_variant_access for the view of a valueless value.
+  // Copies what the view shows to the end. Throws: std::bad_variant_access for the view of a valueless value.
   void push_back(const value_view& view);
 
-  // Valid until the list grows.
+  // Valid until: the list grows, or the value is given.
   value_view operator[](std::size_t position) const;
 
-  // Group-key equality: see group_key.hpp.
+  // Compares by group-key equality: see group_key.hpp.
   bool equals(std::size_t position, const value_view& other) const;
 
-  // Appends a value to a list. What it owns is not here any more until it is taken back.
+  // Appends the value to a list. A value out of line is moved there, and its position holds nothing useful until
+  // take_back or copy_back.
   void give(std::size_t position, std::vector<value>& list);
 
-  // Takes back what was given, or a copy of it.
+  // Moves or copies the value that was given back to its position.
   void take_back(std::size_t position, value& moved);
   void copy_back(std::size_t position, const value& copied);
 
   // About how much memory the values take.
   std::size_t byte_count() const;
 
-  // Prefetches a value; and, some time later, its text.
+  // Prefetches the word and the kind.
   void prefetch(std::size_t position) const {
+    assert(position < size());
     prefetch_memory(&words_[position]);
     prefetch_memory(&kinds_[position]);
   }
-  void prefetch_further(std::size_t position) const;
+  // Prefetches a packed text. Reads the word: prefetch that some time before.
+  void prefetch_text(std::size_t position) const;
 
  private:
-  // Large blocks that never move.
+  // A list in large blocks, which stay where they are when it grows.
   using blocks =
       boost::container::deque<value, void,
                               boost::container::deque_options_t<boost::container::block_size<std::size_t{1024}>>>;
 
-  // Growing is rare, and kept out of the way.
+  // Growing is rare. Out of line it does not slow down the rest.
   void push(std::uint8_t kind, std::uint64_t word) {
-    if (words_.size() == words_.capacity()) make_room();
+    if (words_.size() == words_.capacity()) grow();
     if (words_.size() == words_.capacity() || kinds_.size() == kinds_.capacity()) __builtin_unreachable();
     words_.push_back(word);
     kinds_.push_back(kind);
   }
-  [[gnu::noinline]] void make_room();
+  [[gnu::noinline]] void grow();
 
-  bool is_of_one_table(const OV_OBJ_REF& reference);
+  bool matches_table(const OV_OBJ_REF& reference);
   bool can_pack(std::size_t text_length) const;
   std::uint64_t copy_bytes(std::span<const std::uint8_t> text);
 
   bool packs_texts_;
-  // The value's bytes, a reference's object number, where among the bytes a text lies, or a place among the others.
   large_vector<std::uint64_t> words_;
-  large_vector<std::uint8_t> kinds_;  // alternatives, or that of no value for what lies among the others
-  std::uint64_t second_word_ = 0;     // of the references; another one lies among the others
+  large_vector<std::uint8_t> kinds_;  // indexes of value's alternatives, or one past them: out of line
+  std::uint64_t second_word_ = 0;     // the table of the first reference; those to others are out of line
   bool has_references_ = false;
-  large_vector<std::uint8_t> bytes_;  // of packed texts
-  blocks others_;
+  large_vector<std::uint8_t> bytes_;
+  blocks out_of_line_;
 };
 
 }  // namespace ov::sql_executor

@@ -1,6 +1,7 @@
 #include "ov_sql_executor/execution/grouping/aggregate.hpp"
 
 #include <algorithm>
+#include <cassert>
 #include <compare>
 #include <concepts>
 #include <new>
@@ -28,29 +29,29 @@ bool is_number(const value_view& view) {
 
 bool is_valueless(const value_view& view) { return std::holds_alternative<std::monostate>(view); }
 
-// Hands over a value unless it is NULL: integers, the commonest, as they are, others as views. Throws
-// std::bad_variant_access for a valueless one, which is neither.
-template <class Take>
-void take_value(std::int64_t number, Take take) {
-  take(number);
+// Calls add with a value unless it is NULL: with an int64, the commonest, as it is, with others as views.
+// Throws: std::bad_variant_access for a valueless value.
+template <class Add>
+void dispatch_value(std::int64_t number, Add add) {
+  add(number);
 }
 
-template <class Take>
-void take_value(const value_view& seen, Take take) {
-  if (const auto* const number = std::get_if<std::int64_t>(&seen)) return take(*number);
+template <class Add>
+void dispatch_value(const value_view& seen, Add add) {
+  if (const auto* const number = std::get_if<std::int64_t>(&seen)) return add(*number);
   if (is_valueless(seen)) throw std::bad_variant_access();
-  if (!std::holds_alternative<NullValue>(seen)) take(seen);
+  if (!std::holds_alternative<NullValue>(seen)) add(seen);
 }
 
-// Promoted with itself, so that the total of one value has the type that the total of several would have.
+// Promotes each value with itself, so that the total of one value has the type that the total of several would have.
 void add_to(kept_value& total, const value_view& seen, accumulator_memory& memory) {
   const value_view promoted = promote_pair(seen, seen).right;
   if (!is_number(promoted)) throw db_util::db_exception{db_util::type_error};
-  total.become(total.is_null() ? promoted : add_values(total.view(), promoted), memory.kept);
+  total.assign(total.is_null() ? promoted : add_values(total.view(), promoted), memory.kept);
 }
 
 void add_to(kept_value& total, std::int64_t number, accumulator_memory& memory) {
-  if (total.is_null()) return total.become(number);
+  if (total.is_null()) return total.assign(number);
   std::int64_t* const integer = total.integer();
   if (integer == nullptr) return add_to(total, value_view(number), memory);
   *integer = checked_add(*integer, number);
@@ -63,19 +64,19 @@ void keep_extreme(end wanted, kept_value& kept, const value_view& seen, accumula
     const std::strong_ordering order = sort_order(seen, kept.view());
     if (wanted == end::greatest ? order <= 0 : order >= 0) return;
   }
-  kept.become(seen, memory.kept);
+  kept.assign(seen, memory.kept);
 }
 
 void keep_extreme(end wanted, kept_value& kept, std::int64_t number, accumulator_memory& memory) {
-  if (kept.is_null()) return kept.become(number);
+  if (kept.is_null()) return kept.assign(number);
   std::int64_t* const integer = kept.integer();
   if (integer == nullptr) return keep_extreme(wanted, kept, value_view(number), memory);
   *integer = wanted == end::greatest ? std::max(*integer, number) : std::min(*integer, number);
 }
 
-// The row of the set of distinct rows that stands for what is seen in a group. Its number comes first, and says nothing
-// where there is no other group.
-std::span<const value_view> distinct_row(std::span<const value_view> seen, accumulator_memory& memory,
+// Returns the row of memory.distinct for what is seen in a group: the group's number, unless there is only one group,
+// and what is seen. Valid until: seen or memory.key changes.
+std::span<const value_view> distinct_key(std::span<const value_view> seen, accumulator_memory& memory,
                                          std::uint64_t group) {
   if (memory.groups == group_count::one) return seen;
   memory.key.resize(1 + seen.size());
@@ -111,7 +112,7 @@ void minimum::add(accumulator& kept, const auto& seen, accumulator_memory& memor
   keep_extreme(end::least, kept.extreme, seen, memory);
 }
 
-// The first value is taken, not added to zero: a lone -0.0 stays what it is.
+// Assigns the first value instead of adding it to zero, so that a lone -0.0 stays -0.0.
 void average_as_double::add(accumulator& kept, const auto& seen, accumulator_memory& /*memory*/) const {
   const double number = to_number(seen);
   kept.total = kept.count == 0 ? number : kept.total + number;
@@ -164,7 +165,7 @@ std::size_t accumulator_size(const aggregate_entry& aggregate) {
       []<class Kind>(const Kind&) {
         using accumulator = typename Kind::accumulator;
         static_assert(std::is_trivially_copyable_v<accumulator>);
-        static_assert(alignof(accumulator) == alignof(std::uint64_t));  // so that states fit side by side
+        static_assert(alignof(accumulator) == alignof(std::uint64_t));  // states lie side by side without padding
         return sizeof(accumulator);
       },
       aggregate);
@@ -181,17 +182,17 @@ void add_row(const aggregate_entry& aggregate, void* state, execution_context& c
         auto& kept = accumulator_at<Kind>(state);
         if constexpr (adds_values<Kind>) {
           kind.argument.visit(context, [&](const auto& any) {
-            take_value(any, [&](const auto& seen) { kind.add(kept, seen, memory); });
+            dispatch_value(any, [&](const auto& seen) { kind.add(kept, seen, memory); });
           });
         } else if constexpr (std::same_as<Kind, aggregates::count_distinct_values>) {
           value scratch;
-          // Made in its place: copying a view that was just made would wait until all parts of it are written.
+          // Constructs the view in place: copying one that was just made would stall on its stores.
           const value_view key[] = {group, kind.argument.lend(context, scratch)};
           if (is_new(std::span(key).subspan(memory.groups == group_count::one ? 1 : 0), memory)) ++kept.count;
         } else if constexpr (std::same_as<Kind, aggregates::count_distinct_rows>) {
           if (!memory.views) memory.views.emplace(kind.arguments.size());
           const auto seen = memory.views->evaluate(kind.arguments, context);
-          if (is_new(distinct_row(seen, memory, group), memory)) ++kept.count;
+          if (is_new(distinct_key(seen, memory, group), memory)) ++kept.count;
         } else {
           ++kept.count;
         }
@@ -213,15 +214,16 @@ std::span<const operand> arguments_of(const aggregate_entry& aggregate) {
       aggregate);
 }
 
-void take_values(const aggregate_entry& aggregate, void* state, std::span<const value_view> seen,
-                 accumulator_memory& memory, std::uint64_t group) {
+void add_evaluated(const aggregate_entry& aggregate, void* state, std::span<const value_view> seen,
+                   accumulator_memory& memory, std::uint64_t group) {
+  assert(seen.size() == arguments_of(aggregate).size());
   std::visit(
       [&]<class Kind>(const Kind& kind) {
         auto& kept = accumulator_at<Kind>(state);
         if constexpr (adds_values<Kind>) {
-          take_value(seen.front(), [&](const auto& taken) { kind.add(kept, taken, memory); });
+          dispatch_value(seen.front(), [&](const auto& each) { kind.add(kept, each, memory); });
         } else if constexpr (counts_distinct<Kind>) {
-          if (is_new(distinct_row(seen, memory, group), memory)) ++kept.count;
+          if (is_new(distinct_key(seen, memory, group), memory)) ++kept.count;
         } else {
           ++kept.count;
         }
@@ -229,23 +231,24 @@ void take_values(const aggregate_entry& aggregate, void* state, std::span<const 
       aggregate);
 }
 
-further_look looks_further(const aggregate_entry& aggregate) {
+extra_reads extra_reads_of(const aggregate_entry& aggregate) {
   return std::visit(
       []<class Kind>(const Kind&) {
-        if (counts_distinct<Kind>) return further_look::at_all;
-        return keeps_extreme<Kind> ? further_look::at_texts : further_look::at_none;
+        if (counts_distinct<Kind>) return extra_reads::always;
+        return keeps_extreme<Kind> ? extra_reads::for_texts : extra_reads::never;
       },
       aggregate);
 }
 
-void prefetch_further(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
-                      accumulator_memory& memory, std::uint64_t group) {
+void prefetch_referenced(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
+                         accumulator_memory& memory, std::uint64_t group) {
+  assert(seen.size() == arguments_of(aggregate).size());
   std::visit(
       [&]<class Kind>(const Kind&) {
         if constexpr (counts_distinct<Kind>) {
-          // A valueless value is refused when its turn comes.
+          // add_evaluated will throw for a valueless value.
           if (!memory.distinct || std::ranges::any_of(seen, is_valueless)) return;
-          memory.distinct->prefetch_place(memory.distinct->hash_of(distinct_row(seen, memory, group)));
+          memory.distinct->prefetch_slot(memory.distinct->hash_of(distinct_key(seen, memory, group)));
         } else if constexpr (keeps_extreme<Kind>) {
           accumulator_at<Kind>(state).extreme.prefetch();
         }

@@ -1,4 +1,4 @@
-// The aggregate functions: what each looks at in a row, what it keeps, and what it yields at the end.
+// The aggregate functions: their arguments, their running state for one group, and their result.
 #ifndef OV_SQL_EXECUTOR_EXECUTION_GROUPING_AGGREGATE_HPP_
 #define OV_SQL_EXECUTOR_EXECUTION_GROUPING_AGGREGATE_HPP_
 
@@ -17,26 +17,27 @@
 
 namespace ov::sql_executor {
 
-// How many groups there will be: the one that there is without group keys, or any number.
+// How many groups there are: one if there are no group keys.
 enum class group_count : bool { one, any };
 
-// What the states of an aggregate share and point to. It goes when all of them go, so that they are plain memory.
+// Owns what the states of one aggregate point to, for all groups. States are plain bytes and need no destructor.
 struct accumulator_memory {
   group_count groups = group_count::any;
-  kept_memory kept;                       // what kept values do not hold themselves
-  std::optional<distinct_rows> distinct;  // the arguments, behind the number of their group; made for the first of them
-  std::vector<value_view> key;            // one of the distinct rows, while it is looked for
-  std::optional<operators::operand_views> views;
+  kept_memory kept;                       // of the kept_values
+  std::optional<distinct_rows> distinct;  // rows of the group's number, unless there is one group, and the arguments
+  std::vector<value_view> key;            // scratch: the row to find in distinct
+  std::optional<operators::operand_views> views;  // scratch: the arguments
 };
 
 namespace aggregates {
 
 using operators::operand;
 
-// Those whose one argument counts unless it is NULL take its values by `add`: integers as they are, others as views.
+// Each has an `accumulator`, the state of one group, and a `result`. Aggregates that ignore NULL have an `add`, which
+// is called with every other value of the argument: an int64 as it is, anything else as a view.
 
-// Of the promoted values that are not NULL; NULL without any. Throws db_exception type_error for what is no number, and
-// for a second bool, since bools do not add.
+// Adds the promoted values. The result is NULL if there is none.
+// Throws: db_exception type_error for a value that is no number, and for a second bool, since bools do not add.
 struct sum {
   struct accumulator {
     kept_value total;
@@ -46,7 +47,7 @@ struct sum {
   value_view result(const accumulator& kept) const { return kept.total.view(); }
 };
 
-// How many values are not NULL.
+// Counts the values that are not NULL.
 struct count_values {
   struct accumulator {
     std::int64_t count = 0;
@@ -63,7 +64,7 @@ struct count_rows {
   value_view result(const accumulator& kept) const { return kept.count; }
 };
 
-// The greatest and the least value in sort order; NULL when there is none but NULL. Throw what sort_order throws.
+// Finds the greatest value in sort order. The result is NULL if there is none. Throws: what sort_order throws.
 struct maximum {
   struct accumulator {
     kept_value extreme;
@@ -73,6 +74,7 @@ struct maximum {
   value_view result(const accumulator& kept) const { return kept.extreme.view(); }
 };
 
+// Finds the least value in sort order. The result is NULL if there is none. Throws: what sort_order throws.
 struct minimum {
   struct accumulator {
     kept_value extreme;
@@ -82,7 +84,7 @@ struct minimum {
   value_view result(const accumulator& kept) const { return kept.extreme.view(); }
 };
 
-// Of the values that are not NULL, converted; NULL without any.
+// Averages the values, converted to double. The result is NULL if there is none.
 struct average_as_double {
   struct accumulator {
     double total = 0;
@@ -93,7 +95,8 @@ struct average_as_double {
   value_view result(const accumulator& kept) const;
 };
 
-// Throws db_exception out_of_range when the sum of the raw values leaves 64 bits or, at the end, the range of Decimal.
+// Averages the values, converted to Decimal. The result is NULL if there is none.
+// Throws: db_exception out_of_range when the sum of the raw values leaves 64 bits or, at the end, the range of Decimal.
 struct average_as_decimal {
   struct accumulator {
     operator_library::Decimal total;
@@ -104,7 +107,7 @@ struct average_as_decimal {
   value_view result(const accumulator& kept) const;
 };
 
-// How many different rows the arguments make, by group-key equality; NULL counts like a value.
+// Counts the distinct rows of the arguments, by group-key equality. NULL counts as a value.
 struct count_distinct_rows {
   struct accumulator {
     std::uint64_t count = 0;
@@ -113,6 +116,7 @@ struct count_distinct_rows {
   value_view result(const accumulator& kept) const { return kept.count; }
 };
 
+// count_distinct_rows of one argument.
 struct count_distinct_values {
   struct accumulator {
     std::uint64_t count = 0;
@@ -123,34 +127,38 @@ struct count_distinct_values {
 
 }  // namespace aggregates
 
-// An aggregate of a plan.
+// One aggregate of a plan.
 using aggregate_entry =
     std::variant<aggregates::sum, aggregates::count_values, aggregates::count_rows, aggregates::maximum,
                  aggregates::minimum, aggregates::average_as_double, aggregates::average_as_decimal,
                  aggregates::count_distinct_rows, aggregates::count_distinct_values>;
 
-// What each aggregate keeps of one group lies in memory of the caller's, in plain bytes: `state` is the address of a
-// Kind::accumulator, where Kind is the entry's alternative.
+// Below, `state` is the address of a Kind::accumulator, where Kind is the entry's alternative. The caller owns its
+// memory. A new state may be copied as bytes, and no state needs to be destroyed.
 std::size_t accumulator_size(const aggregate_entry& aggregate);
 void construct_accumulator(const aggregate_entry& aggregate, void* state) noexcept;
 
-// Takes the row on top of the row stack into the group of this number, which is the state's.
+// Evaluates the arguments for the row on top of the row stack and adds their values to a group's state.
 void add_row(const aggregate_entry& aggregate, void* state, execution_context& context, accumulator_memory& memory,
              std::uint64_t group);
 
-// The same for a row that is gone, by the values that its arguments had.
 std::span<const operators::operand> arguments_of(const aggregate_entry& aggregate);
-void take_values(const aggregate_entry& aggregate, void* state, std::span<const value_view> seen,
-                 accumulator_memory& memory, std::uint64_t group);
 
-// When taking values looks at more memory than the state: never, where the first of them is a text or the like, always.
-// And the prefetching of that memory, which throws nothing but std::bad_alloc.
-enum class further_look { at_none, at_texts, at_all };
-further_look looks_further(const aggregate_entry& aggregate);
-void prefetch_further(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
-                      accumulator_memory& memory, std::uint64_t group);
+// Adds the values that the arguments had in a row to a group's state. The row need not be there any more.
+// Requires: seen.size() == arguments_of(aggregate).size().
+void add_evaluated(const aggregate_entry& aggregate, void* state, std::span<const value_view> seen,
+                   accumulator_memory& memory, std::uint64_t group);
 
-// Good as long as the state and its memory are not touched.
+// When add_evaluated reads memory outside the state. for_texts: when the first argument's view borrows.
+enum class extra_reads { never, for_texts, always };
+extra_reads extra_reads_of(const aggregate_entry& aggregate);
+
+// Prefetches what add_evaluated will read outside the state. Throws: std::bad_alloc.
+// Requires: seen.size() == arguments_of(aggregate).size().
+void prefetch_referenced(const aggregate_entry& aggregate, const void* state, std::span<const value_view> seen,
+                         accumulator_memory& memory, std::uint64_t group);
+
+// Returns the result of a group. Valid until: the state or its accumulator_memory changes.
 value_view finish(const aggregate_entry& aggregate, const void* state);
 
 }  // namespace ov::sql_executor

@@ -16,10 +16,10 @@ constexpr std::size_t smallest_size = 16;
 
 constexpr std::uint8_t no_tag = 0;
 
-// From the bits of a hash that say least about its position.
+// Uses the low bits, since the top ones decide the position.
 std::uint8_t tag_of(std::uint32_t hash) { return static_cast<std::uint8_t>(hash | 0x80); }
 
-// A NaN equals nothing, so a row with one is distinct from every other and is never looked for.
+// A NaN equals nothing. A row with one is appended without a slot: it is distinct from every row, and no key finds it.
 bool has_nan(std::span<const value_view> key) {
   return std::any_of(key.begin(), key.end(), [](const value_view& each) {
     const auto* wide = std::get_if<double>(&each);
@@ -30,7 +30,7 @@ bool has_nan(std::span<const value_view> key) {
 
 }  // namespace
 
-void distinct_rows::prefetch_place(std::uint32_t hash) const {
+void distinct_rows::prefetch_slot(std::uint32_t hash) const {
   if (tags_.empty()) return;
   prefetch_memory(&tags_[first_position(hash)]);
   prefetch_memory(&slots_[first_position(hash)]);
@@ -47,11 +47,13 @@ std::optional<std::size_t> distinct_rows::prefetch_row(std::uint32_t hash) const
   return std::nullopt;
 }
 
-void distinct_rows::prefetch_further(std::size_t index) const {
-  for (std::size_t column = 0; column < width_; ++column) keys_.prefetch_further(index * width_ + column);
+void distinct_rows::prefetch_texts(std::size_t index) const {
+  assert(index < size_);
+  for (std::size_t column = 0; column < width_; ++column) keys_.prefetch_text(index * width_ + column);
 }
 
 distinct_rows::place distinct_rows::find_or_insert(std::span<const value_view> key, std::uint32_t hash) {
+  assert(hash == hash_of(key));
   if (has_nan(key)) return {append(key), true};
   if (tags_.size() <= 2 * size_) grow();
   std::size_t at = first_position(hash);
@@ -61,7 +63,7 @@ distinct_rows::place distinct_rows::find_or_insert(std::span<const value_view> k
     if (equals(index, key)) return {index, false};
   }
   const std::size_t index = append(key);
-  enter(at, {hash, static_cast<std::uint32_t>(index)});
+  set_slot(at, {hash, static_cast<std::uint32_t>(index)});
   return {index, true};
 }
 
@@ -94,7 +96,7 @@ void distinct_rows::grow() {
   slots_.swap(slots);
   shift_ = 32 - std::min(32U, static_cast<unsigned>(std::bit_width(size - 1)));
   for (std::size_t position = 0; position < old_tags.size(); ++position) {
-    if (old_tags[position] != no_tag) enter(free_position(slots[position].hash), slots[position]);
+    if (old_tags[position] != no_tag) set_slot(free_position(slots[position].hash), slots[position]);
   }
 }
 
@@ -104,7 +106,7 @@ std::size_t distinct_rows::free_position(std::uint32_t hash) const {
   return position;
 }
 
-void distinct_rows::enter(std::size_t position, slot entered) {
+void distinct_rows::set_slot(std::size_t position, slot entered) {
   tags_[position] = tag_of(entered.hash);
   slots_[position] = entered;
 }

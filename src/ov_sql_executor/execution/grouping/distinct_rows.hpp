@@ -1,6 +1,7 @@
 #ifndef OV_SQL_EXECUTOR_EXECUTION_GROUPING_DISTINCT_ROWS_HPP_
 #define OV_SQL_EXECUTOR_EXECUTION_GROUPING_DISTINCT_ROWS_HPP_
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -13,10 +14,16 @@
 
 namespace ov::sql_executor {
 
-// The distinct rows of one width, by group-key equality, in first-seen order: an open-addressing index over rows that
-// lie in one array. Neither finding a row nor keeping a new one allocates for that row alone.
+// A set of rows of one width, by group-key equality, numbered in first-seen order: an open-addressing hash table over
+// rows that lie in one array. Allocates nothing for a single row.
+//
+//    hash:  | top bits: where probing starts | ... | low 7 bits |
+//    tags_[position]    1 byte:   0 for a free position, or 0x80 | the low 7 bits
+//    slots_[position]   8 bytes:  the hash, and the row's number
+//    keys_[number * width + column]
 class distinct_rows {
  public:
+  // Requires, of every key below: key.size() == width.
   explicit distinct_rows(std::size_t width) : width_(width) {}
 
   struct place {
@@ -25,13 +32,22 @@ class distinct_rows {
   };
   place find_or_insert(std::span<const value_view> key) { return find_or_insert(key, hash_of(key)); }
 
-  // The same in steps, for who has several keys and wants their memory to come at the same time. Behind the hash, each
-  // step prefetches what the next one looks at: the place that the hash stands for; the row with that hash, if there is
-  // one; what of the row lies elsewhere.
-  std::uint32_t hash_of(std::span<const value_view> key) const { return static_cast<std::uint32_t>((*hash_)(key)); }
-  void prefetch_place(std::uint32_t hash) const;
+  // find_or_insert in steps, so that the cache misses of several keys overlap. Take each step for all keys, then the
+  // next:
+  //
+  //    step                    reads                    prefetches
+  //    hash_of                 the key
+  //    prefetch_slot                                    the tag and slot where probing starts
+  //    prefetch_row            tags and slots           the row with that hash; returns its index, if there is one
+  //    prefetch_texts          the row                  its packed texts
+  //    find_or_insert          all of these
+  std::uint32_t hash_of(std::span<const value_view> key) const {
+    assert(key.size() == width_);
+    return static_cast<std::uint32_t>((*hash_)(key));
+  }
+  void prefetch_slot(std::uint32_t hash) const;
   std::optional<std::size_t> prefetch_row(std::uint32_t hash) const;
-  void prefetch_further(std::size_t index) const;
+  void prefetch_texts(std::size_t index) const;
   place find_or_insert(std::span<const value_view> key, std::uint32_t hash);
 
   // The row that equals the key, if there is one.
@@ -39,8 +55,11 @@ class distinct_rows {
 
   std::size_t size() const { return size_; }
 
-  // A value of one of the rows, valid until the set grows.
-  value_view value_at(std::size_t index, std::size_t column) const { return keys_[index * width_ + column]; }
+  // Valid until: the set grows. Requires: index < size(); column < width.
+  value_view value_at(std::size_t index, std::size_t column) const {
+    assert(index < size_ && column < width_);
+    return keys_[index * width_ + column];
+  }
 
  private:
   struct slot {
@@ -54,18 +73,17 @@ class distinct_rows {
   std::size_t first_position(std::uint32_t hash) const { return std::size_t{hash} >> shift_; }
   std::size_t next_position(std::size_t position) const { return (position + 1) & (tags_.size() - 1); }
   std::size_t free_position(std::uint32_t hash) const;
-  void enter(std::size_t position, slot entered);
+  void set_slot(std::size_t position, slot entered);
 
   const keyed_hash* hash_ = &keyed_hash::of_process();
   std::size_t width_;
   std::size_t size_ = 0;
   packed_values keys_{packed_values::texts::packed};
-  // A power of two of positions, at most half in use; the top bits of a hash say where to begin. Most of what is
-  // looked for is told by a tag, a byte with some other bits of the hash, or 0 where the position is free: tags are few
-  // enough to stay near the processor when the slots are not.
+  // The number of positions is a power of two, and at most half of them are in use. Probing reads tags first: they fit
+  // into the cache when the slots do not.
   large_vector<std::uint8_t> tags_;
   large_vector<slot> slots_;
-  unsigned shift_ = 32;  // of a hash to its position
+  unsigned shift_ = 32;  // hash >> shift_ is the first position
 };
 
 }  // namespace ov::sql_executor

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <utility>
 
 namespace ov::sql_executor {
@@ -21,9 +22,9 @@ group_accumulators::group_accumulators(const std::vector<aggregate_entry>& aggre
   std::size_t argument_count = 0;
   for (const aggregate_entry& aggregate : aggregates_) {
     offsets_.push_back(new_group_.size());
-    const further_look look = looks_further(aggregate);
-    if (look != further_look::at_none) {
-      further_.push_back({widths_.size(), argument_count, look == further_look::at_texts});
+    const extra_reads reads = extra_reads_of(aggregate);
+    if (reads != extra_reads::never) {
+      extra_readers_.push_back({widths_.size(), argument_count, reads == extra_reads::for_texts});
     }
     widths_.push_back(arguments_of(aggregate).size());
     argument_count += widths_.back();
@@ -34,6 +35,7 @@ group_accumulators::group_accumulators(const std::vector<aggregate_entry>& aggre
 }
 
 void group_accumulators::add_group() {
+  assert(count_ == 0 || memory_.empty() || memory_.front().groups == group_count::any);
   const std::size_t block = find(count_).block;
   if (block == blocks_.size()) blocks_.emplace_back((first_block << block) * new_group_.size());
   std::copy(new_group_.begin(), new_group_.end(), first_state(count_++));
@@ -46,10 +48,11 @@ void group_accumulators::add_row(std::size_t group, execution_context& context) 
   }
 }
 
-void group_accumulators::take_values(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
+void group_accumulators::add_evaluated(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
+  assert(aggregate_count <= aggregates_.size());
   std::byte* const first = first_state(group);
   for (std::size_t i = 0; i < aggregate_count; seen += widths_[i++]) {
-    sql_executor::take_values(aggregates_[i], first + offsets_[i], {seen, widths_[i]}, memory_[i], group);
+    sql_executor::add_evaluated(aggregates_[i], first + offsets_[i], {seen, widths_[i]}, memory_[i], group);
   }
 }
 
@@ -60,12 +63,12 @@ void group_accumulators::prefetch_states(std::size_t group) const {
   prefetch_memory(first + new_group_.size() - 1);
 }
 
-void group_accumulators::prefetch_further(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
-  for (const auto& [i, argument, only_at_texts] : further_) {
+void group_accumulators::prefetch_referenced(std::size_t group, const value_view* seen, std::size_t aggregate_count) {
+  for (const auto& [i, argument, only_for_texts] : extra_readers_) {
     if (i >= aggregate_count) break;
-    if (only_at_texts && !borrows(seen[argument])) continue;
-    sql_executor::prefetch_further(aggregates_[i], first_state(group) + offsets_[i], {seen + argument, widths_[i]},
-                                   memory_[i], group);
+    if (only_for_texts && !borrows(seen[argument])) continue;
+    sql_executor::prefetch_referenced(aggregates_[i], first_state(group) + offsets_[i], {seen + argument, widths_[i]},
+                                      memory_[i], group);
   }
 }
 
@@ -77,6 +80,7 @@ void group_accumulators::push_results(std::size_t group, execution_context& cont
 }
 
 const std::byte* group_accumulators::first_state(std::size_t group) const {
+  assert(group < count_);
   const place at = find(group);
   return blocks_[at.block].data() + at.group * new_group_.size();
 }
@@ -85,7 +89,7 @@ std::byte* group_accumulators::first_state(std::size_t group) {
   return const_cast<std::byte*>(std::as_const(*this).first_state(group));
 }
 
-// Block n holds 16 * 2^n groups and begins after 16 * (2^n - 1) others.
+// Block n begins after 16 * (2^n - 1) groups.
 group_accumulators::place group_accumulators::find(std::size_t group) {
   const std::size_t shifted = group + first_block;
   const auto block = static_cast<std::size_t>(std::bit_width(shifted)) - 1 - first_block_bits;

@@ -9,29 +9,37 @@
 
 namespace ov::sql_executor {
 
-// The running states of each group's aggregates: side by side, each as large as it is, since groups by the million are
-// looked at in any order and have to come from near the processor. They lie in blocks that never move, each for as many
-// groups as all before it, and a few more.
+// The running states of all groups' aggregates.
+//
+//    a group     | state of aggregate 0 | state of aggregate 1 | ...
+//    block n     | group | group | ...    16 * 2^n groups
+//
+// The states of a group lie side by side, without padding, and so in few cache lines: millions of groups are read in
+// random order. Blocks never move, so that growing copies nothing.
+//
+// Requires, of every group number below: it is less than the number of groups added.
 class group_accumulators {
  public:
-  // The list of aggregates must outlive it. No more groups may be added than are announced.
+  // Requires: the aggregates outlive it; at most one group is added if groups is group_count::one.
   group_accumulators(const std::vector<aggregate_entry>& aggregates, group_count groups);
   group_accumulators(const group_accumulators&) = delete;
   group_accumulators& operator=(const group_accumulators&) = delete;
 
-  // The next group, which has seen no row.
+  // Adds a group without rows. Groups are numbered 0, 1, 2...
   void add_group();
 
-  // Takes the row on top of the row stack into a group, by number.
+  // Adds the row on top of the row stack to a group.
   void add_row(std::size_t group, execution_context& context);
 
-  // The same for a row that is gone, by the values that the aggregates' arguments had, one after the other; only for so
-  // many of the aggregates.
-  void take_values(std::size_t group, const value_view* seen, std::size_t aggregate_count);
+  // Adds a row that need not be there any more to the first aggregate_count aggregates of a group. seen: the values
+  // that these aggregates' arguments had in the row, one after another.
+  void add_evaluated(std::size_t group, const value_view* seen, std::size_t aggregate_count);
 
-  // Prefetches the states of a group that is going to take a row; and, some time later, what else that row looks at.
+  // Prefetches the states of a group.
   void prefetch_states(std::size_t group) const;
-  void prefetch_further(std::size_t group, const value_view* seen, std::size_t aggregate_count);
+
+  // Prefetches what add_evaluated will read outside the states. Reads the states: prefetch them some time before.
+  void prefetch_referenced(std::size_t group, const value_view* seen, std::size_t aggregate_count);
 
   // Appends a group's results to the row stack.
   void push_results(std::size_t group, execution_context& context) const;
@@ -41,10 +49,10 @@ class group_accumulators {
     std::size_t block;
     std::size_t group;  // within the block
   };
-  struct further {  // an aggregate that looks further than its state
+  struct extra_reader {  // an aggregate that reads memory outside its state
     std::size_t aggregate;
-    std::size_t argument;  // its first, among those of all
-    bool only_at_texts;
+    std::size_t argument;  // its first argument, counting those of all aggregates
+    bool only_for_texts;
   };
   static place find(std::size_t group);
   const std::byte* first_state(std::size_t group) const;
@@ -53,8 +61,8 @@ class group_accumulators {
   const std::vector<aggregate_entry>& aggregates_;
   std::vector<std::size_t> offsets_;  // of each aggregate's state within its group
   std::vector<std::size_t> widths_;   // how many arguments each aggregate has
-  std::vector<further> further_;
-  std::vector<std::byte> new_group_;  // the states of a group that has seen no row
+  std::vector<extra_reader> extra_readers_;
+  std::vector<std::byte> new_group_;  // the states of a group without rows
   std::size_t count_ = 0;
   std::vector<large_vector<std::byte>> blocks_;
   std::vector<accumulator_memory> memory_;  // of each aggregate

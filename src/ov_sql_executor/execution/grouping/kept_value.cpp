@@ -13,15 +13,15 @@ namespace {
 
 constexpr std::size_t smallest_capacity = 16;
 
-// The bytes behind a room.
-auto* bytes_of(auto* room) { return reinterpret_cast<std::uint8_t*>(room + 1); }
+// Returns the bytes after a text_buffer.
+auto* bytes_of(auto* buffer) { return reinterpret_cast<std::uint8_t*>(buffer + 1); }
 
 }  // namespace
 
 value_view kept_value::view() const {
   return std::visit(
       []<class Held>(const Held& held) -> value_view {
-        if constexpr (std::same_as<Held, text_room*>) {
+        if constexpr (std::same_as<Held, text_buffer*>) {
           return text_view{{bytes_of(held), held->size}};
         } else if constexpr (std::same_as<Held, value*>) {
           return view_of(*held);
@@ -33,37 +33,37 @@ value_view kept_value::view() const {
 }
 
 void kept_value::prefetch() const {
-  if (text_room* const* room = std::get_if<text_room*>(&held_)) prefetch_memory(*room);
+  if (text_buffer* const* buffer = std::get_if<text_buffer*>(&held_)) prefetch_memory(*buffer);
 }
 
-void kept_value::become(const value_view& other, kept_memory& elsewhere) {
+void kept_value::assign(const value_view& other, kept_memory& memory) {
   visit_view(
       [&]<class View>(const View& seen) {
         if constexpr (std::is_constructible_v<decltype(held_), std::in_place_type_t<View>, const View&>) {
           held_ = seen;
         } else if constexpr (std::same_as<View, text_view>) {
-          become_text(seen, elsewhere);
+          assign_text(seen, memory);
         } else if (value* const* place = std::get_if<value*>(&held_)) {
           **place = to_value(other);
         } else {
-          held_ = &elsewhere.values.emplace_front(to_value(other));
+          held_ = &memory.values.emplace_front(to_value(other));
         }
       },
       other);
 }
 
-// Rooms at least double, so that those that were given up take little more than the last one.
-void kept_value::become_text(const text_view& text, kept_memory& elsewhere) {
+// Doubles the capacity at least, so that all outgrown buffers together are no larger than the last one.
+void kept_value::assign_text(const text_view& text, kept_memory& memory) {
   const std::size_t size = text.bytes.size();
-  text_room* const* held = std::get_if<text_room*>(&held_);
-  text_room* room = held != nullptr ? *held : nullptr;
-  if (room == nullptr || room->capacity < size) {
+  text_buffer* const* held = std::get_if<text_buffer*>(&held_);
+  text_buffer* buffer = held != nullptr ? *held : nullptr;
+  if (buffer == nullptr || buffer->capacity < size) {
     const std::size_t capacity = std::max(smallest_capacity, std::bit_ceil(size));
-    room = new (elsewhere.texts.allocate(sizeof(text_room) + capacity, alignof(text_room))) text_room{capacity, 0};
-    held_ = room;
+    buffer = new (memory.texts.allocate(sizeof(text_buffer) + capacity, alignof(text_buffer))) text_buffer{capacity, 0};
+    held_ = buffer;
   }
-  std::ranges::copy(text.bytes, bytes_of(room));
-  room->size = size;
+  std::ranges::copy(text.bytes, bytes_of(buffer));
+  buffer->size = size;
 }
 
 }  // namespace ov::sql_executor

@@ -13,39 +13,39 @@
 
 namespace ov::sql_executor {
 
-// Where kept values put what they do not hold themselves; it must outlive them. Texts, the commonest, lie one behind
-// the other, each with room for others of about its length.
+// Owns what kept values point to. Must outlive them.
 struct kept_memory {
-  std::forward_list<value> values;
+  std::forward_list<value> values;  // binaries and the like
   std::pmr::monotonic_buffer_resource texts{large_memory()};
 };
 
-// A value that can be exchanged for another one, NULL at first. It is small, since groups by the million keep some.
+// A value that can be assigned, NULL at first. Holds small values itself, and points to others in a kept_memory. It is
+// small and trivially copyable, since there are some in each of millions of groups.
 class kept_value {
  public:
   bool is_null() const { return std::holds_alternative<operator_library::NullValue>(held_); }
-  std::int64_t* integer() { return std::get_if<std::int64_t>(&held_); }  // null: it is none
+  std::int64_t* integer() { return std::get_if<std::int64_t>(&held_); }  // null for another alternative
 
-  // Good until it becomes another value.
+  // Valid until: another value is assigned.
   value_view view() const;
 
-  // Prefetches the text, if it is one.
+  // Prefetches the text, if the value is one.
   void prefetch() const;
 
-  // Throws std::bad_variant_access for the view of a valueless value.
-  void become(const value_view& other, kept_memory& elsewhere);
-  void become(std::int64_t number) { held_ = number; }
+  // Requires: memory is the same in all calls. Throws: std::bad_variant_access for the view of a valueless value.
+  void assign(const value_view& other, kept_memory& memory);
+  void assign(std::int64_t number) { held_ = number; }
 
  private:
-  struct text_room {  // its bytes lie behind it
+  struct text_buffer {  // its bytes lie after it
     std::size_t capacity;
     std::size_t size;
   };
 
-  void become_text(const text_view& text, kept_memory& elsewhere);
+  void assign_text(const text_view& text, kept_memory& memory);
 
   std::variant<operator_library::NullValue, bool, std::uint64_t, std::int64_t, operator_library::Decimal, double, float,
-               text_room*, value*>
+               text_buffer*, value*>
       held_;
 };
 

@@ -1,6 +1,7 @@
 #include "ov_sql_executor/execution/grouping/row_batch.hpp"
 
 #include <algorithm>
+#include <cassert>
 #include <new>
 #include <optional>
 #include <utility>
@@ -11,9 +12,9 @@ namespace {
 
 constexpr std::size_t none = -1;
 
-// More rows than that do not come faster, and more values do not stay near the processor until they are taken.
-constexpr std::size_t most_rows = 16;
-constexpr std::size_t most_values = 1024;
+// More rows do not overlap more misses. More values do not stay in the cache until flush.
+constexpr std::size_t max_rows = 16;
+constexpr std::size_t max_values = 1024;
 
 }  // namespace
 
@@ -25,32 +26,34 @@ row_batch::row_batch(const std::vector<operators::operand>& group_keys, const st
     for (const operators::operand& argument : arguments_of(aggregate)) operands_.push_back(&argument);
     ends_.push_back(operands_.size());
   }
-  most_rows_ = std::clamp<std::size_t>(most_values / operands_.size(), 1, most_rows);
-  views_.resize(most_rows_ * operands_.size());
-  scratch_.resize(most_rows_ * operands_.size());
-  hashes_.resize(most_rows_);
-  indexes_.resize(most_rows_);
+  assert(key_width_ > 0);
+  capacity_ = std::clamp<std::size_t>(max_values / operands_.size(), 1, max_rows);
+  views_.resize(capacity_ * operands_.size());
+  scratch_.resize(capacity_ * operands_.size());
+  hashes_.resize(capacity_);
+  indexes_.resize(capacity_);
 }
 
 void row_batch::add(execution_context& context) {
+  assert(count_ == 0 || evaluated_ == operands_.size());
   value_view* const views = views_of(count_);
   operators::scratch_space* const scratch = scratch_.data() + count_ * operands_.size();
   const auto evaluate = [&](std::size_t i) {
-    // Made in its place: copying a view that was just made would wait until all parts of it are written.
+    // Constructs the view in place: copying one that was just made would stall on its stores.
     new (&views[i]) value_view(operands_[i]->preserve(context, scratch[i]));
   };
   for (std::size_t i = 0; i < key_width_; ++i) evaluate(i);
   hashes_[count_] = groups_.hash_of({views, key_width_});
-  groups_.prefetch_place(hashes_[count_]);
-  ++count_;  // what is evaluated from here on counts even if something behind it throws
+  groups_.prefetch_slot(hashes_[count_]);
+  ++count_;  // from here on flush adds the row, even if evaluating an argument throws
   for (evaluated_ = key_width_; evaluated_ < operands_.size(); ++evaluated_) evaluate(evaluated_);
-  if (count_ == most_rows_) settle();
+  if (count_ == capacity_) flush();
 }
 
-// Each pass asks for what the next one looks at.
-void row_batch::settle() {
+// Each pass prefetches what the next one reads.
+void row_batch::flush() {
   const std::size_t count = std::exchange(count_, 0);
-  // For how many of the aggregates a row has been evaluated.
+  // Of how many aggregates the row's arguments were evaluated.
   const auto aggregates_of = [&](std::size_t row_number) -> std::size_t {
     if (row_number + 1 < count) return ends_.size();
     return std::ranges::upper_bound(ends_, evaluated_) - ends_.begin();
@@ -60,16 +63,16 @@ void row_batch::settle() {
     if (indexes_[i] != none) accumulators_.prefetch_states(indexes_[i]);
   }
   for (std::size_t i = 0; i < count; ++i) {
-    if (indexes_[i] != none) groups_.prefetch_further(indexes_[i]);
+    if (indexes_[i] != none) groups_.prefetch_texts(indexes_[i]);
   }
   for (std::size_t i = 0; i < count; ++i) {
     const distinct_rows::place group = groups_.find_or_insert({views_of(i), key_width_}, hashes_[i]);
     if (group.is_new) accumulators_.add_group();
     indexes_[i] = group.index;
-    accumulators_.prefetch_further(group.index, views_of(i) + key_width_, aggregates_of(i));
+    accumulators_.prefetch_referenced(group.index, views_of(i) + key_width_, aggregates_of(i));
   }
   for (std::size_t i = 0; i < count; ++i) {
-    accumulators_.take_values(indexes_[i], views_of(i) + key_width_, aggregates_of(i));
+    accumulators_.add_evaluated(indexes_[i], views_of(i) + key_width_, aggregates_of(i));
   }
 }
 

@@ -14,7 +14,7 @@ bool kept_input::start(execution_context& context, opening how) {
   const bool is_first = !std::exchange(has_started_, true);
   const bool is_same = !is_first && (!last_read_ || *last_read_ < how.changed_from);
   if (is_same && phase_ == phase::keeping) return true;
-  kept_ = kept_rows(kept_rows::given::once);
+  kept_ = kept_rows(kept_rows::access::once);
   rows_.start(context, how.for_all_rows());
   if (!is_same) {
     phase_ = phase::new_rows;
@@ -35,7 +35,7 @@ bool kept_input::pull(execution_context& context) {
     kept_.add_copy(context, start);
     if (kept_.byte_count() > most_bytes) {
       phase_ = phase::given_up;
-      kept_ = kept_rows(kept_rows::given::once);
+      kept_ = kept_rows(kept_rows::access::once);
     }
   }
   return true;

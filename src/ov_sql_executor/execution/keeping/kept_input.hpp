@@ -43,7 +43,7 @@ class kept_input {
   phase phase_ = phase::given_up;
   bool has_started_ = false;
   input_rows rows_;  // open until it is exhausted
-  kept_rows kept_{kept_rows::given::once};
+  kept_rows kept_{kept_rows::access::once};
 };
 
 }  // namespace ov::sql_executor

@@ -17,10 +17,11 @@ enum class key_operation : std::int32_t {
   starts_with = 5,  // texts and set specifiers only
 };
 
-// One condition on a key column of a scan. rejects_null: keys that hold NULL in the column do not match, and a NULL
-// bound matches nothing; otherwise NULL is the lowest key value, but above a number that is below all of the column's.
+// One condition on a key column of a scan.
 struct key_condition {
   key_operation op;
+  // True: NULL keys do not match, and a NULL bound matches nothing.
+  // False: NULL is the lowest key value, but above a bound that is below all numbers of the column's type.
   bool rejects_null;
   operators::operand bound;
 };

@@ -54,7 +54,7 @@ void apply_null(key_interval& interval, key_operation op) {
   }
 }
 
-// A column of numbers of type T, and a bound that lies on one of them or between two.
+// Applies a bound that lies on a number of the column's type T, between two of them, or outside of all.
 template <class T>
 void apply_number(key_interval& interval, key_operation op, const number_bracket<T>& bound) {
   using place = typename number_bracket<T>::place;
@@ -96,7 +96,7 @@ void apply_to_number_column(key_interval& interval, key_operation op, const valu
       bound);
 }
 
-// A column whose values have no neighbours to count on. starts_with is the caller's business.
+// Applies a bound that is a value of the column's type. Throws: db_exception type_error for starts_with.
 void apply_exact(key_interval& interval, key_operation op, const key_bound& bound) {
   switch (op) {
     case key_operation::greater:
@@ -229,7 +229,7 @@ void apply_condition(key_interval& interval, type_code column, const key_conditi
                      execution_context& context, bound_storage& kept) {
   value scratch;
   const value_view bound = condition.bound.pin(context, scratch);
-  // The view goes on to point to what the kept value owns.
+  // The view points to what the value owns, which moving it leaves in place.
   if (std::holds_alternative<tt_string>(scratch) || std::holds_alternative<operator_library::Binary>(scratch)) {
     kept.push_back(std::move(scratch));
   }

@@ -12,23 +12,24 @@
 
 namespace ov::sql_executor {
 
-// The texts and binaries that bounds point into. What a value owns on the heap stays in place when the value moves.
+// Owns the texts and binaries that bounds point into. They stay in place when the vector grows: moving a value does not
+// move what it owns on the heap.
 using bound_storage = std::vector<value>;
 
-// The values of one key column that a scan visits, by value (not by the column's direction).
+// The interval of one key column's values that a scan visits. low is the lower value whether the column is ascending or
+// descending.
 class key_interval {
  public:
-  // Everything from NULL to the type's maximum. Throws std::logic_error for a float or double column.
+  // Contains everything from NULL to the type's maximum. Throws: std::logic_error for a float or double column.
   key_interval(type_code column, execution_context& context, bound_storage& kept);
 
-  // Both only ever tighten the interval. Of two equal bounds the exclusive one wins.
+  // Tighten the interval; a looser bound changes nothing. Of two equal bounds the exclusive one wins.
   void raise_low(const db_util::key_bound& bound, bool inclusive);
   void lower_high(const db_util::key_bound& bound, bool inclusive);
 
-  // Lets nothing pass, for good: what tightens the interval later only moves the ends past each other.
+  // Excludes all values. The interval stays empty, since it can only be tightened.
   void make_empty();
 
-  // Whether the ends have crossed, or met without both belonging to the interval.
   bool is_empty() const;
 
   const db_util::key_bound& low() const { return low_; }
@@ -43,22 +44,26 @@ class key_interval {
   bool high_inclusive_ = true;
 };
 
-// The greatest bound of a column of this type. Throws std::logic_error for float and double, which cannot be keys.
+// Returns the greatest bound of a column of this type. Throws: std::logic_error for float and double, which cannot be
+// keys.
 db_util::key_bound type_maximum(type_code column, execution_context& context, bound_storage& kept);
 
-// Evaluates the condition's bound and tightens the interval of a column by it. Throws db_exception type_error for a
-// bound of a type that the column does not compare with, std::logic_error for a prefix of a column of numbers, and what
-// the bound's evaluation throws.
+// Evaluates the condition's bound and tightens the interval of a column by it.
+// Throws: db_exception type_error for a bound of a type that the column does not compare with; std::logic_error for
+// starts_with on a column of numbers; std::bad_variant_access for a valueless bound; what the bound's evaluation
+// throws.
 void apply_condition(key_interval& interval, type_code column, const key_condition& condition,
                      execution_context& context, bound_storage& kept);
 
-// The same for a bound that has been evaluated; what it shows stays where it is.
+// Tightens the interval of a column by a condition whose bound has been evaluated already. Throws: as apply_condition.
+// Requires: what the bound shows outlives the interval.
 void apply_evaluated(key_interval& interval, type_code column, const key_condition& condition, const value_view& bound,
                      execution_context& context, bound_storage& kept);
 
-// Whether columns of this type are keyed by numbers that the values of one alternative have, all of them; and that
-// number of a value of this alternative, nothing for others.
+// Whether the values of one alternative stand one to one for the key numbers of columns of this type.
 bool has_exact_keys(type_code column);
+
+// Returns the key number of a bound of that alternative. Returns nothing for other bounds and columns.
 std::optional<std::uint64_t> exact_key(type_code column, const value_view& bound);
 
 }  // namespace ov::sql_executor

@@ -1,5 +1,6 @@
 #include "ov_sql_executor/execution/key_ranges/scan_keys.hpp"
 
+#include <cassert>
 #include <utility>
 
 #include "ov_sql_executor/errors/subscript.hpp"
@@ -13,9 +14,12 @@ using db_util::key_bound;
 using db_util::lowest_marker;
 using meta_data::key_column;
 
+// Writes both keys, column by column.
 class key_ends {
  public:
-  key_ends(execution_context& context, scan_keys& keys) : context_(context), keys_(keys) {}
+  key_ends(execution_context& context, scan_keys& keys) : context_(context), keys_(keys) {
+    assert(keys.first.bytes().empty() && keys.last.bytes().empty() && keys.flags == 0);
+  }
 
   void append_restricted(const key_column& column, const std::vector<key_condition>& conditions) {
     const bool is_lookup = !empty_ && conditions.size() == 1 && conditions[0].op == key_operation::equal;
@@ -26,7 +30,7 @@ class key_ends {
     }
   }
 
-  // An inclusive end takes in every value of the column, an exclusive one leaves them all out.
+  // Extends an inclusive end to include all values of the column, an exclusive one to exclude them all.
   void append_unrestricted(const key_column& column) {
     const key_bound maximum = type_maximum(column.type, context_, kept_);
     keys_.first.append(first_inclusive_ == column.ascending ? key_bound(lowest_marker{}) : maximum);
@@ -36,7 +40,7 @@ class key_ends {
   void finish(bool ascending) {
     keys_.first.terminate();
     keys_.last.terminate();
-    if (empty_) close();
+    if (empty_) make_empty();
     if (!ascending) {
       std::swap(keys_.first, keys_.last);
       std::swap(first_inclusive_, last_inclusive_);
@@ -47,8 +51,8 @@ class key_ends {
   }
 
  private:
-  // Lookups run once for every outer row of a join: a bound that is a key already needs no interval. What needs one is
-  // out of line.
+  // A short cut for lookups, which run once for every outer row of a join: needs no interval if the bound is a key
+  // already. The functions that need one are out of line, to keep this one small.
   void append_equal(const key_column& column, const key_condition& condition) {
     value scratch;
     const value_view bound = condition.bound.pin(context_, scratch);
@@ -84,8 +88,8 @@ class key_ends {
     last_inclusive_ = forward ? interval.high_inclusive() : interval.low_inclusive();
   }
 
-  // Lets nothing pass: an empty interval of one column does not keep the ends of two keys together.
-  [[gnu::noinline]] void close() {
+  // Excludes all keys. An empty interval of one column is not enough: the columns before it may set the keys apart.
+  [[gnu::noinline]] void make_empty() {
     keys_.last = keys_.first;
     first_inclusive_ = false;
     last_inclusive_ = false;
@@ -96,7 +100,7 @@ class key_ends {
   bound_storage kept_;
   bool first_inclusive_ = true;
   bool last_inclusive_ = true;
-  bool empty_ = false;  // some column with conditions lets nothing pass
+  bool empty_ = false;  // the conditions of some column exclude all values
 };
 
 }  // namespace

@@ -10,17 +10,18 @@
 
 namespace ov::sql_executor {
 
-// The two ends of a scan, as the core takes them.
+// The two ends of a scan, in the core's form.
 struct scan_keys {
   db_util::growing_key first;
   db_util::growing_key last;
-  std::uint32_t flags = 0;
+  std::uint32_t flags = 0;  // ORV_ITERATOR_...
 };
 
-// Evaluates the conditions, column by column in key order, and writes the keys into an empty scan_keys. If any column
-// lets nothing pass, both keys are equal and exclusive, whatever the other columns say. Throws
-// std::logic_error for a float or double key column, before any bound of that column is evaluated, and
-// std::out_of_range when there are more lists of conditions than key columns.
+// Evaluates the conditions, column by column in key order, and writes the keys and flags. If the conditions of any
+// column exclude all values, both keys are equal and exclusive.
+// Requires: keys is empty.
+// Throws: std::logic_error for a float or double key column, before any bound of that column is evaluated;
+// std::out_of_range for more lists of conditions than key columns; what apply_condition throws.
 void write_scan_keys(const std::vector<std::vector<key_condition>>& ranges,
                      const std::vector<meta_data::key_column>& key_columns, bool ascending, execution_context& context,
                      scan_keys& keys);

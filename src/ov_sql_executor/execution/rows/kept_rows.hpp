@@ -11,18 +11,20 @@
 
 namespace ov::sql_executor {
 
-// Rows put aside by the million: one behind the other, without an allocation for each. Rows of references, which scans
-// and their joins yield, are kept as such, which takes less memory; giving them away takes nothing off.
+// Rows that a sort or a join keeps, millions of them: one after another, without an allocation for each. Stores rows of
+// references only, which scans and their joins yield, as a reference_list; other rows as packed_values.
 class kept_rows {
  public:
-  // How often rows are asked for: see packed_values.
-  enum class given { once, often };
-  explicit kept_rows(given each)
-      : values_(each == given::once ? packed_values::texts::packed : packed_values::texts::apart) {}
+  // How often each row is given. Decides how texts are stored: see packed_values::texts.
+  enum class access { once, repeated };
+  explicit kept_rows(access pattern)
+      : values_(pattern == access::once ? packed_values::texts::packed : packed_values::texts::out_of_line) {}
 
   std::size_t size() const { return size_; }
 
-  // Moves the values from position start on off the row stack, as the next row.
+  // Requires, of every row number below: row_number < size().
+
+  // Moves the values from position start on off the row stack, as the next row. Requires: start <= its size.
   void take(execution_context& context, std::size_t start);
 
   // Copies the values from position start on, as the next row.
@@ -34,26 +36,31 @@ class kept_rows {
   // About how much memory the rows take.
   std::size_t byte_count() const;
 
-  // Appends the values of a row to the row stack; it is not here any more until it comes back.
+  // Appends the values of a row to the row stack. Some are moved: the row must not be given again before take_back or
+  // copy_back.
   void give(std::size_t row_number, execution_context& context);
 
-  // The row given last lies on the row stack from position start on: moves it back from there, or copies it.
+  // Moves a row that was given back off the row stack, or copies it and leaves the stack.
+  // Requires: it is all that lies on the row stack from position start on.
   void take_back(std::size_t row_number, execution_context& context, std::size_t start);
   void copy_back(std::size_t row_number, const execution_context& context, std::size_t start);
 
-  // Prefetches a row that will be given; and, some time later, its texts.
+  // Prefetches a row that will be given, except its texts.
   void prefetch(std::size_t row_number) const;
-  void prefetch_further(std::size_t row_number) const;
+
+  // Prefetches the texts of a row. Reads the row: prefetch that some time before.
+  void prefetch_texts(std::size_t row_number) const;
 
  private:
   void note_width(std::size_t width);
-  void keep(value& each);
+  void append(value& each);
   void make_values();
-  std::size_t first_of(std::size_t row_number) const;
+  bool is_on_stack(std::size_t row_number, const execution_context& context, std::size_t start) const;
+  std::size_t first_value_of(std::size_t row_number) const;
 
   std::size_t size_ = 0;
   std::size_t width_ = 0;            // of the first row
-  std::vector<std::size_t> starts_;  // where each row begins and the last one ends; empty while all are as wide
+  std::vector<std::size_t> starts_;  // where each row begins and the last one ends; empty while all have that width
   bool are_references_ = true;
   reference_list references_;
   packed_values values_;

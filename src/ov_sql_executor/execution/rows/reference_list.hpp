@@ -1,6 +1,7 @@
 #ifndef OV_SQL_EXECUTOR_EXECUTION_ROWS_REFERENCE_LIST_HPP_
 #define OV_SQL_EXECUTOR_EXECUTION_ROWS_REFERENCE_LIST_HPP_
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -10,13 +11,15 @@
 
 namespace ov::sql_executor {
 
-// References to objects, four bytes for each while all are of one table and their numbers fit. What is read in another
-// order than it was written in had better be small: then more of it is near the processor.
+// References to objects. Takes four bytes for each while all are to one table and their numbers fit, so that more of
+// them fit into the cache: sorted rows are read in random order.
 class reference_list {
  public:
   std::size_t size() const { return is_narrow_ ? narrow_.size() : wide_.size(); }
 
+  // Requires: position < size().
   OV_OBJ_REF operator[](std::size_t position) const {
+    assert(position < size());
     return is_narrow_ ? OV_OBJ_REF{narrow_[position], second_word_} : wide_[position];
   }
 
@@ -32,8 +35,9 @@ class reference_list {
 
   std::size_t byte_count() const { return narrow_.size() * sizeof narrow_[0] + wide_.size() * sizeof wide_[0]; }
 
-  // Prefetches one.
+  // Requires: position < size().
   void prefetch(std::size_t position) const {
+    assert(position < size());
     prefetch_memory(is_narrow_ ? static_cast<const void*>(&narrow_[position]) : &wide_[position]);
   }
 

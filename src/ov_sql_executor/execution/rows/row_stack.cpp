@@ -1,5 +1,6 @@
 #include "ov_sql_executor/execution/rows/row_stack.hpp"
 
+#include <cassert>
 #include <iterator>
 
 namespace ov::sql_executor {
@@ -11,7 +12,7 @@ auto at(Stack& stack, std::size_t position) {
   return stack.begin() + static_cast<std::ptrdiff_t>(position);
 }
 
-// Most values that are copied are references, which is told faster than asking for the alternatives of both.
+// Copies a reference over a reference, the commonest case, without the variant's dispatch.
 void copy_value(const value& source, value& target) {
   const auto* reference = std::get_if<OV_OBJ_REF>(&source);
   auto* held = std::get_if<OV_OBJ_REF>(&target);
@@ -33,6 +34,7 @@ void push_nulls(execution_context& context, std::uint64_t count) {
 }
 
 void move_from_stack(execution_context& context, std::size_t start, row& target) {
+  assert(start <= context.row_stack.size());
   const std::size_t width = context.row_stack.size() - start;
   if (target.size() == width) {
     for (std::size_t i = 0; i < width; ++i) target[i] = std::move(context.row_stack[start + i]);
@@ -44,6 +46,7 @@ void move_from_stack(execution_context& context, std::size_t start, row& target)
 }
 
 void copy_from_stack(const execution_context& context, std::size_t start, std::size_t end, row& target) {
+  assert(start <= end && end <= context.row_stack.size());
   if (target.size() != end - start) target.resize(end - start);
   const value* source = context.row_stack.data() + start;
   for (value& each : target) copy_value(*source++, each);

@@ -1,6 +1,8 @@
 #include "ov_sql_executor/execution/sorting/sort_column.hpp"
 
+#include <algorithm>
 #include <boost/mp11/algorithm.hpp>
+#include <cassert>
 #include <concepts>
 #include <type_traits>
 #include <utility>
@@ -21,9 +23,9 @@ constexpr sort_kinds fitting_kinds = []<class... Key>(boost::mp11::mp_list<Key..
   return (null_kind | ... | kind_of_alternative<Key>);
 }(fitting_keys());
 
-bool are_told_by_prefixes(sort_kinds kinds) { return (kinds & ~fitting_kinds) == 0 && is_sortable(kinds); }
+bool have_exact_prefixes(sort_kinds kinds) { return (kinds & ~fitting_kinds) == 0 && is_sortable(kinds); }
 
-// Of keys that can be sorted by prefixes; of others 0.
+// Returns 0 for keys that cannot be sorted by prefixes.
 std::uint64_t first_prefix(const value_view& key) {
   return visit_view(
       []<class Key>(const Key& held) -> std::uint64_t {
@@ -38,7 +40,7 @@ std::uint64_t first_prefix(const value_view& key) {
       key);
 }
 
-// Of a key of this one kind.
+// Returns a key of this kind, which is a single alternative.
 value_view from_prefix(sort_kinds kind, std::uint64_t prefix) {
   value_view key;
   boost::mp11::mp_for_each<boost::mp11::mp_transform<std::type_identity, fitting_keys>>(
@@ -52,7 +54,7 @@ value_view from_prefix(sort_kinds kind, std::uint64_t prefix) {
 
 void sort_column::add_any(const value_view& key) {
   const sort_kinds kinds = kinds_ | sort_kind(key);
-  if (!has_views_ && !are_told_by_prefixes(kinds)) make_views();
+  if (!has_views_ && !have_exact_prefixes(kinds)) make_views();
   if (has_views_) {
     arena_.append_to(views_, key);
   } else {
@@ -70,7 +72,7 @@ void sort_column::add_prefix(const value_view& key) {
         if constexpr (fits_sort_prefix<Key>) {
           prefixes_.push_back(sort_prefix(held));
         } else {
-          prefixes_.push_back(0);  // a NULL's
+          prefixes_.push_back(0);  // NULL
         }
       },
       key);
@@ -90,22 +92,26 @@ void sort_column::make_views() {
 }
 
 bool sort_column::is_null(std::size_t row_number) const {
+  assert(row_number < size());
   if (!has_nulls()) return false;
   return has_views_ ? std::holds_alternative<NullValue>(views_[row_number]) : nulls_[row_number];
 }
 
-void sort_column::read_prefixes(std::span<sort_entry> rows, std::uint64_t turned, std::size_t word) const {
+void sort_column::read_prefixes(std::span<sort_entry> rows, std::uint64_t mask, std::size_t word) const {
+  assert(is_sortable());
+  assert(word == 0 || has_views_);
+  assert(std::ranges::none_of(rows, [this](const sort_entry& each) { return is_null(each.row); }));
   if (!has_views_) {
-    for (sort_entry& each : rows) each.prefix = prefixes_[each.row] ^ turned;
+    for (sort_entry& each : rows) each.prefix = prefixes_[each.row] ^ mask;
   } else if (!rows.empty()) {
     visit_view(
         [&]<class Key>(const Key& /*first*/) {
           if constexpr (sorted_by_units<Key>) {
             for (sort_entry& each : rows) {
-              each.prefix = sort_word(sorted_units(*std::get_if<Key>(&views_[each.row])), word) ^ turned;
+              each.prefix = sort_word(sorted_units(*std::get_if<Key>(&views_[each.row])), word) ^ mask;
             }
           } else if constexpr (!std::same_as<Key, std::monostate> && !std::same_as<Key, NullValue>) {
-            for (sort_entry& each : rows) each.prefix = sort_prefix(*std::get_if<Key>(&views_[each.row])) ^ turned;
+            for (sort_entry& each : rows) each.prefix = sort_prefix(*std::get_if<Key>(&views_[each.row])) ^ mask;
           }
         },
         views_[rows.front().row]);
@@ -113,6 +119,7 @@ void sort_column::read_prefixes(std::span<sort_entry> rows, std::uint64_t turned
 }
 
 bool sort_column::ends_with_word(std::size_t row_number, std::size_t word) const {
+  assert(has_views_ && row_number < size());
   return visit_view(
       [word]<class Key>(const Key& key) {
         if constexpr (sorted_by_units<Key>) return sql_executor::ends_with_word(sorted_units(key), word);
@@ -122,21 +129,23 @@ bool sort_column::ends_with_word(std::size_t row_number, std::size_t word) const
 }
 
 std::strong_ordering sort_column::order(std::size_t left, std::size_t right) const {
+  assert(left < size() && right < size());
   if (has_views_) return sort_order(views_[left], views_[right]);
   if (is_null(left) || is_null(right)) return is_null(right) <=> is_null(left);  // NULL is lowest
   return prefixes_[left] <=> prefixes_[right];
 }
 
-// NULL has the least prefix: ascending, every greater one is behind it; descending, none.
-void sort_column::set_limit(std::size_t row_number, std::uint64_t turned) {
+// The limit may be NULL, which has the least prefix. Ascending, all greater prefixes are after it; descending, none is.
+void sort_column::set_limit(std::size_t row_number, std::uint64_t mask) {
+  assert(row_number < size());
   limit_kind_ = is_sortable() ? kinds_ & ~null_kind : 0;
-  limit_ = (has_views_ ? first_prefix(views_[row_number]) : prefixes_[row_number]) ^ turned;
-  limit_turned_ = turned;
+  limit_ = (has_views_ ? first_prefix(views_[row_number]) : prefixes_[row_number]) ^ mask;
+  limit_mask_ = mask;
 }
 
-// A key of another kind has to stay.
-bool sort_column::is_any_behind_limit(const value_view& key) const {
-  return limit_kind_ != 0 && sort_kind(key) == limit_kind_ && (first_prefix(key) ^ limit_turned_) > limit_;
+// A key of another kind is not after the limit: it has to be added, since sorting may have to fail for it.
+bool sort_column::is_any_after_limit(const value_view& key) const {
+  return limit_kind_ != 0 && sort_kind(key) == limit_kind_ && (first_prefix(key) ^ limit_mask_) > limit_;
 }
 
 void sort_column::keep(const std::vector<std::size_t>& row_numbers) {
@@ -145,6 +154,7 @@ void sort_column::keep(const std::vector<std::size_t>& row_numbers) {
   std::vector<std::uint64_t> prefixes;
   std::vector<bool> nulls;
   for (const std::size_t kept : row_numbers) {
+    assert(kept < size());
     if (has_views_) {
       arena.append_to(views, views_[kept]);
     } else {
@@ -152,7 +162,7 @@ void sort_column::keep(const std::vector<std::size_t>& row_numbers) {
       if (has_nulls()) nulls.push_back(nulls_[kept]);
     }
   }
-  // Back into the memory that is there; an arena's cannot be handed over.
+  // Copies them back into this column's memory: the memory of an arena cannot be moved to another one.
   views_.clear();
   arena_.release();
   for (const value_view& each : views) arena_.append_to(views_, each);

@@ -13,7 +13,8 @@ const Unit* view_arena::copy(const Unit* units, std::size_t count) {
   return static_cast<const Unit*>(room);
 }
 
-// By alternative: a view that was just made is still being written in parts, and copying it whole would wait for them.
+// Copies the alternative, not the whole variant: a wide load soon after the variant's narrow stores would stall until
+// they have retired.
 void view_arena::append_to(large_vector<value_view>& list, const value_view& view) {
   visit_view(
       [&]<class View>(const View& seen) {

@@ -8,14 +8,15 @@
 
 namespace ov::sql_executor {
 
-// Makes views that stay good as long as it lives: the texts, binaries and set specifiers that they show are copied one
-// behind the other into memory that is freed all at once. Keeping a view so costs less than making a value.
+// Copies what views show: texts, binaries and set specifiers, one after another, into memory that is freed all at once.
+// Takes less memory and time than making a value of each view.
 class view_arena {
  public:
-  // Appends a view of what this one shows. Throws std::bad_variant_access for the view of a valueless value.
+  // Appends a view of a copy of what this view shows. Valid until: release(), or the arena's end.
+  // Throws: std::bad_variant_access for the view of a valueless value.
   void append_to(large_vector<value_view>& list, const value_view& view);
 
-  // Frees what the views show; none of them may be looked at any more.
+  // Frees all copies.
   void release() { memory_.release(); }
 
  private:
