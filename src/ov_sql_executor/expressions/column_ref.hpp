@@ -12,6 +12,7 @@
 
 #include "ov_sql_executor/database/table_cache.hpp"
 #include "ov_sql_executor/values/value.hpp"
+#include "ov_sql_executor/values/variants.hpp"
 
 namespace physical_queryplan {
 
@@ -81,21 +82,16 @@ struct computed {
   friend bool operator==(const computed& left, const computed& right) = default;
 };
 
-using computed_column =
-    std::variant<computed<bool>, computed<db_string::tt_string>, computed<std::uint64_t>, computed<std::int64_t>,
-                 computed<Decimal>, computed<double>, computed<float>, computed<Binary>, computed<OV_OBJ_REF>,
-                 computed<SetSpecifier>, computed<NullValue>>;
+using computed_column = ov::sql_executor::one_of_each_type<computed>;
 
-// Names one value of a row. Two are equal when their alternatives and their payloads are.
-using column_ref =
+// Names one value of a row: a property (0 to 9; none is NULL always), a computed column (10 to 20) or an object (21).
+// Two are equal when their alternatives and their payloads are.
+using column_ref = ov::sql_executor::joined_variant<
     std::variant<property_column<bool>, property_column<db_string::tt_string>, property_column<std::uint64_t>,
                  property_column<std::int64_t>, property_column<Decimal>, property_column<double>,
                  property_column<float>, property_column<Binary>, property_column<OV_OBJ_REF>,
-                 property_column<SetSpecifier>,  //
-                 computed<bool>, computed<db_string::tt_string>, computed<std::uint64_t>, computed<std::int64_t>,
-                 computed<Decimal>, computed<double>, computed<float>, computed<Binary>, computed<OV_OBJ_REF>,
-                 computed<SetSpecifier>, computed<NullValue>,  //
-                 variable>;
+                 property_column<SetSpecifier>>,
+    computed_column, std::variant<variable>>;
 static_assert(std::variant_size_v<column_ref> == 22);
 
 inline variable::variable() = default;
