@@ -5,8 +5,8 @@
 
 namespace error_handling {
 
-// The same variant, which holds something. Throws std::bad_variant_access with its own text for a valueless one; the
-// standard library's visit throws the same exception with another text.
+// Returns the variant. Throws std::bad_variant_access for a valueless one, with a text of its own: that of std::visit
+// differs.
 template <class Variant>
 const Variant& complete(const Variant& any) {
   if (any.valueless_by_exception()) throw std::bad_variant_access();

@@ -7,16 +7,17 @@
 
 namespace ov::sql_executor {
 
-// How many parts that are not of this library are being destroyed on this thread, one within another. What they own
-// goes before they do: it does not wait with the parts of what owns them.
+// Counts the parts of other classes that are being destroyed on this thread, one inside another. What such a part owns
+// is destroyed with it: it does not join the queue of the part outside.
 inline thread_local std::size_t others_in_destruction = 0;
 
-// A part of a tree that waits to be destroyed until the part that owned it is gone, so that trees of any depth can be
-// destroyed on any stack. Base is what the owner knows of its parts, which it has as owned_part.
+// A part of a tree that is destroyed after its owner, so that trees of any depth can be destroyed on any stack. Base is
+// what the owner knows of its parts, which it holds as owned_part.
 template <class Base>
 class destroyed_in_turn : public Base {
  public:
-  // The parts of a part go before those that wait already, in the order in which it lets go of them.
+  // Destroys this part, or queues it while the part that owns it is being destroyed. The parts of a part go before
+  // those that are queued already, in the order in which it releases them.
   void destroy() noexcept {
     if (waiting_.end != nullptr && waiting_.others == others_in_destruction) {
       *waiting_.end = this;
@@ -36,7 +37,7 @@ class destroyed_in_turn : public Base {
   }
 
  private:
-  // The parts of the part that is being destroyed.
+  // The queue of the part that is being destroyed.
   struct waiting_parts {
     destroyed_in_turn** end = nullptr;  // null where none is being destroyed
     std::size_t others = 0;             // others_in_destruction when that began
@@ -46,7 +47,7 @@ class destroyed_in_turn : public Base {
   destroyed_in_turn* next_ = nullptr;
 };
 
-// Owns a part: one of this library, of class Own, or any other, which is destroyed at once.
+// Owns a part. A part of this library, of class Own, is destroyed in turn; any other is destroyed at once.
 template <class Base, class Own>
 class owned_part {
  public:
@@ -57,7 +58,7 @@ class owned_part {
   const Base& operator*() const { return *part_; }
   const Base* operator->() const { return part_.get(); }
 
-  // Null for any other.
+  // Null for a part of another class.
   const Own* own() const { return part_.get_deleter().own; }
 
  private:

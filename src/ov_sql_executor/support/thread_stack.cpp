@@ -54,8 +54,8 @@ address_range stack_of_thread() {
 
 #endif
 
-// What is known of the stack that the thread runs on; nothing yet. A thread's own, since the next one may get a smaller
-// stack in the same place.
+// The stack of this thread, as far as it is known; nothing at first. Thread-local, since the next thread may get a
+// smaller stack in the same place.
 thread_local address_range known = {1, 0};
 
 bool has(std::size_t bytes) {
@@ -69,7 +69,8 @@ bool has(std::size_t bytes) {
 void require_stack(std::size_t bytes) {
   if (has(bytes)) return;
   known = stack_of_thread();
-  if (here() < known.lowest || here() > known.highest) known = {here() - assumed, here()};  // of the host's own making
+  if (here() < known.lowest || here() > known.highest)
+    known = {here() - assumed, here()};  // a stack that the host made
   if (!has(bytes)) error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
 }
 

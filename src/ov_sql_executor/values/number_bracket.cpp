@@ -3,7 +3,7 @@
 namespace ov::sql_executor {
 
 std::int64_t floor_in_millionths(double number) {
-  // The product below may be rounded up to the next whole number, which the exact comparison corrects; never below one.
+  // Rounding may lift the product to the next whole number, never below one. The exact comparison corrects that.
   const double whole = std::trunc(number);
   const double millionths = std::floor((number - whole) * static_cast<double>(operator_library::Decimal::scale));
   std::int64_t floor =

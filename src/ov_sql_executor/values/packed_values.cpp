@@ -20,7 +20,7 @@ constexpr std::uint8_t kind_apart = std::variant_size_v<value>;
 template <class T>
 constexpr std::uint8_t kind_of = static_cast<std::uint8_t>(boost::mp11::mp_find<value, T>::value);
 
-// Where a text lies: its first byte's position in the upper bits, its length in the lower ones.
+// Locates a text: the position of its first byte in the upper bits of the word, its length in the lower ones.
 constexpr unsigned length_bits = 24;
 constexpr std::uint64_t longest_text = (std::uint64_t{1} << length_bits) - 1;
 constexpr std::uint64_t most_bytes = std::uint64_t{1} << (64 - length_bits);
@@ -37,7 +37,7 @@ constexpr std::uint64_t most_bytes = std::uint64_t{1} << (64 - length_bits);
   return packs_texts_ && text_length <= longest_text && bytes_.size() < most_bytes;
 }
 
-// The word that says where the copy lies.
+// Returns the word that locates the copy.
 [[gnu::always_inline]] inline std::uint64_t packed_values::copy_bytes(std::span<const std::uint8_t> text) {
   const std::uint64_t first = bytes_.size();
   bytes_.resize(first + text.size());
@@ -64,7 +64,7 @@ void packed_values::push_back(value& moved) {
 }
 
 void packed_values::push_back(const value_view& view) {
-  auto kind = static_cast<std::uint8_t>(view.index() - 1);  // value's alternatives without one for the valueless state
+  auto kind = static_cast<std::uint8_t>(view.index() - 1);  // views have one more alternative in front
   const std::uint64_t word = visit_view(
       [&]<class View>(const View& seen) -> std::uint64_t {
         if constexpr (std::same_as<View, std::monostate>) {
@@ -103,13 +103,13 @@ value_view packed_values::operator[](std::size_t position) const {
     } else if constexpr (fits_word<held>) {
       return from_word<held>(word);
     } else {
-      return {};  // lies apart
+      return {};  // is one of the others
     }
   });
 }
 
 bool packed_values::equals(std::size_t position, const value_view& other) const {
-  // Integers, the commonest keys, are told by their words.
+  // Compares integers, the commonest keys, by their words.
   if (const auto* const number = std::get_if<std::int64_t>(&other)) {
     return kinds_[position] == kind_of<std::int64_t> && words_[position] == to_word(*number);
   }
@@ -133,7 +133,7 @@ void packed_values::give(std::size_t position, std::vector<value>& list) {
   });
 }
 
-// What a word leads to can only be asked for once the word is near.
+// Reads the word, which must have arrived in the cache by then.
 void packed_values::prefetch_further(std::size_t position) const {
   if (kinds_[position] == kind_of<tt_string>) prefetch_memory(bytes_.data() + (words_[position] >> length_bits));
 }

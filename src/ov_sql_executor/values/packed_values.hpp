@@ -13,38 +13,39 @@
 
 namespace ov::sql_executor {
 
-// A list of values, nine bytes for each number, bool, NULL and reference to an object of one table. A value takes
-// forty: what takes less memory comes from nearer to the processor.
+// A list of values. Takes nine bytes for each number, bool, NULL and reference to an object of one table, where a value
+// takes forty: less memory stays closer to the processor.
 class packed_values {
  public:
-  // What happens to texts. packed: their bytes lie one after the other. That pays where each is only looked at, or
-  // handed out once, far from the one before. apart: each stays a value, which can be handed out and taken back without
-  // copying.
+  // How texts are held. packed: their bytes lie one after another, which pays where each text is only looked at, or
+  // handed out once, far from the one before. apart: each text stays a value, which is handed out and taken back
+  // without a copy.
   enum class texts : bool { packed, apart };
   explicit packed_values(texts how) : packs_texts_(how == texts::packed) {}
 
   std::size_t size() const { return words_.size(); }
 
-  // Moves a value here, as the last one.
+  // Moves a value to the end of this list.
   void push_back(value& moved);
 
-  // Copies what the view shows. Throws std::bad_variant_access for the view of a valueless value.
+  // Copies what the view shows to the end of this list. Throws std::bad_variant_access for the view of a valueless
+  // value.
   void push_back(const value_view& view);
 
-  // Valid until the list grows.
+  // Requires: position < size(). Valid until: the list grows.
   value_view operator[](std::size_t position) const;
 
-  // Group-key equality: see group_key.hpp.
+  // Compares by the equality of group keys: see group_key.hpp.
   bool equals(std::size_t position, const value_view& other) const;
 
-  // Appends a value to a list. What it owns is not here any more until it is taken back.
+  // Moves a value to the end of another list. What it owns is not here any more until it is taken back.
   void give(std::size_t position, std::vector<value>& list);
 
-  // Takes back what was given, or a copy of it.
+  // Take back what was given, or a copy of it.
   void take_back(std::size_t position, value& moved);
   void copy_back(std::size_t position, const value& copied);
 
-  // Prefetches a value; and, some time later, its text.
+  // Prefetches a value. prefetch_further prefetches its text, some time later.
   void prefetch(std::size_t position) const {
     prefetch_memory(&words_[position]);
     prefetch_memory(&kinds_[position]);
@@ -57,7 +58,7 @@ class packed_values {
       boost::container::deque<value, void,
                               boost::container::deque_options_t<boost::container::block_size<std::size_t{1024}>>>;
 
-  // Growing is rare, and kept out of the way.
+  // Grows out of line, since that is rare.
   void push(std::uint8_t kind, std::uint64_t word) {
     if (words_.size() == words_.capacity()) make_room();
     if (words_.size() == words_.capacity() || kinds_.size() == kinds_.capacity()) __builtin_unreachable();
@@ -71,10 +72,10 @@ class packed_values {
   std::uint64_t copy_bytes(std::span<const std::uint8_t> text);
 
   bool packs_texts_;
-  // The value's bytes, a reference's object number, where among the bytes a text lies, or a place among the others.
+  // The bytes of a value, the object number of a reference, the location of a text in bytes_, or an index of others_.
   large_vector<std::uint64_t> words_;
-  large_vector<std::uint8_t> kinds_;  // alternatives, or that of no value for what lies among the others
-  std::uint64_t second_word_ = 0;     // of the references; another one lies among the others
+  large_vector<std::uint8_t> kinds_;  // indices of alternatives; one more for values in others_
+  std::uint64_t second_word_ = 0;     // of the references; one with another word is in others_
   bool has_references_ = false;
   large_vector<std::uint8_t> bytes_;  // of packed texts
   blocks others_;
