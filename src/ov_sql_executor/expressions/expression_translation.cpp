@@ -80,7 +80,7 @@ class expression_translator {
   operator_ptr build(const ToSetSpecifier& any) { return unary<operators::cast_to<type_code::set_specifier>>(any); }
   operator_ptr build(const PrefixPattern& any) { return unary<operators::like_starts_with>(any); }
 
-  // A property that an enclosing node has produced already is not read again.
+  // Does not read a property again that an enclosing node has produced.
   template <class T>
   operator_ptr build(const property_column<T>& column) {
     if (const auto position = columns_.find_in_scope(column)) return read_row_stack(*position);
@@ -133,8 +133,8 @@ class expression_translator {
     return std::make_unique<Operator>(std::move(left), std::move(right));
   }
 
-  // Long chains of ANDs and ORs are common, and brackets in them mean nothing: their operands become one list, in the
-  // order in which they would be met one inside the other.
+  // Makes one list of the operands of nested ANDs or ORs, in the order of their evaluation. Long chains are common, and
+  // brackets in them mean nothing.
   template <class Two, class Many, class Operation>
   operator_ptr connective(const Operation& any) {
     std::vector<operator_ptr> operands;
@@ -156,7 +156,7 @@ class expression_translator {
     return std::make_unique<Two>(std::move(operands[0]), std::move(operands[1]));
   }
 
-  // The result type selects the class.
+  // Selects the class by the result type.
   operator_ptr conditional(const Conditional& any) {
     operator_ptr condition = operand(any, 0);
     operator_ptr then_value = operand(any, 1);

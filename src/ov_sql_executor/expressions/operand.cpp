@@ -7,7 +7,7 @@ namespace ov::sql_executor::operators {
 
 namespace {
 
-// Whether what a view shows are the bytes or units of the value in scratch.
+// Tells whether a view shows the bytes or units of the value in scratch.
 bool lies_in(const value_view& view, const value& scratch) {
   if (const auto* text = std::get_if<text_view>(&view)) {
     const auto* owner = std::get_if<db_string::tt_string>(&scratch);

@@ -7,7 +7,7 @@ namespace ov::sql_executor::operators {
 std::span<const value_view> operand_views::evaluate(std::span<const operand> operands, execution_context& context) {
   for (std::size_t i = 0; i < operands.size(); ++i) {
     const bool is_last = i + 1 == operands.size();
-    // Made in its place: copying a view that was just made would wait until all parts of it are written.
+    // Builds the view in its place: to copy a view that was just made would wait until all its parts are written.
     new (&views_[i])
         value_view(is_last ? operands[i].lend(context, scratch_[i].made) : operands[i].pin(context, scratch_[i]));
   }

@@ -46,7 +46,7 @@ std::optional<std::int16_t> visible_columns::find_in_scope(const column_ref& col
   return to_position(position);
 }
 
-// The number of all columns if there is no such column.
+// Returns the number of all columns where there is no such column.
 std::size_t visible_columns::look_for(const column_ref& column) const {
   if (!index_.empty()) {
     const auto found = index_.find(&column);
@@ -59,7 +59,7 @@ std::size_t visible_columns::look_for(const column_ref& column) const {
   return position;
 }
 
-// The first of equal columns counts. A half-made index is not left behind.
+// Lets the first of equal columns count. Builds the index aside, so that an exception leaves none that is half made.
 void visible_columns::make_index() const {
   decltype(index_) index;
   index.reserve(size());
@@ -80,7 +80,7 @@ scope join_scopes(const scope& outer, const scope& inner) {
 column_ref to_column_ref(const expression& item) {
   return std::visit(
       []<class Alternative>(const Alternative& alternative) -> column_ref {
-        // A literal, too, would convert to no column; an operation holds operands, not a column.
+        // Columns are the alternatives that column_ref has, too.
         if constexpr (std::constructible_from<column_ref, std::in_place_type_t<Alternative>, const Alternative&>) {
           return alternative;
         } else {

@@ -12,12 +12,13 @@ namespace ov::sql_executor::operators {
 // The lists of the execution context.
 enum class context_list : std::uint8_t { constants = 0, variables = 1, row_stack = 2 };
 
-// A value that the context already holds: a literal, a parameter, or a value of a row in scope.
+// Reads a value that the context already holds: a literal, a parameter, or a value of a row in scope.
 class value_from_context final : public lending_operator {
  public:
   value_from_context(context_list source, std::int16_t position) : source_(source), position_(position) {}
 
-  // The value itself. Throws std::out_of_range "invalid vector<T> subscript" where the list has no such position.
+  // Returns the value itself. Throws std::out_of_range "invalid vector<T> subscript" where the list has no such
+  // position.
   const value& at(const execution_context& context) const {
     return error_handling::element_at(list(context), position());
   }

@@ -17,7 +17,7 @@ using physical_queryplan::expression;
 class definition_search {
  public:
   reference_definitions extended;
-  reference_definitions passed_on;  // by groupings, which may keep the names of what they group by, and others
+  reference_definitions passed_on;  // of groupings, which may repeat the name of what they group by, and of others
 
   void operator()(const GenerativeAssignment& plan) { define(passed_on, plan.column, plan.expression); }
   void operator()(const Extension& plan) { define(extended, plan.assignments); }
@@ -65,7 +65,7 @@ reference_definitions find_reference_definitions(const PredicateVariant& plan) {
     if (right != nullptr) open.push_back(right->get());
     if (left != nullptr) open.push_back(left->get());
   }
-  search.extended.merge(search.passed_on);  // which adds those that are not there
+  search.extended.merge(search.passed_on);  // adds those that are missing
   return std::move(search.extended);
 }
 

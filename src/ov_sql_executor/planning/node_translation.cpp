@@ -66,7 +66,7 @@ class node_translator {
     return child;
   }
 
-  // A projection that only repeats its input is its input.
+  // Leaves out a projection that only repeats its input.
   translation operator()(const Projection& plan) const {
     translation child = translate_input(plan.child, outer_);
     auto items = translate_expressions(plan.items, constants_, {outer_, child.columns});
@@ -82,7 +82,7 @@ class node_translator {
     return {{complete(plan.column)}, std::make_unique<ov::sql_executor::generative_assignment>(std::move(expression))};
   }
 
-  // The input's values come first, the assignments follow.
+  // Puts the input's values first, the assignments after them.
   translation operator()(const Extension& plan) const {
     translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
@@ -123,7 +123,7 @@ class node_translator {
     return {std::move(left.columns), std::move(join), left.in_place};
   }
 
-  // The aggregates come first in the row, the group keys after them.
+  // Puts the aggregates first in the row, the group keys after them.
   translation operator()(const Aggregation& plan) const {
     translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
@@ -172,8 +172,8 @@ class node_translator {
   }
 
  private:
-  // Whether each column of a row, looked up by name, is found in that row: an enclosing row may have a column of the
-  // same name, which hides it.
+  // Tells whether each column of a row is found in that row when it is looked up by name. A column of the same name in
+  // an enclosing row would hide it.
   bool reads_itself(const translation& input, const visible_columns& inner) const {
     for (std::size_t i = input.in_place; i < input.columns.size(); ++i) {
       const auto position = inner.find_in_scope(input.columns[i]);
@@ -196,7 +196,7 @@ class node_translator {
     return {std::move(child.columns), std::make_unique<projection>(std::move(child.node), std::move(expressions))};
   }
 
-  // Only the expressions: their columns are looked at when all of them are translated.
+  // Translates the expressions only. The columns have their turn when every expression is translated.
   std::vector<std::unique_ptr<operator_base>> translate_assignments(const std::vector<assignment>& assignments,
                                                                     const visible_columns& inner) const {
     std::vector<std::unique_ptr<operator_base>> values;
@@ -220,7 +220,7 @@ class node_translator {
     return translate(*plan, constants_, outer);
   }
 
-  // The right side sees the left row.
+  // Lets the right side see the left row.
   template <class Alternative>
   std::pair<translation, translation> dependent_sides(const Alternative& plan) const {
     translation left = translate_input(plan.left, outer_);

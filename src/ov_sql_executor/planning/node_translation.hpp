@@ -15,14 +15,14 @@ namespace physical_to_exec {
 struct translation {
   ov::sql_executor::scope columns;  // one per value of the node's rows, in row order
   std::unique_ptr<ov::sql_executor::node> node;
-  // So many of the first columns are known to be found where they are, behind the outer rows: chained extensions need
+  // So many of the first columns are known to be found at their own place after the outer rows. Chained extensions need
   // not look them up again and again.
   std::size_t in_place = 0;
 };
 
-// Turns a plan into a tree of nodes. outer describes the values that stand on the row stack when the node's enumerator
-// runs: the rows of the enclosing nodes. Every expression of a node sees them, followed by the node's input row.
-// Literals are appended to constants. Throws as Plan does.
+// Turns a plan into a tree of nodes. outer describes the values on the row stack when the node's enumerator runs: the
+// rows of the enclosing nodes. Every expression of a node sees them, followed by the node's input row. Appends literals
+// to constants. Throws as Plan does.
 translation translate(const physical_queryplan::QueryPlan::PredicateVariant& plan,
                       std::vector<ov::sql_executor::value>& constants, const ov::sql_executor::scope& outer);
 

@@ -26,8 +26,8 @@ using meta_support::TypeIdentity;
 template <class T, class... Listed>
 concept one_of = (std::same_as<T, Listed> || ...);
 
-// Operations whose result is a bool whatever their tag says, and those whose result is what their tag says. One that is
-// in neither list does not compile.
+// Operations whose result is a bool whatever their tag says, and operations whose result is what their tag says. An
+// operation in neither list does not compile.
 template <class Operation>
 concept truth_operation = one_of<Operation, Equality, Inequality, AtMost, Less, Greater, AtLeast, And, Or, Not,
                                  NullTest, NotNullTest, PatternMatch, PrefixTest, ExclusiveOr, TypeTest>;
@@ -36,7 +36,7 @@ concept tagged_operation =
     one_of<Operation, Sum, Difference, Negation, Quotient, Product, Conditional, Concatenation, ObjectNumber, ToBool,
            ToUint64, ToInt64, ToDecimal, ToFloat, ToDouble, ToText, ToSetSpecifier, PrefixPattern>;
 
-// The column of an alternative of value; the table of a reference is known only where metadata name it.
+// Returns the column of an alternative of value. Only metadata can name the table of a reference.
 template <class T>
 column_type type_of_alternative() {
   if constexpr (std::same_as<T, SetSpecifier> || std::same_as<T, NullValue>) {
@@ -52,7 +52,7 @@ class typing {
  public:
   explicit typing(const QueryPlan::Projection& root) : root_(root) {}
 
-  // A computed reference is what its definition is, and that of one that is defined by it.
+  // Follows a computed reference to its definition, and further where that is one, too.
   column_type of(const expression& any) {
     const expression* definition = &any;
     std::set<identifier> on_the_way;
@@ -117,7 +117,7 @@ class typing {
   }
 
   const QueryPlan::Projection& root_;
-  std::optional<reference_definitions> definitions_;  // looked for when they are needed
+  std::optional<reference_definitions> definitions_;  // found when they are needed
   std::map<identifier, column_type> types_;           // of computed references
 };
 
