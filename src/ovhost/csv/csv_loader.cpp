@@ -19,7 +19,7 @@ using ovcoredb::cell;
 // One column of the file.
 struct column_plan {
   std::string header;
-  std::size_t cell = 0;  // its place among the table's cells
+  std::size_t cell = 0;  // its position among the table's cells
   std::vector<std::string> null_words;
   std::unique_ptr<field_reader> reader;
 };
@@ -125,7 +125,7 @@ class csv_load {
     }
   }
 
-  // Also one of the table's bases.
+  // Returns the name of an index of the table or of one of its bases.
   std::string name_of_index(std::uint64_t handle) const {
     for (table_info table = table_;; table = names_.table(table.base)) {
       for (const index_info& each : names_.indexes(table)) {

@@ -19,7 +19,7 @@ std::vector<std::string> chain(std::vector<std::string> first, const std::vector
   return first;
 }
 
-// Of every aggregate: the words for one without a line here do not compile.
+// Every aggregate needs a line here, or it does not compile.
 constexpr std::string_view word_of(const SumOf&) { return "sum"; }
 constexpr std::string_view word_of(const CountOf&) { return "count"; }
 constexpr std::string_view word_of(const CountRows&) { return "count of rows"; }
@@ -57,7 +57,7 @@ class describer {
   }
 
  private:
-  // Most steps read one input and hand on its columns.
+  // Describes a step that reads one input and hands on its columns, as most do.
   plan_step over(const plan& child, std::string does, std::vector<std::string> details) const {
     plan_step input = (*this)(child);
     std::vector<std::string> columns = input.columns;
@@ -124,7 +124,7 @@ class describer {
     return step;
   }
 
-  // A variable is defined with the name of its table: its own may be that of the reference that gives it its value.
+  // Says the table of a variable, too: the variable's own name may be that of the reference that gives it its value.
   std::string definition(const column_ref& column, const expression& value) const {
     const auto* const defined = std::get_if<variable>(&column);
     const std::string table = defined == nullptr ? "" : words_.metadata().table(defined->table).name + " ";

@@ -12,7 +12,7 @@
 namespace ovhost {
 namespace {
 
-// Characters, counted by the bytes that begin one.
+// Counts characters, by the bytes that begin one.
 std::size_t width_of(std::string_view utf8) {
   return static_cast<std::size_t>(std::count_if(
       utf8.begin(), utf8.end(), [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }));

@@ -11,11 +11,11 @@
 
 namespace ovhost {
 
-// Collects result rows and prints them as a table: a heading for each column, numbers to the right, everything else to
-// the left. Keeps the first rows only and counts the rest.
+// Collects result rows and prints them as a table: a heading for each column, numbers right-aligned, everything else
+// left-aligned. Keeps the first rows only and counts the others.
 class OVHOST_API table_printer {
  public:
-  // types: of the columns, see statement::types. headings: one for each, in UTF-8; missing ones are empty.
+  // types: those of the columns, see statement::types. headings: one for each column, in UTF-8; missing ones are empty.
   table_printer(std::vector<std::string> headings, const std::vector<physical_to_exec::column_type>& types,
                 std::size_t most_rows);
 

@@ -9,7 +9,7 @@
 
 namespace ovhost {
 
-// A call of the core that failed while metadata were read, with its status (see ovcoredb.h).
+// Reports a call of the core that failed while metadata were read, with its status (see ovcoredb.h).
 class OVHOST_API core_error : public std::runtime_error {
  public:
   core_error(std::uint32_t status, std::string_view doing);  // doing: "opening a range"
