@@ -16,7 +16,7 @@ namespace {
 using operator_library::Decimal;
 using operator_library::NullValue;
 using operator_library::SetSpecifier;
-using ov::sql_executor::append_shown;
+using ov::sql_executor::append_from_view;
 using ov::sql_executor::binary_view;
 using ov::sql_executor::text_view;
 using ov::sql_executor::type_code;
@@ -102,7 +102,7 @@ void append_column(type_code type, std::uint64_t context, OV_OBJ_REF object, std
     if constexpr (std::is_same_v<std::remove_cvref_t<Read>, SetSpecifier>) {
       list.emplace_back(std::forward<Read>(read));
     } else {
-      append_shown(list, read);
+      append_from_view(list, read);
     }
   });
 }

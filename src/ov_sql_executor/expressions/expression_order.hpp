@@ -108,12 +108,12 @@ struct operand_pairs {
 
 // Compares operations by their operands, too, depth first. Expressions may be nested to any depth.
 inline std::strong_ordering structural_order(const expression& left, const expression& right) {
-  std::vector<structural::operand_pairs> open;
+  std::vector<structural::operand_pairs> pending;
   for (structural::operand_pairs next{{&left, 1}, {&right, 1}};;) {
     while (next.left.empty() || next.right.empty()) {
-      if (const auto count = next.left.size() <=> next.right.size(); count != 0 || open.empty()) return count;
-      next = open.back();
-      open.pop_back();
+      if (const auto count = next.left.size() <=> next.right.size(); count != 0 || pending.empty()) return count;
+      next = pending.back();
+      pending.pop_back();
     }
     const expression& a = next.left.front();
     const expression& b = next.right.front();
@@ -122,7 +122,7 @@ inline std::strong_ordering structural_order(const expression& left, const expre
     if (order != 0) return order;
     next = {next.left.subspan(1), next.right.subspan(1)};
     if (const operation* const inner = find_operation(a)) {
-      open.push_back(next);
+      pending.push_back(next);
       next = {inner->operands, find_operation(b)->operands};
     }
   }

@@ -46,7 +46,7 @@ value_view operand::keep(const value_view& view, scratch_space& scratch) {
   return keep(view, scratch.made);
 }
 
-void operand::append_other(std::vector<value>& list, execution_context& context) const {
+void operand::append_evaluated(std::vector<value>& list, execution_context& context) const {
   if (lender_ == nullptr) {
     list.push_back(expression_->evaluate(context));
     return;

@@ -104,10 +104,10 @@ class operand {
                         Order order, Otherwise otherwise) {
     if (!left.is_int64_property()) return otherwise();
     std::int64_t number = 0;
-    if (const auto* found = right.find<std::int64_t>(context)) {
+    if (const auto* found = right.find_in_context<std::int64_t>(context)) {
       return left.property_->read_int64(context, number) ? order(number, *found) : if_null;
     }
-    if (const auto* found = right.find<double>(context)) {
+    if (const auto* found = right.find_in_context<double>(context)) {
       return left.property_->read_int64(context, number) ? order(number, *found) : if_null;
     }
     if (!right.is_int64_property()) return otherwise();
@@ -127,7 +127,7 @@ class operand {
 
   // Appends the value to a list, where it is built if possible.
   void append_to(std::vector<value>& list, execution_context& context) const {
-    if (property_ == nullptr) return append_other(list, context);
+    if (property_ == nullptr) return append_evaluated(list, context);
     property_->append_to(list, context);
   }
 
@@ -136,12 +136,12 @@ class operand {
 
   // Returns the operand's value where it lies in the context; null where it does not, or is of another type.
   template <class T>
-  const T* find(const execution_context& context) const {
+  const T* find_in_context(const execution_context& context) const {
     return context_read_ != nullptr ? std::get_if<T>(&context_read_->at(context)) : nullptr;
   }
 
   // Appends the value of an operand that is no property.
-  void append_other(std::vector<value>& list, execution_context& context) const;
+  void append_evaluated(std::vector<value>& list, execution_context& context) const;
 
   // Tells whether the evaluation of other operands may invalidate a view. The core lends texts and binaries until its
   // next call. Those of the context stay where they are. But short set specifiers lie in the value itself, which moves

@@ -5,8 +5,8 @@
 #include <concepts>
 #include <variant>
 
-#include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/raise.hpp"
+#include "ov_sql_executor/errors/require_value.hpp"
 #include "ov_sql_executor/expressions/constants.hpp"
 
 namespace ov::sql_executor {
@@ -40,14 +40,14 @@ std::size_t visible_columns::hash::operator()(const column_ref* column) const {
 }
 
 std::optional<std::int16_t> visible_columns::find_in_scope(const column_ref& column) const {
-  if (index_.empty() && looked_at_ > 64 + 4 * size()) make_index();
-  const std::size_t position = look_for(column);
+  if (index_.empty() && compared_ > 64 + 4 * size()) make_index();
+  const std::size_t position = find_position(column);
   if (position == size()) return std::nullopt;
   return to_position(position);
 }
 
 // Returns the number of all columns where there is no such column.
-std::size_t visible_columns::look_for(const column_ref& column) const {
+std::size_t visible_columns::find_position(const column_ref& column) const {
   if (!index_.empty()) {
     const auto found = index_.find(&column);
     return found != index_.end() ? found->second : size();
@@ -55,7 +55,7 @@ std::size_t visible_columns::look_for(const column_ref& column) const {
   const auto outer = std::find(outer_.begin(), outer_.end(), column);
   auto position = static_cast<std::size_t>(outer - outer_.begin());
   if (outer == outer_.end()) position += std::find(input_.begin(), input_.end(), column) - input_.begin();
-  looked_at_ += position;
+  compared_ += position;
   return position;
 }
 
@@ -88,7 +88,7 @@ column_ref to_column_ref(const expression& item) {
                                       L"Internal error: expression is not a variable");
         }
       },
-      error_handling::complete(item));
+      error_handling::require_value(item));
 }
 
 expression to_expression(const column_ref& column) {

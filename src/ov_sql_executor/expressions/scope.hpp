@@ -36,12 +36,12 @@ class visible_columns {
   };
 
   std::size_t size() const { return outer_.size() + input_.size(); }
-  std::size_t look_for(const column_ref& column) const;
+  std::size_t find_position(const column_ref& column) const;
   void make_index() const;
 
   std::span<const column_ref> outer_;
   std::span<const column_ref> input_;
-  mutable std::size_t looked_at_ = 0;
+  mutable std::size_t compared_ = 0;
   mutable std::unordered_map<const column_ref*, std::size_t, hash, equal> index_;  // positions; empty until it pays
 };
 

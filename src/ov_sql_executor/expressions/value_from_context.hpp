@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "ov_sql_executor/errors/complete.hpp"
+#include "ov_sql_executor/errors/require_value.hpp"
 #include "ov_sql_executor/errors/subscript.hpp"
 #include "ov_sql_executor/expressions/lending_operator.hpp"
 
@@ -27,7 +27,7 @@ class value_from_context final : public lending_operator {
   bool reads_row_stack() const { return source_ == context_list::row_stack; }
 
   value_view lend(execution_context& context, value& /*scratch*/) const override { return view_of(at(context)); }
-  value evaluate(execution_context& context) const override { return error_handling::complete(at(context)); }
+  value evaluate(execution_context& context) const override { return error_handling::require_value(at(context)); }
 
  private:
   const std::vector<value>& list(const execution_context& context) const {

@@ -18,7 +18,8 @@ ov::sql_executor::aggregate_entry translate_aggregate(const physical_queryplan::
                                                       const ov::sql_executor::visible_columns& inner);
 
 // Returns what every kind of aggregate holds.
-const physical_queryplan::QueryPlan::aggregation& inside(const physical_queryplan::QueryPlan::aggregate& aggregate);
+const physical_queryplan::QueryPlan::aggregation& common_fields(
+    const physical_queryplan::QueryPlan::aggregate& aggregate);
 
 // Returns the column of the aggregate's result.
 physical_queryplan::column_ref result_column(const physical_queryplan::QueryPlan::aggregate& aggregate);

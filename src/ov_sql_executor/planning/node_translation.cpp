@@ -8,8 +8,8 @@
 #include <variant>
 
 #include "ov_sql_executor/database/metadata.hpp"
-#include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/raise.hpp"
+#include "ov_sql_executor/errors/require_value.hpp"
 #include "ov_sql_executor/execution/aggregator.hpp"
 #include "ov_sql_executor/execution/filter.hpp"
 #include "ov_sql_executor/execution/full_join.hpp"
@@ -32,7 +32,7 @@ namespace physical_to_exec {
 namespace {
 
 using namespace physical_queryplan::QueryPlan;  // the alternatives are named one by one below
-using error_handling::complete;
+using error_handling::require_value;
 using ov::sql_executor::join_scopes;
 using ov::sql_executor::projection;
 using ov::sql_executor::scope;
@@ -79,16 +79,17 @@ class node_translator {
 
   translation operator()(const GenerativeAssignment& plan) const {
     auto expression = translate_expression(plan.expression, constants_, outer_);
-    return {{complete(plan.column)}, std::make_unique<ov::sql_executor::generative_assignment>(std::move(expression))};
+    return {{require_value(plan.column)},
+            std::make_unique<ov::sql_executor::generative_assignment>(std::move(expression))};
   }
 
   // Puts the input's values first, the assignments after them.
   translation operator()(const Extension& plan) const {
     translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
-    if (!reads_itself(child, inner)) return copying_extension(plan, std::move(child));
+    if (!finds_own_columns(child, inner)) return copying_extension(plan, std::move(child));
     std::vector<std::unique_ptr<operator_base>> values = translate_assignments(plan.assignments, inner);
-    child.in_place = child.columns.size();
+    child.columns_in_place = child.columns.size();
     append_columns(child.columns, plan.assignments);
     child.node =
         std::make_unique<projection>(std::move(child.node), std::move(values), projection::input_row::extended);
@@ -99,7 +100,7 @@ class node_translator {
     auto [left, right] = dependent_sides(plan);
     auto join = std::make_unique<ov::sql_executor::nested_loop_inner_join>(std::move(left.node), std::move(right.node));
     append(left.columns, std::move(right.columns));
-    return {std::move(left.columns), std::move(join), left.in_place};
+    return {std::move(left.columns), std::move(join), left.columns_in_place};
   }
 
   translation operator()(const LeftJoin& plan) const {
@@ -107,7 +108,7 @@ class node_translator {
     auto join = std::make_unique<ov::sql_executor::left_join>(std::move(left.node), std::move(right.node),
                                                               right.columns.size());
     append(left.columns, std::move(right.columns));
-    return {std::move(left.columns), std::move(join), left.in_place};
+    return {std::move(left.columns), std::move(join), left.columns_in_place};
   }
 
   translation operator()(const FullJoin& plan) const {
@@ -120,7 +121,7 @@ class node_translator {
     if (plan.condition) condition = translate_expression(*plan.condition, constants_, {outer_, left.columns});
     auto join = std::make_unique<ov::sql_executor::full_join>(std::move(left.node), std::move(right.node), left_width,
                                                               right_width, std::move(condition));
-    return {std::move(left.columns), std::move(join), left.in_place};
+    return {std::move(left.columns), std::move(join), left.columns_in_place};
   }
 
   // Puts the aggregates first in the row, the group keys after them.
@@ -174,8 +175,8 @@ class node_translator {
  private:
   // Tells whether each column of a row is found in that row when it is looked up by name. A column of the same name in
   // an enclosing row would hide it.
-  bool reads_itself(const translation& input, const visible_columns& inner) const {
-    for (std::size_t i = input.in_place; i < input.columns.size(); ++i) {
+  bool finds_own_columns(const translation& input, const visible_columns& inner) const {
+    for (std::size_t i = input.columns_in_place; i < input.columns.size(); ++i) {
       const auto position = inner.find_in_scope(input.columns[i]);
       if (static_cast<std::size_t>(*position) != outer_.size() + i) return false;
     }
@@ -208,7 +209,7 @@ class node_translator {
   }
 
   static void append_columns(scope& columns, const std::vector<assignment>& assignments) {
-    for (const assignment& each : assignments) columns.push_back(complete(each.column));
+    for (const assignment& each : assignments) columns.push_back(require_value(each.column));
   }
 
   static void append(scope& columns, scope more) {
@@ -242,7 +243,7 @@ class node_translator {
 }  // namespace
 
 translation translate(const PredicateVariant& plan, std::vector<value>& constants, const scope& outer) {
-  return std::visit(node_translator(constants, outer), complete(plan));
+  return std::visit(node_translator(constants, outer), require_value(plan));
 }
 
 }  // namespace physical_to_exec

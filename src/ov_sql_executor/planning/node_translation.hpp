@@ -17,7 +17,7 @@ struct translation {
   std::unique_ptr<ov::sql_executor::node> node;
   // So many of the first columns are known to be found at their own place after the outer rows. Chained extensions need
   // not look them up again and again.
-  std::size_t in_place = 0;
+  std::size_t columns_in_place = 0;
 };
 
 // Turns a plan into a tree of nodes. outer describes the values on the row stack when the node's enumerator runs: the

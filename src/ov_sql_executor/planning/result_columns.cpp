@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "ov_sql_executor/database/metadata.hpp"
-#include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/raise.hpp"
+#include "ov_sql_executor/errors/require_value.hpp"
 #include "ov_sql_executor/planning/column_definition.hpp"
 
 namespace physical_to_exec {
@@ -48,21 +48,21 @@ column_type type_of_alternative() {
   }
 }
 
-class typing {
+class type_finder {
  public:
-  explicit typing(const QueryPlan::Projection& root) : root_(root) {}
+  explicit type_finder(const QueryPlan::Projection& root) : root_(root) {}
 
   // Follows a computed reference to its definition, and further where that is one, too.
   column_type of(const expression& any) {
     const expression* definition = &any;
-    std::set<identifier> on_the_way;
+    std::set<identifier> visited;
     while (const auto* const reference = std::get_if<computed<OV_OBJ_REF>>(definition)) {
-      if (const auto known = types_.find(reference->id); known != types_.end()) return keep(on_the_way, known->second);
-      if (!on_the_way.insert(reference->id).second) refuse();
+      if (const auto known = types_.find(reference->id); known != types_.end()) return remember(visited, known->second);
+      if (!visited.insert(reference->id).second) refuse();
       definition = definition_of(*reference);
     }
-    return keep(on_the_way, std::visit([this](const auto& alternative) { return of(alternative); },
-                                       error_handling::complete(*definition)));
+    return remember(visited, std::visit([this](const auto& alternative) { return of(alternative); },
+                                        error_handling::require_value(*definition)));
   }
 
  private:
@@ -70,7 +70,7 @@ class typing {
 
   column_type of(const tagged_operation auto& any) {
     return std::visit([]<class T>(TypeIdentity<T>) { return type_of_alternative<T>(); },
-                      error_handling::complete(any.result_type));
+                      error_handling::require_value(any.result_type));
   }
 
   template <class T>
@@ -111,7 +111,7 @@ class typing {
     return found->second;
   }
 
-  column_type keep(const std::set<identifier>& references, column_type type) {
+  column_type remember(const std::set<identifier>& references, column_type type) {
     for (const identifier& each : references) types_.emplace(each, type);
     return type;
   }
@@ -124,7 +124,7 @@ class typing {
 }  // namespace
 
 std::vector<column_type> result_columns(const QueryPlan::Projection& root) {
-  typing types(root);
+  type_finder types(root);
   std::vector<column_type> columns;
   columns.reserve(root.items.size());
   for (const expression& item : root.items) columns.push_back(types.of(item));

@@ -68,11 +68,11 @@ bool ends_with(std::u16string_view text, std::u16string_view pattern, const fixe
 // Walks text and pattern together. After a %, the walk restarts from the next place in the text whenever it fails, but
 // never goes back before the last %: a walk that starts later is never ahead of one that started earlier, so the first
 // place where the pattern up to the next % fits leaves the most text for the rest.
-class like_walk {
+class like_matcher {
  public:
-  like_walk(std::u16string_view text, std::u16string_view pattern) : text_(text), pattern_(pattern) {}
+  like_matcher(std::u16string_view text, std::u16string_view pattern) : text_(text), pattern_(pattern) {}
 
-  bool succeeds() {
+  bool matches() {
     while (!is_at_end()) {
       if (pattern_at_ < pattern_.size() && pattern_[pattern_at_] == any_run) {
         if (++pattern_at_ == pattern_.size()) return true;
@@ -161,7 +161,7 @@ bool matches_like(std::u16string_view text, std::u16string_view pattern) {
     text.remove_suffix(ends.end_length);  // what is left of the pattern ends in %
     pattern.remove_suffix(pattern.size() - ends.end_start);
   }
-  return like_walk(text.substr(ends.beginning), pattern.substr(ends.beginning)).succeeds();
+  return like_matcher(text.substr(ends.beginning), pattern.substr(ends.beginning)).matches();
 }
 
 std::u16string like_prefix(std::u16string_view pattern) {

@@ -15,15 +15,15 @@ namespace {
 
 using db_string::tt_string;
 
-constexpr std::uint8_t kind_apart = std::variant_size_v<value>;
+constexpr std::uint8_t kind_of_other = std::variant_size_v<value>;
 
 template <class T>
 constexpr std::uint8_t kind_of = static_cast<std::uint8_t>(boost::mp11::mp_find<value, T>::value);
 
 // Locates a text: the position of its first byte in the upper bits of the word, its length in the lower ones.
 constexpr unsigned length_bits = 24;
-constexpr std::uint64_t longest_text = (std::uint64_t{1} << length_bits) - 1;
-constexpr std::uint64_t most_bytes = std::uint64_t{1} << (64 - length_bits);
+constexpr std::uint64_t max_text_length = (std::uint64_t{1} << length_bits) - 1;
+constexpr std::uint64_t max_bytes = std::uint64_t{1} << (64 - length_bits);
 
 }  // namespace
 
@@ -34,7 +34,7 @@ constexpr std::uint64_t most_bytes = std::uint64_t{1} << (64 - length_bits);
 }
 
 [[gnu::always_inline]] inline bool packed_values::can_pack(std::size_t text_length) const {
-  return packs_texts_ && text_length <= longest_text && bytes_.size() < most_bytes;
+  return packs_texts_ && text_length <= max_text_length && bytes_.size() < max_bytes;
 }
 
 // Returns the word that locates the copy.
@@ -59,7 +59,7 @@ void packed_values::push_back(value& moved) {
         moved);
     if (is_in_word) return;
   }
-  push(kind_apart, others_.size());
+  push(kind_of_other, others_.size());
   others_.push_back(std::move(moved));
 }
 
@@ -76,7 +76,7 @@ void packed_values::push_back(const value_view& view) {
         } else if constexpr (fits_word<View>) {
           return to_word(seen);
         }
-        kind = kind_apart;
+        kind = kind_of_other;
         others_.push_back(to_value(view));
         return others_.size() - 1;
       },
@@ -84,7 +84,7 @@ void packed_values::push_back(const value_view& view) {
   push(kind, word);
 }
 
-void packed_values::make_room() {
+void packed_values::grow() {
   const std::size_t capacity = 2 * words_.size() + 1;
   words_.reserve(capacity);
   kinds_.reserve(capacity);
@@ -93,13 +93,13 @@ void packed_values::make_room() {
 value_view packed_values::operator[](std::size_t position) const {
   const std::uint64_t word = words_[position];
   const std::uint8_t kind = kinds_[position];
-  if (kind == kind_apart) return view_of(others_[word]);
+  if (kind == kind_of_other) return view_of(others_[word]);
   return boost::mp11::mp_with_index<std::variant_size_v<value>>(kind, [&](auto alternative) -> value_view {
     using held = std::variant_alternative_t<alternative, value>;
     if constexpr (std::same_as<held, OV_OBJ_REF>) {
       return OV_OBJ_REF{word, second_word_};
     } else if constexpr (std::same_as<held, tt_string>) {
-      return text_view{{bytes_.data() + (word >> length_bits), word & longest_text}};
+      return text_view{{bytes_.data() + (word >> length_bits), word & max_text_length}};
     } else if constexpr (fits_word<held>) {
       return from_word<held>(word);
     } else {
@@ -120,13 +120,13 @@ bool packed_values::equals(std::size_t position, const value_view& other) const 
 void packed_values::give(std::size_t position, std::vector<value>& list) {
   const std::uint64_t word = words_[position];
   const std::uint8_t kind = kinds_[position];
-  if (kind == kind_apart) return append_in_place(list, std::move(others_[word]));
+  if (kind == kind_of_other) return append_in_place(list, std::move(others_[word]));
   boost::mp11::mp_with_index<std::variant_size_v<value>>(kind, [&](auto alternative) {
     using held = std::variant_alternative_t<alternative, value>;
     if constexpr (std::same_as<held, OV_OBJ_REF>) {
       append_in_place(list, OV_OBJ_REF{word, second_word_});
     } else if constexpr (std::same_as<held, tt_string>) {
-      append_in_place(list, tt_string(bytes_.data() + (word >> length_bits), word & longest_text));
+      append_in_place(list, tt_string(bytes_.data() + (word >> length_bits), word & max_text_length));
     } else if constexpr (fits_word<held>) {
       append_in_place(list, from_word<held>(word));
     }
@@ -139,11 +139,11 @@ void packed_values::prefetch_further(std::size_t position) const {
 }
 
 void packed_values::take_back(std::size_t position, value& moved) {
-  if (kinds_[position] == kind_apart) others_[words_[position]] = std::move(moved);
+  if (kinds_[position] == kind_of_other) others_[words_[position]] = std::move(moved);
 }
 
 void packed_values::copy_back(std::size_t position, const value& copied) {
-  if (kinds_[position] == kind_apart) others_[words_[position]] = copied;
+  if (kinds_[position] == kind_of_other) others_[words_[position]] = copied;
 }
 
 }  // namespace ov::sql_executor

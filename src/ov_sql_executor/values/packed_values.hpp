@@ -60,12 +60,12 @@ class packed_values {
 
   // Grows out of line, since that is rare.
   void push(std::uint8_t kind, std::uint64_t word) {
-    if (words_.size() == words_.capacity()) make_room();
+    if (words_.size() == words_.capacity()) grow();
     if (words_.size() == words_.capacity() || kinds_.size() == kinds_.capacity()) __builtin_unreachable();
     words_.push_back(word);
     kinds_.push_back(kind);
   }
-  [[gnu::noinline]] void make_room();
+  [[gnu::noinline]] void grow();
 
   bool is_of_one_table(const OV_OBJ_REF& reference);
   bool can_pack(std::size_t text_length) const;

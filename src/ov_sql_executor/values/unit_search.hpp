@@ -25,7 +25,7 @@ inline bool are_equal(const char16_t* left, const char16_t* right, std::size_t c
 #ifdef __SSE2__
 
 // Finds which of the next eight units equal this one: two bits for each.
-inline unsigned where_among_eight(const char16_t* units, __m128i unit) {
+inline unsigned equal_among_eight(const char16_t* units, __m128i unit) {
   const __m128i eight = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units));
   return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(eight, unit)));
 }
@@ -37,7 +37,7 @@ inline std::size_t find_units(std::u16string_view text, char16_t first, char16_t
   const __m128i seconds = _mm_set1_epi16(static_cast<short>(second));
   for (; start + 9 <= text.size(); start += 8) {
     const char16_t* const units = text.data() + start;
-    const unsigned found = where_among_eight(units, firsts) & where_among_eight(units + 1, seconds);
+    const unsigned found = equal_among_eight(units, firsts) & equal_among_eight(units + 1, seconds);
     if (found != 0) return start + static_cast<std::size_t>(std::countr_zero(found)) / 2;
   }
   const char16_t both[] = {first, second};
@@ -48,7 +48,7 @@ inline std::size_t find_units(std::u16string_view text, char16_t first, char16_t
 inline std::size_t find_unit(std::u16string_view text, char16_t unit, std::size_t start) {
   const __m128i wanted = _mm_set1_epi16(static_cast<short>(unit));
   for (; start + 8 <= text.size(); start += 8) {
-    const unsigned found = where_among_eight(text.data() + start, wanted);
+    const unsigned found = equal_among_eight(text.data() + start, wanted);
     if (found != 0) return start + static_cast<std::size_t>(std::countr_zero(found)) / 2;
   }
   return text.find(unit, start);

@@ -51,7 +51,7 @@ inline bool borrows(const value_view& view) {
 
 // The alternative of value_view that shows an alternative of value.
 template <class T>
-using shown_as = std::conditional_t<
+using view_alternative = std::conditional_t<
     std::is_same_v<T, db_string::tt_string>, text_view,
     std::conditional_t<std::is_same_v<T, operator_library::Binary>, binary_view,
                        std::conditional_t<std::is_same_v<T, operator_library::SetSpecifier>, std::u16string_view, T>>>;
@@ -76,7 +76,7 @@ inline value_view view_of(const value& source) {
 
 // Calls make with the alternative of value that a view's alternative shows, and with the arguments that build it.
 template <class View, class Make>
-decltype(auto) build_shown(const View& seen, Make make) {
+decltype(auto) build_from_view(const View& seen, Make make) {
   if constexpr (std::is_same_v<View, std::monostate>) {
     throw std::bad_variant_access();
     return make(std::in_place_type<bool>, false);
@@ -93,12 +93,12 @@ decltype(auto) build_shown(const View& seen, Make make) {
   }
 }
 
-[[gnu::noinline]] void make_room_for_value(std::vector<value>& list);
+[[gnu::noinline]] void grow_list(std::vector<value>& list);
 
 // Appends a value to a list that hardly ever grows. Grows out of line.
 template <class Alternative>
 void append_in_place(std::vector<value>& list, Alternative&& alternative) {
-  if (list.size() == list.capacity()) make_room_for_value(list);
+  if (list.size() == list.capacity()) grow_list(list);
   if (list.size() == list.capacity()) __builtin_unreachable();
   list.emplace_back(std::forward<Alternative>(alternative));
 }
@@ -111,8 +111,8 @@ void append_value(std::vector<value>& list, const value_view& view);
 
 // Copies what one alternative of a view shows to the end of a list.
 template <class View>
-void append_shown(std::vector<value>& list, const View& seen) {
-  build_shown(seen, [&list]<class Type, class... Arguments>(Type type, Arguments&&... arguments) {
+void append_from_view(std::vector<value>& list, const View& seen) {
+  build_from_view(seen, [&list]<class Type, class... Arguments>(Type type, Arguments&&... arguments) {
     list.emplace_back(type, std::forward<Arguments>(arguments)...);
   });
 }

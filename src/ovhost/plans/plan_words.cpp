@@ -132,10 +132,10 @@ class describer {
   }
 
   std::vector<std::string> say_all(const std::vector<expression>& all) const {
-    std::vector<std::string> said;
-    said.reserve(all.size());
-    for (const expression& each : all) said.push_back(words_(each));
-    return said;
+    std::vector<std::string> words;
+    words.reserve(all.size());
+    for (const expression& each : all) words.push_back(words_(each));
+    return words;
   }
 
   plan_step describe(const Aggregation& of) const {

@@ -13,7 +13,7 @@
 namespace ovhost {
 namespace {
 
-constexpr std::size_t most_members = 32'000;  // column numbers have 16 bits with a sign
+constexpr std::size_t max_members = 32'000;  // column numbers have 16 bits with a sign
 
 std::string quoted(const std::string& name) { return "\"" + name + "\""; }
 
@@ -74,7 +74,7 @@ class table_checks {
   }
 
   void check_members(const table_definition& table) const {
-    if (table.members.size() > most_members) refuse("table " + quoted(table.name) + " has too many members");
+    if (table.members.size() > max_members) refuse("table " + quoted(table.name) + " has too many members");
     std::set<std::string> taken = names_of_all_members(table.base);
     for (const system_member& each : system_members) taken.emplace(each.name);
     for (const member_definition& each : table.members) {
