@@ -52,8 +52,8 @@ TEST(GenerativeAssignment, makes_one_row_even_of_null) {
   EXPECT_FALSE(source->next(context));
 }
 
-// Units of which many have up to some hundred in common, and which are each other's beginnings, some of them followed
-// by zeros.
+// Makes units of which many have up to some hundred in common, and which are each other's beginnings, some of them
+// followed by zeros.
 template <class Units>
 Units long_units(std::uint64_t number, char first) {
   using unit = typename Units::value_type;
@@ -64,7 +64,7 @@ Units long_units(std::uint64_t number, char first) {
   return units;
 }
 
-// One of so many keys of a kind, or NULL for the first of them.
+// Makes one of so many keys of a kind, or NULL for the first of them.
 constexpr unsigned key_kinds = 9;
 value key_of(std::uint64_t kind, std::uint64_t number) {
   const auto signed_number = static_cast<std::int64_t>(number);
@@ -193,7 +193,7 @@ TEST(OrderBy, refuses_what_cannot_be_ordered_when_it_is_opened) {
                              constant(0), constant(1));
     EXPECT_EQ(run(first, {}, vals("u1 u0")), error) << "behind rows that were dropped";
   }
-  // The second key of a row that is not wanted any more.
+  // Fails at the second key of a row that is not wanted any more.
   for (const auto& [last, error] : {std::pair(val("'x'"), "4711"), std::pair(valueless(), bad_variant)}) {
     rows many(20'000, vals("i1 i1"));
     many.push_back({i(2), last});
@@ -314,7 +314,7 @@ TEST(Union, yields_all_rows_of_the_left_then_of_the_right) {
   EXPECT_EQ(log->events, "+l+r-l-r");
 }
 
-// Wherever a node stands.
+// Holds wherever a node stands.
 TEST(PartsOfTheHost, find_nothing_but_the_rows_in_scope_on_the_row_stack) {
   const auto made = [] {
     const auto depth = [](const row& stack) { return u(stack.size()); };
@@ -325,7 +325,7 @@ TEST(PartsOfTheHost, find_nothing_but_the_rows_in_scope_on_the_row_stack) {
   EXPECT_EQ(run(*extended(given("(i5)"), made())), "(i5 u1 i5 u1)");
 }
 
-// As whoever evaluates a subquery does.
+// Uses the row stack as whoever evaluates a subquery does.
 struct busy final : operators::operator_base {
   value evaluate(execution_context& context) const override {
     const std::size_t size = context.row_stack.size();
