@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <boost/endian/conversion.hpp>
+#include <cassert>
 #include <concepts>
 #include <cstring>
 
@@ -111,6 +112,7 @@ void write_component(std::uint8_t* out, const key_bound& bound) {
 std::size_t end_size(std::size_t size) { return 8 - size % 8; }
 
 void write_end(std::uint8_t* out, std::size_t count) {
+  assert(count >= 1 && count <= key_end.size());
   if (count == 7) return static_cast<void>(std::memcpy(out, key_end.data(), 7));  // after one number
   std::memcpy(out, key_end.data(), count);
 }
@@ -139,6 +141,8 @@ std::strong_ordering order(const key_binary& left, const key_binary& right) {
 }  // namespace
 
 std::strong_ordering order_bounds(const key_bound& left, const key_bound& right) {
+  assert(left.index() == right.index() || std::holds_alternative<lowest_marker>(left) ||
+         std::holds_alternative<lowest_marker>(right));
   if (left.index() != right.index()) return left.index() <=> right.index();
   return std::visit([&right]<class Bound>(const Bound& held) { return order(held, *std::get_if<Bound>(&right)); },
                     left);

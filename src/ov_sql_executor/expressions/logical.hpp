@@ -2,6 +2,7 @@
 #define OV_SQL_EXECUTOR_EXPRESSIONS_LOGICAL_HPP_
 
 #include <array>
+#include <cassert>
 #include <concepts>
 #include <memory>
 #include <utility>
@@ -34,7 +35,9 @@ class connective final : public lending_operator {
   connective(Expression left, Expression right) requires(!is_list)
       : operands_{operand(std::move(left)), operand(std::move(right))} {}
   template <std::same_as<std::vector<std::unique_ptr<operator_base>>> List>
-  explicit connective(List operands) requires(is_list) : operands_(to_operands(std::move(operands))) {}
+  explicit connective(List operands) requires(is_list) : operands_(to_operands(std::move(operands))) {
+    assert(operands_.size() >= 2);
+  }
 
   value_view lend(execution_context& context, value& scratch) const override;
   truth test(execution_context& context) const override;

@@ -1,6 +1,7 @@
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_PROPERTY_READ_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_PROPERTY_READ_HPP_
 
+#include <cassert>
 #include <cstdint>
 #include <vector>
 
@@ -35,6 +36,7 @@ class property_read final : public lending_operator {
   // read_int64 reads the value of an int64, or returns false for NULL. Requires: is_int64().
   bool is_int64() const { return type_ == type_code::int64; }
   bool read_int64(const execution_context& context, std::int64_t& number) const {
+    assert(is_int64());
     const OV_OBJ_REF* object = object_in(context);
     if (object == nullptr) return false;
     const OV_OBJ_REF read = tagged(*object);

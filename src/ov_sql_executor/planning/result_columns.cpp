@@ -1,5 +1,6 @@
 #include "ov_sql_executor/planning/result_columns.hpp"
 
+#include <cassert>
 #include <concepts>
 #include <map>
 #include <optional>
@@ -124,6 +125,7 @@ class type_finder {
 }  // namespace
 
 std::vector<column_type> result_columns(const QueryPlan::Projection& root) {
+  assert(root.child != nullptr);
   type_finder types(root);
   std::vector<column_type> columns;
   columns.reserve(root.items.size());

@@ -1,5 +1,7 @@
 #include "ov_sql_executor/values/decimal_arithmetic.hpp"
 
+#include <cassert>
+
 #include "ov_sql_executor/errors/db_exception.hpp"
 #include "ov_sql_executor/values/checked_arithmetic.hpp"
 #include "ov_sql_executor/values/int128.hpp"
@@ -24,6 +26,7 @@ constexpr Integer magnitude(Integer number) {
 template <class Integer>
 std::int64_t rounded_quotient(Integer dividend, std::int64_t divisor) {
   const auto quotient = static_cast<std::int64_t>(dividend / divisor);
+  assert(magnitude(quotient) <= Decimal::max_raw);
   const auto rest = static_cast<std::int64_t>(dividend % divisor);
   if (magnitude(rest) < magnitude(divisor) - magnitude(rest)) return quotient;
   return (dividend < 0) == (divisor < 0) ? quotient + 1 : quotient - 1;

@@ -1,5 +1,6 @@
 #include "ov_sql_executor/values/like_pattern.hpp"
 
+#include <cassert>
 #include <cstddef>
 
 #include "ov_sql_executor/errors/raise.hpp"
@@ -56,7 +57,9 @@ bool begins_with(std::u16string_view text, std::u16string_view units) {
   return text.size() >= units.size() && text[0] == units[0] && are_equal(text.data(), units.data(), units.size());
 }
 
+// Requires: the pattern has a fixed end, and the text is at least as long.
 bool ends_with(std::u16string_view text, std::u16string_view pattern, const fixed_ends& ends) {
+  assert(ends.is_end_fixed && text.size() >= ends.end_length);
   std::size_t text_at = text.size() - ends.end_length;
   for (std::size_t at = ends.end_start; at < pattern.size(); ++at) {
     if (pattern[at] == escape) ++at;

@@ -1,8 +1,12 @@
 #include "ov_sql_executor/values/number_bracket.hpp"
 
+#include <cassert>
+
 namespace ov::sql_executor {
 
 std::int64_t floor_in_millionths(double number) {
+  assert(compare_with_millionths(number, -operator_library::Decimal::max_raw) >= 0 &&
+         compare_with_millionths(number, operator_library::Decimal::max_raw) <= 0);
   // Rounding may lift the product to the next whole number, never below one. The exact comparison corrects that.
   const double whole = std::trunc(number);
   const double millionths = std::floor((number - whole) * static_cast<double>(operator_library::Decimal::scale));

@@ -1,6 +1,8 @@
 #include "ov_sql_executor/values/numeric_order.hpp"
 
+#include <cassert>
 #include <cmath>
+#include <cstdlib>
 
 #include "ov_sql_executor/values/decimal.hpp"
 
@@ -11,6 +13,7 @@ namespace {
 // Compares fraction * 10^6 with millionths. The fraction is m * 2^-s with a 53-bit m, so it compares m * 10^6 with
 // millionths * 2^s. Requires: |fraction| < 1 and |millionths| < 10^6.
 std::partial_ordering compare_fraction(double fraction, std::int64_t millionths) {
+  assert(std::abs(fraction) < 1 && std::abs(millionths) < operator_library::Decimal::scale);
   int exponent = 0;
   const double mantissa = std::frexp(fraction, &exponent);
   const int shift = 53 - exponent;

@@ -1,6 +1,7 @@
 #include "ov_sql_executor/values/packed_values.hpp"
 
 #include <boost/mp11/algorithm.hpp>
+#include <cassert>
 #include <concepts>
 #include <cstring>
 #include <utility>
@@ -91,6 +92,7 @@ void packed_values::grow() {
 }
 
 value_view packed_values::operator[](std::size_t position) const {
+  assert(position < size());
   const std::uint64_t word = words_[position];
   const std::uint8_t kind = kinds_[position];
   if (kind == kind_of_other) return view_of(others_[word]);
@@ -109,6 +111,7 @@ value_view packed_values::operator[](std::size_t position) const {
 }
 
 bool packed_values::equals(std::size_t position, const value_view& other) const {
+  assert(position < size());
   // Compares integers, the commonest keys, by their words.
   if (const auto* const number = std::get_if<std::int64_t>(&other)) {
     return kinds_[position] == kind_of<std::int64_t> && words_[position] == to_word(*number);
@@ -118,6 +121,7 @@ bool packed_values::equals(std::size_t position, const value_view& other) const 
 }
 
 void packed_values::give(std::size_t position, std::vector<value>& list) {
+  assert(position < size());
   const std::uint64_t word = words_[position];
   const std::uint8_t kind = kinds_[position];
   if (kind == kind_of_other) return append_in_place(list, std::move(others_[word]));
@@ -139,10 +143,12 @@ void packed_values::prefetch_further(std::size_t position) const {
 }
 
 void packed_values::take_back(std::size_t position, value& moved) {
+  assert(position < size());
   if (kinds_[position] == kind_of_other) others_[words_[position]] = std::move(moved);
 }
 
 void packed_values::copy_back(std::size_t position, const value& copied) {
+  assert(position < size());
   if (kinds_[position] == kind_of_other) others_[words_[position]] = copied;
 }
 

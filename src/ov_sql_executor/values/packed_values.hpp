@@ -14,7 +14,7 @@
 namespace ov::sql_executor {
 
 // A list of values. Takes nine bytes for each number, bool, NULL and reference to an object of one table, where a value
-// takes forty: less memory stays closer to the processor.
+// takes forty: less memory stays closer to the processor. Requires: positions are below the size.
 class packed_values {
  public:
   // How texts are held. packed: their bytes lie one after another, which pays where each text is only looked at, or
@@ -32,7 +32,7 @@ class packed_values {
   // value.
   void push_back(const value_view& view);
 
-  // Requires: position < size(). Valid until: the list grows.
+  // Valid until: the list grows.
   value_view operator[](std::size_t position) const;
 
   // Compares by the equality of group keys: see group_key.hpp.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <cmath>
 #include <cstdint>
 #include <span>
@@ -31,6 +32,7 @@ inline std::uint64_t sort_prefix(operator_library::Decimal key) { return sort_pr
 // Positive numbers sort by their bits, negative ones the other way round. Both zeros have one prefix. Requires: key is
 // no NaN.
 inline std::uint64_t sort_prefix(double key) {
+  assert(!std::isnan(key));
   const auto bits = std::bit_cast<std::uint64_t>(key == 0 ? 0.0 : key);
   return (bits & sign_bit) != 0 ? ~bits : bits | sign_bit;
 }

@@ -1,6 +1,8 @@
 #include "ovhost/plans/plan_words.hpp"
 
+#include <algorithm>
 #include <array>
+#include <cassert>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -53,6 +55,7 @@ class describer {
   explicit describer(expression_words words) : words_(std::move(words)) {}
 
   plan_step operator()(const plan& of) const {
+    assert(std::ranges::none_of(find_children(of), [](auto* child) { return child != nullptr && *child == nullptr; }));
     return std::visit([this](const auto& held) { return describe(held); }, static_cast<const predicate_variant&>(of));
   }
 

@@ -1,5 +1,6 @@
 #include "ovhost/schema/metadata_writer.hpp"
 
+#include <cassert>
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -25,6 +26,7 @@ template <class T>
 std::vector<T> by_column(std::initializer_list<std::pair<std::uint32_t, T>> numbered) {
   std::vector<T> result;
   for (const auto& [column, each] : numbered) {
+    assert(column >= first_declared_column);
     const std::size_t place = column - first_declared_column;
     if (result.size() <= place) result.resize(place + 1);
     result[place] = each;
