@@ -146,7 +146,7 @@ TEST(OrderBy, finds_its_keys_behind_enclosing_rows_in_rows_of_any_length) {
   EXPECT_EQ(run(order_by(given("(i3)(NULL i5)(i2)"), columns({2}), {false}), vals("i9 i9")), "(i3)(i2)(NULL i5)");
 }
 
-// Rows of references are kept in less room while all are of one table and have small numbers.
+// Rows of references are kept in less memory while all are of one table and have small numbers.
 TEST(OrderBy, gives_references_back_whole) {
   constexpr std::uint64_t large = std::uint64_t{1} << 40;
   const rows lists[] = {{{OV_OBJ_REF{3, 7}}, {OV_OBJ_REF{2, 7}}, {OV_OBJ_REF{1, 7}}},

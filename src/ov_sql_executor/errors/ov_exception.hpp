@@ -24,7 +24,7 @@ inline constexpr std::uint32_t bad_escape = 7042;       // a LIKE pattern with a
 // statement throws it only for a LIKE pattern (7042) and for a stack that is too small (7022).
 class OV_SQL_EXECUTOR_API OVException : public std::exception {
  public:
-  // Requires: error_message holds one UTF-16 unit per character. Throws std::range_error "bad conversion" for a message
+  // error_message holds one UTF-16 unit per character. Throws std::range_error "bad conversion" for a message
   // that is not valid UTF-16.
   OVException(std::uint32_t error_code, std::wstring_view error_message, const error_detail& error_detail_bits);
 

@@ -8,7 +8,7 @@
 
 namespace error_handling {
 
-// Throws OVException. Requires: message holds one UTF-16 unit per character. Throws std::range_error "bad conversion"
+// Throws OVException. message holds one UTF-16 unit per character. Throws std::range_error "bad conversion"
 // instead for a message that is not valid UTF-16.
 [[noreturn]] void raise_error(std::uint32_t code, const error_detail& detail, std::wstring_view message);
 

@@ -129,9 +129,9 @@ struct FullJoin {
 // 3: gives the objects of a key interval of an index, one per row, in key order. index is the index's metadata object;
 // element i of ranges restricts its key column i.
 //
-// The interval has two ends, each one key. So the bounds are exact if every column with bounds but the last one has a
-// bound that it is equal to. Otherwise the interval takes in other objects, too, and a Filter has to stay above: for
-// (a, b) with a > 5 and b = 3 it goes from (5, 3) up, and b is anything. An object that matches is never left out.
+// The interval has two ends, each one key. So the bounds are exact if every column before the last one with bounds has
+// a bound in equal_to. Otherwise the interval takes in other objects, too, and a Filter has to stay above: for (a, b)
+// with a > 5 and b = 3 it goes from (5, 3) up, and b is anything. An object that matches is never left out.
 //
 // Creating the enumerator evaluates the bounds and opens the iterator. It throws std::out_of_range for ranges of more
 // columns than the key has.

@@ -25,7 +25,7 @@ struct address_range {
 
 #if defined(_WIN32)
 
-// Not that of a local variable: a sanitizer may keep those elsewhere.
+// Takes no address of a local variable: a sanitizer may keep those elsewhere.
 std::uintptr_t stack_position() { return reinterpret_cast<std::uintptr_t>(_AddressOfReturnAddress()); }
 
 address_range stack_of_thread() {

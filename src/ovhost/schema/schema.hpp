@@ -55,7 +55,7 @@ class OVHOST_API schema_error : public std::runtime_error {
 
 // Defines what the database holds. Every call throws schema_error for a definition that is not possible, and
 // unknown_name for tables and properties that are mentioned but do not exist. A call that throws, the constructor too,
-// has defined nothing. Requires: meanwhile no other thread reads; open iterators are closed.
+// has defined nothing. Closes the iterators that are open on the database. Requires: meanwhile no other thread reads.
 class OVHOST_API schema {
  public:
   // Writes the metadata's own tables and the primitive types. Requires: the database has no tables, and outlives the
