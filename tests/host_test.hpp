@@ -16,7 +16,7 @@
 
 namespace tests {
 
-// All rows of a statement, spelled; or the error that ends it.
+// Spells all rows of a statement, or the error that ends it.
 inline std::string rows_of(const ovhost::statement& planned, std::uint64_t context) {
   return outcome([&] { return planned.rows(context); });
 }

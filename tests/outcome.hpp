@@ -11,8 +11,8 @@
 
 namespace tests {
 
-// What an action returns, spelled ("ok" for nothing), or the error that it throws: the number of the system's own ones,
-// and the text of all that have one.
+// Spells what an action returns ("ok" for nothing) or the error that it throws: the number of an error of the system,
+// and the text of every error that has one.
 template <class Action>
 std::string outcome(Action action) {
   try {

@@ -25,7 +25,7 @@ using operator_library::Binary, operator_library::Decimal, operator_library::Nul
 using rows = std::vector<row>;
 using byte_list = std::vector<std::uint8_t>;
 
-// value converts from anything; these say which alternative is meant.
+// A value converts from anything; these say which alternative is meant.
 inline value null() { return NullValue{}; }
 inline value i(std::int64_t number) { return number; }
 inline value u(std::uint64_t number) { return number; }
@@ -62,7 +62,7 @@ inline std::string spell_bytes(const char* kind, const std::uint8_t* bytes, std:
   return word + "'";
 }
 
-// Units that are no visible ASCII characters in hexadecimal.
+// Spells units that are no visible ASCII characters in hexadecimal.
 inline std::string spell_units(const char* kind, const std::u16string& units) {
   std::string word = kind + std::string("'");
   for (const char16_t unit : units) {
@@ -115,7 +115,7 @@ inline std::string spell(const value& any) {
 
 inline std::string spell(const value_view& view) { return spell(to_value(view)); }
 
-// "i1 NULL", and "(i1 NULL)(i2 i3)".
+// Spells "i1 NULL", and "(i1 NULL)(i2 i3)".
 inline std::string spell(const row& values) {
   std::string words;
   for (const value& each : values) words += (words.empty() ? "" : " ") + spell(each);
@@ -135,7 +135,7 @@ Number number_in(std::string_view word) {
   return number;
 }
 
-// What spell would write so.
+// Returns what spell would write so.
 inline value val(std::string_view word) {
   const auto after = [word](std::string_view kind) { return word.substr(kind.size()); };
   const auto is = [word](std::string_view kind) { return word.starts_with(kind); };
@@ -168,7 +168,7 @@ inline row vals(std::string_view words) {
   return values;
 }
 
-// Of "(i1 NULL)(i2 i3)".
+// Reads "(i1 NULL)(i2 i3)".
 inline rows table(std::string_view words) {
   rows all;
   for (const std::string& each : split(words, '(')) all.push_back(vals(each.substr(0, each.find(')'))));

@@ -1,11 +1,15 @@
 // Where the metadata lie: the tags of their tables, their column numbers and the handles of their indexes. Whoever
 // writes metadata creates tables and indexes with these numbers; whoever reads them finds them there.
 //
-// For each table of the application there is one object in table, and in member one for each column that the table
-// declares itself, not for those of its base. Every table also declares columns 0 (uint64) and 1 (any type: it reads as
-// the set specifier), so that the columns of its members are 0, 1, 2 and so on; Plan throws std::out_of_range where
-// they are not. A reference_tag, a member's column, an index's handle, a position and ascending have to be there: Plan
-// throws db_exception 4272 where one has no value. Members are found by their names, so that each has one.
+// What there has to be:
+//
+//    table      one object for each table of the application
+//    member     one object for each column that a table declares itself, not for those of its base. Every table also
+//               declares columns 0 (uint64) and 1 (any type: it reads as the set specifier). So the columns of its
+//               members are 0, 1, 2 and so on; Plan throws std::out_of_range where they are not
+//    values     a reference_tag, a member's column, an index's handle, a position and ascending; Plan throws
+//               db_exception 4272 where one has no value
+//    names      of members, which are found by them
 //
 // The numbers are not checked against the data. What the included core answers to wrong ones:
 //

@@ -28,7 +28,7 @@ std::uint64_t Index::index_id_IndexPK() { return layout::index_handle::index_pk;
 std::uint64_t IndexedColumn::index_id_IndexedColumnPK() { return layout::index_handle::indexed_column_pk; }
 std::uint64_t SetSpecifier::index_id_Type() { return layout::index_handle::set_specifier_type; }
 
-// Tables and types keep the number in the same column.
+// Tables and types have the number in the same column.
 std::uint32_t PrimTypeByTypeRef(const OV_OBJ_REF& type, std::uint32_t& prim_type) {
   static_assert(layout::type_column::primitive_type == layout::table_column::primitive_type);
   std::uint64_t number = 0;

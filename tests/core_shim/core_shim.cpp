@@ -39,7 +39,7 @@ std::uint64_t frees_of_nothing = 0;
 
 place here = place::elsewhere;
 
-// The program is in that place until the end of the block.
+// Marks where the program is until the end of the block.
 class stay {
  public:
   explicit stay(place at) : before_(std::exchange(here, at)) {}
@@ -51,7 +51,7 @@ class stay {
   place before_;
 };
 
-// The status that a call is to fail with, or 0.
+// Returns the status that a call is to fail with, or 0.
 std::uint32_t begin(std::string_view name) {
   planned_failure& failure = now.failure;
   if (failure.calls_left == 0 || !failure.concerns(name) || --failure.calls_left != 0) return 0;
@@ -60,7 +60,7 @@ std::uint32_t begin(std::string_view name) {
   return failure.status;
 }
 
-// A call that only fails when it is asked to by name.
+// Begins a call that only fails when it is asked to by name.
 std::uint32_t begin_by_name(std::string_view name) { return now.failure.name == name ? begin(name) : 0; }
 
 template <class Function>
@@ -107,7 +107,7 @@ using namespace core_shim;
     return next(CORE_SHIM_EACH(CORE_SHIM_ARGUMENT, __VA_ARGS__));     \
   }
 
-// A call that returns a size. It fails only by name, since it has no status.
+// A call that returns a size. Fails only by name, since it has no status.
 #define CORE_SHIM_SIZE(result, name, ...)                                                  \
   result name(CORE_SHIM_EACH(CORE_SHIM_PARAMETER, __VA_ARGS__)) {                          \
     static auto* const next = next_definition<decltype(name)>(#name);                      \

@@ -22,7 +22,7 @@ byte_list payload(std::size_t size) {
   return bytes;
 }
 
-// "3F p31 09 p9 80" with bytes from 0 on: a hexadecimal byte each, or the next so many of the payload.
+// Reads "3F p31 09 p9 80", with bytes from 0 on: a hexadecimal byte each, or the next so many of the payload.
 byte_list bytes_of(const std::string& words) {
   byte_list bytes;
   std::uint8_t next = 0;
@@ -34,7 +34,7 @@ byte_list bytes_of(const std::string& words) {
   return bytes;
 }
 
-// In memory that was used before, so that a byte that is not written is not zero by chance.
+// Builds the key in memory that was used before, so that a byte that is not written is not zero by chance.
 template <class Key>
 Key key_of(const std::vector<key_bound>& bounds) {
   alignas(Key) std::byte used[sizeof(Key)];
@@ -48,7 +48,7 @@ Key key_of(const std::vector<key_bound>& bounds) {
   return made;
 }
 
-// Both kinds of key, with the end mark and zeros up to eight bytes.
+// Expects both kinds of key, with the end mark and zeros up to eight bytes.
 void expect_key(const std::vector<key_bound>& bounds, const std::string& words) {
   byte_list expected = bytes_of(words + " C0");
   while (expected.size() % 8 != 0) expected.push_back(0);

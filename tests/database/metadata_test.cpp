@@ -20,7 +20,7 @@ using ovcoredb::cell, ovcoredb::column_type;
 template <class T>
 using numbered = std::vector<std::pair<std::uint32_t, T>>;
 
-// The metadata tables, as far as they are read here, and objects that a host would not write.
+// The metadata tables, as far as these tests read them, and objects that a host would not write.
 class Metadata : public testing::Test {
  protected:
   Metadata() {
@@ -175,7 +175,7 @@ TEST(DottedName, digest_tells_names_apart) {
   EXPECT_EQ(a.words[1], 0xB806E976F4C4D852u);
 }
 
-// Of an object that has values, of one with other values and of one without any, for a list and to look at. The test of
+// Reads an object that has values, one with other values and one without any, into a list and as a view. The test of
 // scans reads the other types.
 TEST(ColumnRead, gives_the_values_of_types_that_are_in_no_key) {
   ovcoredb::database database;

@@ -1,4 +1,4 @@
-// Scans of an index, and the embedded core below them, held against a filter over all objects.
+// Compares scans of an index, on the embedded core, with a filter over all objects.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -29,7 +29,7 @@ struct condition {
 };
 using conditions = std::vector<condition>;
 
-// Conditions on key columns as words: "> i5, <= d9.5 | ^ 'ab' !" are two on the first column and one on the second. The
+// Reads conditions on key columns: "> i5, <= d9.5 | ^ 'ab' !" are two on the first column and one on the second. The
 // signs are > < = >= <= and ^ for "starts with"; an exclamation mark rejects NULL.
 std::vector<conditions> conditions_in(std::string_view words) {
   const std::vector<std::string> signs = split("> < = >= <= ^");
@@ -47,7 +47,7 @@ std::vector<conditions> conditions_in(std::string_view words) {
   return lists;
 }
 
-// As a scan takes them; the bounds become constants of the run.
+// Makes the conditions that a scan takes; the bounds become constants of the run.
 std::vector<std::vector<key_condition>> key_conditions(const std::vector<conditions>& lists, execution_context& run) {
   std::vector<std::vector<key_condition>> made(lists.size());
   for (std::size_t n = 0; n < lists.size(); ++n) {
@@ -120,7 +120,7 @@ class Scan : public testing::Test {
   std::int64_t small() { return static_cast<std::int64_t>(below(9)) - 4; }
   std::int64_t millionths() { return small() / 4 * 250'000 + small() / 2; }  // neighbours
 
-  // Long enough to need several chunks now and then.
+  // Makes texts long enough to need several chunks now and then.
   std::u16string letters() {
     std::u16string units(below(6) == 0 ? 32 + below(4) * 15 : 0, u'a');
     for (std::size_t left = below(4); left != 0; --left) units += u"aB\u00E9\u4E2D\xD800"[below(5)];
@@ -183,7 +183,7 @@ class Scan : public testing::Test {
     return below(6) == 0 ? all[below(all.size())] : usual;
   }
 
-  // A number that may lie between two values of the column, at its limits or beyond them.
+  // Makes a number that may lie between two values of the column, at its limits or beyond them.
   value number() {
     const auto halves = static_cast<double>(2 * millionths() + small() / 4);  // of millionths
     const value kinds[] = {u(below(9)),
@@ -224,7 +224,7 @@ class Scan : public testing::Test {
     return database.create_index(index);
   }
 
-  // The object numbers that a scan yields.
+  // Returns the object numbers that a scan yields.
   numbers scanned(std::uint64_t index, const key_list& keys, const std::vector<conditions>& ranges, bool ascending) {
     execution_context run{{}, {}, {u(7)}, context.handle()};
     std::vector<meta_data::key_column> columns;
@@ -244,7 +244,7 @@ class Scan : public testing::Test {
     return found;
   }
 
-  // What the index holds, in the order of the walk, as far as it meets all conditions.
+  // Returns what the index holds and meets all conditions, in the order of the walk.
   numbers filtered(const key_list& keys, const std::vector<conditions>& ranges, bool ascending) const {
     numbers found;
     for (std::uint64_t number = 1; number <= objects.size(); ++number) {
@@ -319,8 +319,8 @@ TEST_F(Scan, yields_what_a_filter_yields_in_the_order_of_the_index) {
   }
 }
 
-// Otherwise it may yield more, which a filter takes out, but never less, and nothing where one column's conditions
-// cannot be met, whatever the others say.
+// Without equality a scan may yield more, which a filter takes out. It never yields less, and yields nothing where the
+// conditions of one column cannot be met, whatever the others say.
 TEST_F(Scan, never_loses_an_object_and_is_empty_where_a_column_is) {
   const key_list keys = {{3, true}, {2, true}, {5, false}};
   const std::uint64_t index = index_over(keys);
@@ -358,7 +358,7 @@ constexpr key_column set{set_specifier, true};
 
 class ScanKeys : public testing::Test {
  protected:
-  // The ends of a scan: "[5,lowest .. 7,max) down", in the order in which they are handed over.
+  // Says the ends of a scan, "[5,lowest .. 7,max) down", in the order in which they are handed over.
   std::string ends(const column_list& columns, const std::vector<conditions>& ranges, bool ascending = true) {
     return outcome([&] {
       execution_context run{{}, {}, {}, context.handle()};

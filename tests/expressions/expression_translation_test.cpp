@@ -36,7 +36,7 @@ class ExpressionTranslation : public OperatorTest {
     return any;
   }
 
-  // An operation with so many operands becomes its operator; both stand in the type operator(operation).
+  // Expects an operation with so many operands to become its operator; both stand in the type operator(operation).
   template <class Operator, class Operation>
   void becomes(Operator (*)(Operation), std::size_t operand_count) {
     expect_class<Operator>(over_parameters<Operation>(operand_count));
@@ -46,7 +46,7 @@ class ExpressionTranslation : public OperatorTest {
     (becomes(static_cast<Pairs*>(nullptr), operand_count), ...);
   }
 
-  // The value of an operation whose operands are the parameters, which hold these values.
+  // Returns the value of an operation whose operands are the parameters, which hold these values.
   template <class Operation, class... Values>
   std::string value_of(const Values&... values) {
     context.variables = {values...};

@@ -6,8 +6,8 @@
 
 namespace tests {
 
-// LIKE by its recursive definition, for patterns whose escapes are right: the oracle of the matcher, and what a hostile
-// pattern keeps busy for years.
+// Matches LIKE by its recursive definition, for patterns whose escapes are right. It is the oracle of the matcher, and
+// is kept busy for years by a hostile pattern.
 inline bool naive_like(std::u16string_view text, std::u16string_view pattern) {
   if (pattern.empty()) return text.empty();
   const char16_t item = pattern[0];

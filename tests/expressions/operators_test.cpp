@@ -89,7 +89,7 @@ TEST_F(Operators, texts) {
                           "'x' '%a\\' = 7042 Escape character must be followed by a special character. [10]"});
   const std::u16string longer(500, u'x');
   EXPECT_EQ(run<operators::like>({text(longer), text(longer + u"%")}), "true [10]");
-  // A prefix only with a wildcard; in the last but one behind an escaped backslash.
+  // A prefix only with a wildcard; in the last but one after an escaped backslash.
   check<like_starts_with>({"'Abc%' = 'Abc' [0]", "'ab\\_c%' = 'ab_c' [0]", "'%abc' = '' [0]", "'abc' = '' [0]",
                            "'a\\%b' = '' [0]", "'a_b%' = 'a' [0]", "NULL = NULL [0]", "'a\\\\%' = 'a\\' [0]",
                            "x'' = 7020 [0]"});

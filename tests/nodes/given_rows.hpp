@@ -27,7 +27,7 @@
 
 namespace tests {
 
-// What happened to the enumerators of a node, in order: "+a-a" for a node named a.
+// Records what happens to the enumerators of a node, in order: "+a-a" for a node named a.
 struct journal {
   std::string events;
   int alive = 0;
@@ -98,7 +98,7 @@ inline std::vector<operator_ptr> columns(const std::vector<std::int16_t>& positi
   for (const std::int16_t position : positions) list.push_back(column(position));
   return list;
 }
-// The child's rows with the values of these expressions appended.
+// Gives the child's rows with the values of these expressions appended.
 inline std::unique_ptr<node> extended(std::unique_ptr<node> child, std::vector<operator_ptr> expressions) {
   return std::make_unique<projection>(std::move(child), std::move(expressions), projection::input_row::extended);
 }
@@ -109,8 +109,8 @@ std::vector<Item> list_of(Items... items) {
   return made;
 }
 
-// Runs a node to its end with these values on the row stack: its rows, or the error. The stack is as long after every
-// call as before, and the end stays the end.
+// Runs a node to its end with these values on the row stack and returns its rows, or the error. Expects the stack to be
+// as long after every call as before, and the end to stay the end.
 inline rows rows_of(const node& root, row enclosing = {}, std::vector<value> constants = {}) {
   execution_context context{std::move(constants), {}, std::move(enclosing), 0};
   const std::size_t depth = context.row_stack.size();
@@ -130,7 +130,7 @@ inline std::string run(const node& root, const row& enclosing = {}, const std::v
   return outcome([&] { return rows_of(root, enclosing, constants); });
 }
 
-// Cases "words = result".
+// Checks cases "words = result".
 inline void check(std::initializer_list<std::string> cases, const std::function<std::string(const std::string&)>& run) {
   for (const std::string& each : cases) {
     const std::string words = each.substr(0, each.find("= "));

@@ -69,7 +69,7 @@ TEST(FullJoin, takes_only_truth_values_and_opens_left_first) {
 
 namespace kinds = ov::sql_executor::aggregates;
 
-// One aggregate over one column of the values.
+// Checks one aggregate over one column of values.
 template <class Kind>
 void check_over(std::initializer_list<std::string> cases) {
   check(cases, [](const std::string& words) {
@@ -116,7 +116,7 @@ TEST(Aggregator, groups_in_first_seen_order_with_aggregates_before_keys) {
   EXPECT_EQ(run(aggregator(given(input), columns({1, 0}), {})), "(i1 i5)(i1 NULL)(NULL u5)");
 }
 
-// Values that are equal to others of theirs and values that look as if they were.
+// Makes values that equal others, and values that look as if they did.
 value any_key(std::mt19937& random, std::int64_t different) {
   const std::int64_t number = static_cast<std::int64_t>(random() >> 1) % different;
   const row list = vals("d-0 d0 dnan NULL bytes'800102' x'800102'");
@@ -134,7 +134,7 @@ TEST(Aggregator, finds_its_groups_again_and_no_other) {
     const std::vector<std::int16_t> keys =
         round % 3 == 0 ? std::vector<std::int16_t>{0} : std::vector<std::int16_t>{0, 1};
     rows input;
-    rows groups;  // each behind the number of its rows
+    rows groups;  // each after the number of its rows
     for (std::size_t left = round == 1 ? 3000 : random() % 200; left != 0; --left) {
       row& key = input.emplace_back();
       for (std::size_t n = 0; n < keys.size(); ++n) key.push_back(any_key(random, different));

@@ -53,8 +53,8 @@ TEST(GenerativeAssignment, makes_one_row_even_of_null) {
   EXPECT_FALSE(source->next(context));
 }
 
-// Units of which many have up to some hundred in common, and which are each other's beginnings, some of them followed
-// by zeros.
+// Makes units of which many have up to some hundred in common, and which are each other's beginnings, some of them
+// followed by zeros.
 template <class Units>
 Units long_units(std::uint64_t number, char first) {
   using unit = typename Units::value_type;
@@ -65,7 +65,7 @@ Units long_units(std::uint64_t number, char first) {
   return units;
 }
 
-// One of so many keys of a kind, or NULL for the first of them.
+// Makes one of so many keys of a kind, or NULL for the first of them.
 constexpr unsigned key_kinds = 9;
 value key_of(std::uint64_t kind, std::uint64_t number) {
   const auto signed_number = static_cast<std::int64_t>(number);
@@ -147,7 +147,7 @@ TEST(OrderBy, finds_its_keys_behind_enclosing_rows_in_rows_of_any_length) {
   EXPECT_EQ(run(order_by(given("(i3)(NULL i5)(i2)"), columns({2}), {false}), vals("i9 i9")), "(i3)(i2)(NULL i5)");
 }
 
-// Rows of references are kept in less room while all are of one table and have small numbers.
+// Rows of references are kept in less memory while all are of one table and have small numbers.
 TEST(OrderBy, gives_references_back_whole) {
   constexpr std::uint64_t large = std::uint64_t{1} << 40;
   const rows lists[] = {{{OV_OBJ_REF{3, 7}}, {OV_OBJ_REF{2, 7}}, {OV_OBJ_REF{1, 7}}},
@@ -194,7 +194,7 @@ TEST(OrderBy, refuses_what_cannot_be_ordered_when_it_is_opened) {
                              constant(0), constant(1));
     EXPECT_EQ(run(first, {}, vals("u1 u0")), error) << "behind rows that were dropped";
   }
-  // The second key of a row that is not wanted any more.
+  // Fails at the second key of a row that is not wanted any more.
   for (const auto& [last, error] : {std::pair(val("'x'"), "4711"), std::pair(valueless(), bad_variant)}) {
     rows many(20'000, vals("i1 i1"));
     many.push_back({i(2), last});
@@ -315,7 +315,7 @@ TEST(Union, yields_all_rows_of_the_left_then_of_the_right) {
   EXPECT_EQ(log->events, "+l+r-l-r");
 }
 
-// Wherever a node stands.
+// Holds wherever a node stands.
 TEST(Describe, says_what_each_node_is) {
   auto grouped = std::make_unique<aggregator>(given("(i1)"), columns({0}), std::vector<aggregate_entry>());
   auto sorted = std::make_unique<order_by>(std::move(grouped), columns({0, 0}), std::vector{true, false});
@@ -344,7 +344,7 @@ TEST(PartsOfTheHost, find_nothing_but_the_rows_in_scope_on_the_row_stack) {
   EXPECT_EQ(run(*extended(given("(i5)"), made())), "(i5 u1 i5 u1)");
 }
 
-// As whoever evaluates a subquery does.
+// Uses the row stack as whoever evaluates a subquery does.
 struct busy final : operators::operator_base {
   value evaluate(execution_context& context) const override {
     const std::size_t size = context.row_stack.size();

@@ -21,7 +21,7 @@ class foreign final : public node {
   std::unique_ptr<node> hidden_;
 };
 
-// One value per row, by the outer row's at position 0: two rows of 20 and 21 for (i2), none for (i0).
+// Gives one value per row, by the outer row's at position 0: two rows of 20 and 21 for (i2), none for (i0).
 std::unique_ptr<node> by_outer_row() {
   return given([](const execution_context& context) {
     rows all;

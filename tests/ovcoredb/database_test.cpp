@@ -1,4 +1,4 @@
-// What the host defines and loads is what the C interface reads, and what is refused leaves nothing behind.
+// What the host defines and loads is what the C interface reads, and what is refused changes nothing.
 #include "ovcoredb/database.hpp"
 
 #include <gmock/gmock.h>
@@ -86,7 +86,7 @@ TEST_F(database_test, unique_index_keeps_its_first_object) {
 
 using components = std::vector<std::uint64_t>;  // of an object or an end, which may say less; 0 is no value, the lowest
 
-// In the order of an index whose columns descend as these bits say.
+// Orders as an index whose columns descend as these bits say.
 int order_of(const components& object, const components& end, unsigned descending) {
   for (std::size_t n = 0; n < end.size(); ++n) {
     const int order = object[n] < end[n] ? -1 : 1;
@@ -101,7 +101,7 @@ std::vector<std::uint8_t> key_of(const components& end) {
   return key.end();
 }
 
-// Every range over two columns of few values.
+// Tries every range over two columns of few values.
 TEST_F(database_test, ranges_hold_what_lies_between_their_ends) {
   std::vector<components> objects;
   std::vector<components> ends = {{}, {2}, {1, 9}, {2, 9}};
@@ -143,7 +143,7 @@ TEST_F(database_test, ranges_hold_what_lies_between_their_ends) {
 }
 
 // Columns and blocks of indexes move to large pages as they grow, some of them when entries are put between others.
-// What is refused leaves no bytes behind, wherever among the groups of a column it would have stood.
+// What is refused leaves no bytes, wherever among the groups of a column it would have stood.
 TEST_F(database_test, large_tables_hold_what_was_loaded) {
   constexpr std::uint64_t count = 300'000;
   const auto key_of = [](std::uint64_t row) { return row * 0x9E3779B97F4A7C15; };  // no two alike, in no order

@@ -18,7 +18,7 @@ class key_writer {
     for (int shift = 56; shift >= 0; shift -= 8) bytes_.push_back(static_cast<std::uint8_t>(word >> shift));
     return *this;
   }
-  // Of a text that one chunk takes.
+  // Writes a text that fits one chunk.
   key_writer& text(const std::u16string& units) {
     std::vector<std::uint8_t> encoded(orv_convert_ucs2_to_turbotext(units.c_str(), 0, nullptr, 0));
     orv_convert_ucs2_to_turbotext(units.c_str(), 0, encoded.data(), static_cast<std::uint32_t>(encoded.size()));
@@ -30,14 +30,14 @@ class key_writer {
     return *this;
   }
 
-  // Ends with the terminator itself, so that a sanitizer sees a core that reads further.
+  // Ends with the terminator and no padding, so that a sanitizer sees a core that reads further.
   std::vector<std::uint8_t> end() { return raw({0xC0}).bytes_; }
 
  private:
   std::vector<std::uint8_t> bytes_;
 };
 
-// The objects of a range, or nothing but the status in `status` if the core refuses it.
+// Returns the objects of a range. Returns none where the core refuses it, and writes its status to `status`.
 inline std::vector<std::uint64_t> walk(std::uint64_t context, std::uint64_t index, std::uint32_t flags,
                                        const std::vector<std::uint8_t>& first, const std::vector<std::uint8_t>& last,
                                        std::uint32_t* status = nullptr) {

@@ -38,7 +38,7 @@ struct status_test : testing::Test {
     return iterator;
   }
 
-  // Calls it and sees that nothing is written when it is refused.
+  // Calls it and expects that nothing is written when it is refused.
   template <class Out>
   std::uint32_t call(getter<Out> get, std::uint64_t on, OV_OBJ_REF of, std::uint32_t column) {
     Out out;
@@ -129,7 +129,7 @@ TEST_F(status_test, keys_that_are_not_well_formed) {
       {by_open, key_writer().number(2).end()},               // no bool
       {db.by_name, {0x40}},                                  // not a text
       {db.by_name, {0x21, 'a', 0xC0}},                       // text without its end
-      {db.by_name, {0x21, 'a', 0x01, 'b', 0x80, 0xC0}}};     // another chunk behind one that is not full
+      {db.by_name, {0x21, 'a', 0x01, 'b', 0x80, 0xC0}}};     // another chunk after one that is not full
   for (const bytes& behind_text :
        {bytes{0x20},        // a binary has at least its first byte
         bytes{0x21, 0x02},  // neither value nor highest

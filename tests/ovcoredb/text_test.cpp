@@ -38,7 +38,7 @@ std::u16string base_form(const std::u16string& text) {
   return decode(orv_convert_turbotext_to_base_ucs2, encode(text));
 }
 
-// The bits of the text, one per character.
+// Spells the bits of the text, one per character.
 std::string bits(const bytes& encoded) {
   std::string all;
   for (std::size_t i = 1; i < encoded.size(); ++i) {
@@ -50,7 +50,7 @@ std::string bits(const bytes& encoded) {
 std::u16string random_text(std::mt19937& random) {
   static constexpr char16_t units[] = {1,     0x1F,  0x20,   0x3F,   0x40,   0x5F,   0x60,   0x7F,   0x80,
                                        0x87F, 0x880, 0x20AC, 0xD7FF, 0xD800, 0xDC00, 0xDFFF, 0xE000, 0xFFFF};
-  // Short ones that are often alike, and long ones of long runs of ASCII.
+  // Makes short texts that are often alike, and long ones of long runs of ASCII.
   const bool is_long = random() % 4 == 0;
   std::u16string text(random() % (is_long ? random() % 16 == 0 ? 400 : 70 : 6), u'\0');
   for (char16_t& unit : text) {

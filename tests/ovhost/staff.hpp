@@ -32,7 +32,7 @@ class Staff : public tests::HostTest {
     return load_csv(database, table, input, "staff.csv", options);
   }
 
-  // What is refused so leaves nothing behind.
+  // Expects that what is refused changes nothing.
   template <class Error, class Action>
   void expect_refused(const std::string& message, Action action) {
     const std::uint64_t before = database.object_count();

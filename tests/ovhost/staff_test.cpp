@@ -53,7 +53,7 @@ TEST_F(Staff, RefusesOptionsThatDoNotFitTheTable) {
   expect_refused<csv_error>(".:0: the file cannot be read", [&] { load_csv_file(database, "Staff.Person", "."); });
 }
 
-// Fields in brackets, ~ for nothing, each row after the number of its line: "1[a][~] 2[b]".
+// Spells fields in brackets, ~ for nothing, each row after the number of its line: "1[a][~] 2[b]".
 TEST(CsvReader, SplitsRowsAndFields) {
   const std::pair<std::string, std::string> cases[] = {
       {"", ""},
@@ -64,7 +64,7 @@ TEST(CsvReader, SplitsRowsAndFields) {
       {"\"a\r\nb\",c\nd,e\n", "1[a\r\nb][c] 3[d][e]"},
       {" a , b\n", "1[ a ][ b]"},
       {"\n\na\n\r\nb\n", "3[a] 5[b]"},
-      {"\xEF\xBB\xBFname\nAda\n", "1[name] 2[Ada]"},  // behind a byte order mark
+      {"\xEF\xBB\xBFname\nAda\n", "1[name] 2[Ada]"},  // after a byte order mark
       {"Zürich,東京\n", "1[Zürich][東京]"}};
   for (const auto& [text, rows] : cases) {
     std::istringstream input(text);

@@ -22,7 +22,7 @@
 namespace tests {
 namespace {
 
-// The bytes from the start on that nobody has written to; the sanitizer takes them for somebody's locals.
+// Counts the bytes from the start on that nobody has written to; the sanitizer takes them for somebody's locals.
 __attribute__((no_sanitize("address"))) std::size_t count_untouched(const unsigned char* bytes, std::size_t size) {
   std::size_t count = 0;
   while (count < size && bytes[count] == 0) ++count;
@@ -73,7 +73,7 @@ using namespace physical_queryplan;             // NOLINT: the alternatives are 
 using namespace physical_queryplan::QueryPlan;  // NOLINT
 using ovhost::plan;
 
-// Parameters, so that the list of literals stays short: 0 is 1, 1 is true, 2 is false, 3 a text.
+// Makes parameters, so that the list of literals stays short: 0 is 1, 1 is true, 2 is false, 3 a text.
 expression parameter_of(std::uint64_t number) { return literal(parameter<std::int64_t>{number}); }
 expression one() { return parameter_of(0); }
 computed<std::int64_t> column(std::uint32_t number) { return {{number, 0, 0, 0}}; }
@@ -100,7 +100,7 @@ template <class Operation>
 nesting right(std::uint64_t other = 0) {
   return [=](expression inner) { return make<Operation>(parameter_of(other), std::move(inner)); };
 }
-// The inner one is the condition (0) or one of the branches (1, 2).
+// Nests the inner one as the condition (0) or as one of the branches (1, 2).
 nesting when(ovhost::value_kind kind, std::size_t place) {
   return [=](expression inner) {
     expression any = ovhost::when_as(kind, parameter_of(place == 1 ? 1 : 2), one(), one());
@@ -159,7 +159,7 @@ plan extend(std::uint32_t number, expression any, plan child) {
   assignments[0] = {std::move(any), column(number)};
   return ovhost::extend(std::move(assignments), std::move(child));
 }
-// One row with columns 1 and 2.
+// Gives one row with columns 1 and 2.
 plan two_columns() { return extend(2, one(), generate(1)); }
 
 // The outer node, and its level: some nodes must differ from the one inside.

@@ -29,11 +29,11 @@ class Planning : public HostTest {
   plan where_size(expression bound) { return ovhost::scan(s, "by_size", {ovhost::key::equal(std::move(bound))}); }
   plan only(expression item) { return project({std::move(item)}, all(t)); }
   plan where(expression predicate) { return project({t}, ovhost::filter(std::move(predicate), all(t))); }
-  // "ok" or the error.
+  // Returns "ok" or the error.
   static std::string planned(plan of) {
     return outcome([&] { static_cast<void>(physical_to_exec::Plan(std::move(of))); });
   }
-  // Several plans that end alike.
+  // Checks several plans that end alike.
   template <class... Plans>
   static void expect_planned(const char* result, Plans... plans) {
     for (int number = 1; const std::string& each : {planned(std::move(plans))...}) {

@@ -36,7 +36,7 @@ class random_query {
  public:
   explicit random_query(std::mt19937& random) : random_(random) {}
 
-  // A query of about that many steps, with its columns projected.
+  // Makes a query of about that many steps, with its columns projected.
   query_pair make(int steps) {
     query_pair made = relation(steps);
     std::vector<ovhost::expression> items;
@@ -139,7 +139,7 @@ class random_query {
             "SELECT " + list + of.from() + (key_list.empty() ? "" : " GROUP BY " + key_list), std::move(made)};
   }
 
-  // Ordered by every column, so that it does not matter which of equal rows are left out.
+  // Orders by every column, so that it does not matter which of equal rows are left out.
   query_pair limited(query_pair of) {
     std::vector<ovhost::order_key> keys;
     std::string list;
@@ -238,7 +238,7 @@ class random_query {
     return {plan, "(" + left.sql + ") " + sign + " (" + right.sql + ")"};
   }
 
-  // Small numbers: nothing overflows, and division is left out, which differs.
+  // Uses small numbers: nothing overflows. Leaves out division, which differs.
   both_ways number(const columns& of, int depth = 2) {
     const both_ways* column = pick(of, false);
     if (column == nullptr || below(5) == 0) {
@@ -270,7 +270,7 @@ class random_query {
   int names_ = 0;
 };
 
-// The same tables in both databases.
+// Has the same tables in both databases.
 class RandomQueries : public HostTest {
  protected:
   RandomQueries() : HostTest({definition("r"), definition("s")}, {}) {

@@ -13,7 +13,7 @@ namespace {
 // Not an exception of the library nor of the standard: nothing in between may take it for its own.
 struct evaluation_failure {};
 
-// Evaluations until one fails; 0: none does.
+// Counts down to the evaluation that fails; at 0 none does.
 std::uint64_t evaluations_left = 0;
 
 struct failing_operand final : operators::operator_base {
@@ -83,7 +83,7 @@ class EvaluationFaults : public testing::Test {
     add("extension", tree<projection>(input(), list_of(at(1), small()), projection::input_row::extended));
     add("order", tree<order_by>(input(), list_of(at(1), small(), at(2)), std::vector<bool>{true, false, true}));
     add("groups", tree<aggregator>(input(), list_of(at(1), at(0)), every_aggregate()));
-    // So many that rows are looked at ahead, which begins behind some thousand of them.
+    // So many that rows are looked at ahead, which begins after some thousand of them.
     rows many;
     for (std::int64_t n = 0; n < 1050; ++n) {
       const std::int64_t group = n % 3 == 0 || n < 1030 ? n : n % 7;

@@ -40,7 +40,7 @@ void* allocate(std::size_t size, std::size_t alignment = alignof(std::max_align_
   return std::aligned_alloc(alignment, (size + alignment) / alignment * alignment);
 }
 
-// Who asks in this way goes on without: it is no failure of its own, but one of those from then on.
+// A caller that asks in this way goes on without memory: it is no failure of its own, but one of those from then on.
 void* allocate_or_not(std::size_t size, std::size_t alignment = alignof(std::max_align_t)) noexcept {
   const bool is_failing = now.failures != 0 && now.calls_left != 0 && core_shim::where() == now.in;
   const bool was_paused = std::exchange(paused, true);

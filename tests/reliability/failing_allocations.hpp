@@ -12,10 +12,10 @@ namespace failing_allocations {
 extern bool paused;         // what the host does for itself is not made to fail
 extern std::int64_t alive;  // allocations that are not freed, made and freed outside of core and shim
 
-// The k-th allocation from now on (the next one is 1) that is made in that place throws std::bad_alloc.
+// Makes the k-th allocation from now on (the next one is 1) in that place throw std::bad_alloc.
 void fail(std::uint64_t k, core_shim::repeat how, core_shim::place in);
 
-// Nothing fails any more. Returns how often something did.
+// Lets nothing fail any more. Returns how often something did.
 std::uint64_t stop();
 
 }  // namespace failing_allocations

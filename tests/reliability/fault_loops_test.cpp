@@ -47,7 +47,7 @@ rows run(const runnable& planned, std::uint64_t context_handle, const std::vecto
   return all;
 }
 
-// How something is made to fail, and how the statement should end.
+// Says how something is made to fail, and how the statement should end.
 struct fault {
   std::function<void(std::uint64_t k)> begin;
   std::function<std::uint64_t()> end;  // how often it failed
@@ -55,7 +55,7 @@ struct fault {
   bool in_new_context = false;
 };
 
-// Nothing fails any more when it goes, be it by an exception.
+// Lets nothing fail any more at its end, be it by an exception.
 struct ending {
   const fault& with;
   std::uint64_t& failures;
@@ -111,7 +111,7 @@ class FaultLoops : public testing::Test {
     return failures != 0;
   }
 
-  // Every point of every plan; how many there are.
+  // Checks every point of every plan. Returns how many there are.
   std::uint64_t check_all(const fault& with) {
     std::uint64_t points = 0;
     for (const catalogued_plan& each : catalogue.plans) {
@@ -150,7 +150,7 @@ TEST_F(FaultLoops, a_failing_allocation_leaves_as_bad_alloc) {
   EXPECT_GE(points * stride, 5000U);
 }
 
-// In contexts that have not been used, where the core still has to make room.
+// Uses contexts that have not been used, where the core still has to grow.
 TEST_F(FaultLoops, a_failing_allocation_in_the_core_leaves_as_its_status) {
   const std::string status = std::to_string(ORV_OUT_OF_MEMORY);
   const std::uint64_t points = check_all(allocation(repeat::once, place::core, status));
@@ -173,13 +173,14 @@ TEST_F(FaultLoops, a_failing_core_call_leaves_as_its_status) {
   EXPECT_GE(points * stride, 5000U);
 }
 
-// Some calls say so of a column without a value, and for others it is a failure.
+// Some calls have this status for a column without a value, and for others it is a failure.
 TEST_F(FaultLoops, no_value_from_any_core_call_does_no_harm) {
   check_all(core_call(ORV_NO_VALUE, repeat::once));
   if (!is_slow) check_all(core_call(ORV_NO_VALUE, repeat::from_then_on));
 }
 
-// Of more groups than the catalogue has rows, some rows wait for others. Most of the allocations are those of the rows.
+// With more groups than the catalogue has rows, some rows wait for others. Most of the allocations are those of the
+// rows.
 TEST(ManyGroups, survive_allocations_that_fail) {
   namespace kinds = aggregates;
   const auto log = std::make_shared<journal>();

@@ -1,4 +1,4 @@
-// What a host defines and loads, with every allocation failing in turn: a call that throws has left nothing behind, the
+// What a host defines and loads, with every allocation failing in turn: a call that throws has changed nothing, the
 // same call succeeds afterwards, and so do those that build upon it.
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ struct world {
   ovhost::session reading{database};
   std::optional<ovhost::schema> definitions;
 
-  // Everything that the metadata list, and how many objects there are.
+  // Spells everything that the metadata list, and how many objects there are.
   std::string contents() const {
     std::string all = std::to_string(database.object_count()) + " objects";
     if (!definitions) return all;
@@ -50,7 +50,7 @@ struct world {
   }
 };
 
-// The last table is there to come after everything else.
+// The last table comes after everything else.
 const std::pair<const char*, std::function<void(world&)>> steps[] = {
     {"the metadata themselves", [](world& of) { of.definitions.emplace(of.database); }},
     {"several tables",
@@ -104,8 +104,9 @@ bool check_point(world& of, std::size_t step, std::uint64_t k, repeat how, place
   return failures != 0;
 }
 
-// Every point of every step, failing once and, in a second round, from then on; how many there are. For failures in the
-// core the worlds stay until the end, so that each has contexts that have not been used, in which the core makes room.
+// Checks every point of every step, failing once and, in a second round, from then on. Returns how many there are. For
+// failures in the core the worlds stay until the end, so that each has contexts that have not been used, in which the
+// core grows.
 std::uint64_t check_all(place in) {
   std::vector<std::unique_ptr<world>> worlds;
   const auto check_step = [&](std::size_t step, repeat how) {
@@ -135,7 +136,7 @@ TEST(HostFaults, a_failing_allocation_leaves_nothing_behind) {
   EXPECT_GE(points, 300U);
 }
 
-// The core keeps the room of contexts that have ended: those that other tests have used are kept out of the way.
+// The core keeps the memory of contexts that have ended: those that other tests have used are held out of the way.
 TEST(HostFaults, a_failing_allocation_in_the_core_leaves_nothing_behind) {
   constexpr std::size_t most_used_by_other_tests = 3000;
   const ovcoredb::database elsewhere;

@@ -197,7 +197,7 @@ void plan_catalogue::add_aggregates() {
   const table_variable t = t_;
   const auto all = [=] { return scan(t, "by_number"); };
   const auto state = query_.define("state", t["state"]);
-  // Not all in one plan: what the loops take grows with the square of its size.
+  // Splits them over several plans: what the loops take grows with the square of the size of one.
   const std::pair<const char*, const char*> pairs_of_properties[] = {
       {"name", "state"},  {"size", "before"}, {"rank", "share"},
       {"area", "height"}, {"port", "crest"},  {"object_number", "object_type"}};
@@ -276,7 +276,7 @@ void plan_catalogue::add_orders() {
   add("limit of an order", {t["name"]}, [=] { return limit(lit(3), lit(2), order({descending(t["name"])}, all())); });
 }
 
-// Statements whose planning or run ends with an error of their own.
+// Adds statements whose planning or run ends with an error of their own.
 void plan_catalogue::add_errors() {
   const table_variable t = t_;
   const auto all = [=] { return scan(t, "by_number"); };

@@ -46,7 +46,7 @@ class plan_catalogue {
   void add_orders();
   void add_errors();
 
-  // A plan of these columns over a child, which may end with an error, or of computations.
+  // Adds a plan of these columns over a child, which may end with an error, or of computations.
   void add(const char* name, const columns& items, const child& below);
   void fail(const char* error, const char* name, const columns& items, const child& below);
   void add_computed(const char* name, const columns& computed, const char* error = "");

@@ -38,7 +38,7 @@ struct foreign final : thing {
   std::string& gone;
 };
 
-// As if each destroyed its own parts, but after its own members; what is not of the family goes at once.
+// Each part destroys its own parts, as it seems, after its own members; a part of another class goes at once.
 TEST(DestroyedInTurn, parts_go_before_those_that_wait_and_in_order) {
   std::string gone;
   {

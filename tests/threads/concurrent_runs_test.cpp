@@ -20,7 +20,7 @@ class Threads : public HostTest {
   }
 };
 
-// Each item with its successor, for names that contain a letter; grouped by name, with a text computed per row.
+// Joins each item with its successor, for names that contain a letter; groups by name, with a text computed per row.
 plan joined_and_grouped() {
   query q;
   const auto left = q.over("item", "l");

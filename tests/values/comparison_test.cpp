@@ -24,7 +24,7 @@ std::string sign_of(std::partial_ordering order) {
   return order < 0 ? "<" : order > 0 ? ">" : order == 0 ? "=" : "unordered";
 }
 
-// < = > or unordered, NULL, or the error.
+// Spells < = > or unordered, NULL, or the error.
 std::string compared(const value& left, const value& right) {
   return outcome([&] {
     const auto order = compare_values(view_of(left), view_of(right));
@@ -65,7 +65,7 @@ TEST(Comparison, orders_bytes_units_and_object_numbers) {
 
 using rational = boost::multiprecision::cpp_rational;
 
-// The mathematical number that a value denotes, one beyond all others for an infinite one, and none for a NaN.
+// Returns the mathematical number that a value denotes, one beyond all others for an infinite one, and none for a NaN.
 std::optional<rational> exact(const value& any) {
   return std::visit(
       []<class T>(const T& held) -> std::optional<rational> {
@@ -115,7 +115,7 @@ row boundary_values() {
   return list;
 }
 
-// Numbers of any magnitude, each in every type that can come near it.
+// Adds numbers of any magnitude, each in every type that can come near it.
 void add_random_values(row& list, std::mt19937_64& random) {
   for (int count = 0; count < 25; ++count) {
     const std::uint64_t bits = random() >> random() % 64;
@@ -148,7 +148,7 @@ constexpr std::uint64_t hash_seed = 0x0123456789ABCDEF;
 
 std::uint64_t hash_of(const value& any) { return key_hash(hash_seed, view_of(any)); }
 
-// What a hash that is known from elsewhere becomes on top of the seed.
+// Puts a hash that is known from elsewhere on top of the seed.
 std::uint64_t combined(std::size_t hash) {
   std::size_t sum = hash_seed;
   boost::hash_combine(sum, hash);
@@ -195,8 +195,8 @@ TEST(GroupKey, hashes_are_the_stated_ones) {
   EXPECT_THROW(hash_of(valueless()), std::bad_variant_access);
 }
 
-// Whether two values are equal keys, as they are and as a list of many keeps the first: beside a reference to another
-// table, and with texts in either place.
+// Tells whether two values are equal keys, as they are and as a list of many keeps the first: beside a reference to
+// another table, and with texts in either place.
 bool are_equal_keys(const value& kept, const value& seen) {
   const bool equal = kept.index() == seen.index() && key_equal(view_of(kept), view_of(seen));
   for (const auto how : {packed_values::texts::packed, packed_values::texts::out_of_line}) {

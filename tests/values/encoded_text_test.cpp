@@ -15,7 +15,7 @@ text_view view(const byte_list& encoded) { return {encoded}; }
 
 // Reads an encoded text by its definition, a bit at a time.
 struct bit_model {
-  std::string payload;     // all bits behind the header, unused ones included
+  std::string payload;     // all bits after the header, unused ones included
   std::size_t length = 0;  // how many of them are the text
 
   explicit bit_model(const byte_list& encoded) {
@@ -30,7 +30,7 @@ struct bit_model {
     if (unused < payload.size()) length = payload.size() - static_cast<std::size_t>(unused);
   }
 
-  // Whole bytes of the common length are compared, with what stands behind the last bit of it.
+  // Compares whole bytes of the common length, with what stands after its last bit.
   std::strong_ordering order(const bit_model& other) const {
     const std::size_t common = (std::min(length, other.length) + 7) / 8 * 8;
     const std::strong_ordering by_bytes = payload.substr(0, common) <=> other.payload.substr(0, common);
@@ -42,7 +42,7 @@ struct bit_model {
   }
 };
 
-// Few different bytes, so that texts often agree in their beginnings.
+// Makes texts of few different bytes, which often agree in their beginnings.
 byte_list random_text(std::mt19937_64& random) {
   // The last but one says more than 64 bits.
   static const row headers = vals(

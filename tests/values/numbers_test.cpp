@@ -196,7 +196,7 @@ TEST(DecimalArithmetic, rounds_half_away_from_zero_and_stays_in_range) {
   for (const auto& [of, negated] : {std::pair(-top, top), {INT64_MIN, INT64_MIN}}) EXPECT_EQ(negate({of}).raw, negated);
 }
 
-// A number that a Decimal can hold, rounded from the exact one; or the error. (Boost's 50-digit decimals are no oracle
+// Rounds an exact number to one that a Decimal can hold, or returns the error. (Boost's 50-digit decimals are no oracle
 // here: their quotient of 3 and 6 is a little below a half.)
 std::string rounded(const fraction& exact) {
   if (abs(exact) > top) return "7041";
@@ -205,7 +205,7 @@ std::string rounded(const fraction& exact) {
   return std::to_string(exact < 0 ? -size : size);
 }
 
-// Raw values of all magnitudes, small ones and the edges of the range preferred, some outside.
+// Makes raw values of all magnitudes, small ones and the edges of the range preferred, some outside.
 std::int64_t any_raw(std::mt19937_64& random) {
   const auto bits = static_cast<std::int64_t>(random());
   const std::uint64_t kind = random() % 8;

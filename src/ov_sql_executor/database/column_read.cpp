@@ -16,14 +16,14 @@ namespace {
 using operator_library::Decimal;
 using operator_library::NullValue;
 using operator_library::SetSpecifier;
-using ov::sql_executor::append_shown;
+using ov::sql_executor::append_from_view;
 using ov::sql_executor::binary_view;
 using ov::sql_executor::text_view;
 using ov::sql_executor::type_code;
 using ov::sql_executor::value;
 using ov::sql_executor::value_view;
 
-// Calls a getter and hands out what it wrote as the alternative of a view.
+// Calls a getter and hands what it wrote to take_value, as an alternative of value_view.
 template <class Raw, class Convert, class Take>
 decltype(auto) take(std::uint32_t (*getter)(std::uint64_t, std::uint64_t, std::uint64_t, std::uint32_t, Raw*),
                     std::uint64_t context, const OV_OBJ_REF& object, std::uint32_t column, Convert convert,
@@ -48,7 +48,7 @@ std::span<const std::uint8_t> bytes_of(const ORV_BYTES& lent) {
   return {lent.bytes, static_cast<std::size_t>(lent.length)};
 }
 
-// Hands the column's value to take_value, which is called once: an alternative of value_view, or a set specifier.
+// Calls take_value once with the column's value: an alternative of value_view, or a set specifier.
 template <class Take>
 decltype(auto) take_column(type_code type, std::uint64_t context, const OV_OBJ_REF& object, std::uint32_t column,
                            Take&& take_value) {
@@ -102,7 +102,7 @@ void append_column(type_code type, std::uint64_t context, OV_OBJ_REF object, std
     if constexpr (std::is_same_v<std::remove_cvref_t<Read>, SetSpecifier>) {
       list.emplace_back(std::forward<Read>(read));
     } else {
-      append_shown(list, read);
+      append_from_view(list, read);
     }
   });
 }

@@ -9,14 +9,14 @@
 
 namespace db_util {
 
-// Reads one column of one object with the one core call that its type has. A column without a value gives NULL; any
-// other failure throws db_exception with the core's status. The second word carries the tag of the table that declares
-// the column. Texts and binaries are lent by the core and valid until the next core call on the context; a set
-// specifier, which takes no column, is copied into scratch.
+// Reads one column of one object with the one core call for its type. Gives NULL for a column without a value. Copies a
+// set specifier, which takes no column, into scratch. Requires: the second word carries the tag of the table that
+// declares the column. Throws db_exception with the core's status for any other failure. Valid until: the next core
+// call on the context, since the core lends texts and binaries.
 ov::sql_executor::value_view read_column(ov::sql_executor::type_code type, std::uint64_t context, OV_OBJ_REF object,
                                          std::uint32_t column, ov::sql_executor::value& scratch);
 
-// The same, as a value of its own at the end of a list.
+// Reads the column as read_column does, and appends a copy of its value to a list.
 void append_column(ov::sql_executor::type_code type, std::uint64_t context, OV_OBJ_REF object, std::uint32_t column,
                    std::vector<ov::sql_executor::value>& list);
 

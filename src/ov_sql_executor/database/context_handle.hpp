@@ -26,7 +26,7 @@ class OV_SQL_EXECUTOR_API ContextHandle {
 
 namespace metalayer {
 
-// The calling thread's metadata-layer context. Without state: assigning one to another does nothing.
+// The calling thread's metadata-layer context. Has no state: assigning one to another does nothing.
 class OV_SQL_EXECUTOR_API TlsContextHandle {
  public:
   TlsContextHandle() = default;

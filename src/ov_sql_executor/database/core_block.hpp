@@ -12,8 +12,8 @@ namespace db_util {
 
 static_assert(std::endian::native == std::endian::little, "counts and units of the core's blocks are little-endian");
 
-// The core's counted blocks: a 32-bit count, then that many bytes or UTF-16 units. The core keeps the block; these copy
-// it out, at once and without assuming an alignment.
+// These copy a counted block of the core: a 32-bit count, then that many bytes or UTF-16 units. The core keeps the
+// block and may change it at its next call. It need not be aligned.
 
 inline std::uint32_t block_count(const std::uint8_t* block) {
   std::uint32_t count = 0;

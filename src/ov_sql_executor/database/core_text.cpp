@@ -23,8 +23,8 @@ std::u16string to_units(to_units_call* convert, std::uint64_t context, text_view
   return units_of_block(block);
 }
 
-// The first call measures, the second converts. The core writes a zero unit after the text; units that it does not
-// write are zero.
+// Measures with the first call and converts with the second. The core writes a zero unit after the text. Units that it
+// does not write are zero.
 void append_units(to_units_free_call* convert, text_view text, unit_buffer& units) {
   const auto length = static_cast<std::uint32_t>(text.bytes.size());
   const auto count_of = [](std::int32_t result) {

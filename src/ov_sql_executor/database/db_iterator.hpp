@@ -12,18 +12,18 @@ namespace db_util {
 inline constexpr std::uint32_t metadata_iterator_flags =
     ORV_ITERATOR_FIRST_INCLUSIVE | ORV_ITERATOR_LAST_INCLUSIVE | ORV_ITERATOR_METADATA;
 
-// An iterator over a range of a metadata index, standing on an object. Owns the core's iterator; freeing must succeed,
-// or the process ends with a structured exception.
+// Iterates over a range of a metadata index. Owns the core's iterator. Ends the process with a structured exception
+// where the core fails to free it.
 class db_iterator {
  public:
-  // Opens the range from first_key to last_key and steps to its first object. The keys live as long as the iterator.
-  // Throws db_exception; what was opened is freed.
+  // Opens the range from first_key to last_key and steps to its first object. Requires: the keys live as long as the
+  // iterator. Throws db_exception; what was opened is freed.
   db_iterator(std::uint64_t context, std::uint64_t index, const std::uint8_t* first_key, const std::uint8_t* last_key);
   virtual ~db_iterator();
   db_iterator(const db_iterator&) = delete;
   db_iterator& operator=(const db_iterator&) = delete;
 
-  // The object stood on; not valid behind the last one.
+  // The current object. Not valid after the last one.
   const OvObjRef& current() const { return current_; }
 
   // Steps to the next object.
@@ -36,14 +36,14 @@ class db_iterator {
   OvObjRef current_;
 };
 
-// The keys of an iterator, made before it is.
+// Holds the keys of an iterator. A base class, so that they are made first.
 struct key_range {
   fixed_key first;
   fixed_key last;
 };
 
-// An iterator that keeps the keys of its range in itself. Fill is called with an empty key_range and writes and
-// terminates both keys.
+// Iterates over a range whose keys it holds. Calls fill with an empty key_range. Requires: fill writes and terminates
+// both keys.
 class db_iter_with_keys : private key_range, public db_iterator {
  public:
   template <class Fill>
@@ -59,7 +59,7 @@ class db_iter_with_keys : private key_range, public db_iterator {
   }
 };
 
-// The first object with this key, or the zero reference.
+// Finds the first object with this key; the zero reference if there is none.
 OV_OBJ_REF find_object(std::uint64_t context, std::uint64_t index, const fixed_key& key);
 
 }  // namespace db_util

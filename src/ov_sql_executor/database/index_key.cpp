@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <boost/endian/conversion.hpp>
+#include <cassert>
 #include <concepts>
 #include <cstring>
 
@@ -41,7 +42,8 @@ concept number_bound = requires(T bound) {
   { number_of(bound) } -> std::same_as<std::uint64_t>;
 };
 
-// Of n bytes, the first chunk holds up to `first` (its length byte is counted by the caller), the others up to 31.
+// Counts what n bytes take in chunks: up to `first` in the first one, whose length byte the caller counts, and up to 31
+// in each of the others.
 std::size_t chunked_size(std::size_t n, std::size_t first) {
   const std::size_t rest = n - std::min(n, first);
   return n + (rest + chunk_size - 1) / chunk_size;
@@ -106,11 +108,12 @@ void write_component(std::uint8_t* out, const key_bound& bound) {
   std::visit([out](const auto& held) { write(out, held); }, bound);
 }
 
-// The end mark and the padding behind `size` bytes of components.
+// Counts the end mark and the padding after `size` bytes of components.
 std::size_t end_size(std::size_t size) { return 8 - size % 8; }
 
 void write_end(std::uint8_t* out, std::size_t count) {
-  if (count == 7) return static_cast<void>(std::memcpy(out, key_end.data(), 7));  // behind one number
+  assert(count >= 1 && count <= key_end.size());
+  if (count == 7) return static_cast<void>(std::memcpy(out, key_end.data(), 7));  // after one number
   std::memcpy(out, key_end.data(), count);
 }
 
@@ -138,7 +141,8 @@ std::strong_ordering order(const key_binary& left, const key_binary& right) {
 }  // namespace
 
 std::strong_ordering order_bounds(const key_bound& left, const key_bound& right) {
-  // Bounds of one column are of one alternative, or the lowest marker, which is the first.
+  assert(left.index() == right.index() || std::holds_alternative<lowest_marker>(left) ||
+         std::holds_alternative<lowest_marker>(right));
   if (left.index() != right.index()) return left.index() <=> right.index();
   return std::visit([&right]<class Bound>(const Bound& held) { return order(held, *std::get_if<Bound>(&right)); },
                     left);

@@ -25,7 +25,7 @@
 
 namespace db_util {
 
-// Below every value; also how NULL is keyed.
+// Is below every value. NULL has this key, too.
 struct lowest_marker {};
 
 // The payload bytes of an encoded text or set specifier; not owned.
@@ -47,19 +47,19 @@ struct key_object {
 using key_bound = std::variant<lowest_marker, bool, std::uint64_t, std::int64_t, operator_library::Decimal, key_text,
                                key_binary, key_object>;
 
-// The number that stands for an int64.
+// Returns the number that stands for an int64 in a key.
 constexpr std::uint64_t key_number(std::int64_t value) {
   return static_cast<std::uint64_t>(value) ^ std::uint64_t{1} << 63;
 }
 
-// The order of two bounds of one column: the lowest marker is below every value.
+// Orders two bounds. Requires: both are of one alternative, or one is the lowest marker, which is below every value.
 std::strong_ordering order_bounds(const key_bound& left, const key_bound& right);
 
-// A key of any length. Short ones, which is nearly all, need no heap.
+// A key of any length. Nearly all are short and need no heap.
 class growing_key {
  public:
   void append(const key_bound& bound);
-  void append_number(std::uint64_t number);  // that stands in a component: see key_number
+  void append_number(std::uint64_t number);  // as it stands in a component: see key_number
   void terminate();
   const std::uint8_t* data() const { return long_.empty() ? short_.data() : long_.data(); }
   std::span<const std::uint8_t> bytes() const { return {data(), size_}; }
@@ -77,7 +77,7 @@ class growing_key {
   std::size_t size_ = 0;
 };
 
-// A key in a buffer of its own. Throws db_exception key_too_long when a component does not fit.
+// A key in a buffer of fixed size. Throws db_exception key_too_long for a component that does not fit.
 class fixed_key {
  public:
   void append(const key_bound& bound);

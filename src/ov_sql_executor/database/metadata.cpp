@@ -54,8 +54,8 @@ OV_OBJ_REF reference_column(const OV_OBJ_REF& object, std::uint32_t column) {
   return db_util::check_has_value(status) ? db_util::to_obj_ref(reference) : OV_OBJ_REF{};
 }
 
-// Every object of a metadata index whose first key column is the owner and whose second lies between two bounds. The
-// iterator is freed with them: to the core it is open as long as their columns are read.
+// The objects of a metadata index whose first key column is the owner and whose second lies between two bounds. Frees
+// the core's iterator at its end, so that it stays open while columns of the objects are read.
 class owned_objects {
  public:
   owned_objects(const OV_OBJ_REF& owner, std::uint64_t index, const db_util::key_bound& low,
@@ -89,7 +89,7 @@ owned_objects members_of(const OV_OBJ_REF& table) {
   return {table, metalayer::Member::index_id_MemberPK(), payload(first), payload(last)};
 }
 
-// The second key column of this index is the position, so all positions are wanted.
+// Takes every position, which is the second key column of this index.
 owned_objects indexed_columns_of(const OV_OBJ_REF& index) {
   return {index, metalayer::IndexedColumn::index_id_IndexedColumnPK(), db_util::lowest_marker{},
           std::numeric_limits<std::uint64_t>::max()};
@@ -102,7 +102,7 @@ table_ref make_table_ref(const OV_OBJ_REF& table) {
   auto cache = std::make_shared<Table::TableCache>();
   cache->members.resize(found.size());
   for (const OV_OBJ_REF& member : found) {
-    // A negative index, too, is beyond every vector.
+    // A negative index is beyond every vector, too.
     const auto column = static_cast<std::int16_t>(property_column(member));
     error_handling::element_at(cache->members, static_cast<std::size_t>(column)) = member;
   }

@@ -1,5 +1,5 @@
-// What planning needs to know of tables, properties and indexes. Everything is read anew on the calling thread's
-// metadata-layer context. Every function throws db_util::db_exception with the core's status; a column without a value
+// Reads what planning needs to know of tables, properties and indexes. Reads everything anew on the calling thread's
+// metadata-layer context. Every function throws db_util::db_exception with the core's status. A column without a value
 // is no failure for names (empty) and references (the null reference).
 #ifndef OV_SQL_EXECUTOR_DATABASE_METADATA_HPP_
 #define OV_SQL_EXECUTOR_DATABASE_METADATA_HPP_
@@ -28,14 +28,14 @@ struct key_column {
   bool ascending;
 };
 
-// Reads the members of a table. Throws std::out_of_range "invalid vector<T> subscript" when their column indexes are
+// Reads the members of a table. Throws std::out_of_range "invalid vector<T> subscript" where their column indexes are
 // not dense from 0.
 table_ref make_table_ref(const OV_OBJ_REF& table);
 
 // The name of a table, member or type, one UTF-16 unit per character.
 std::wstring object_name(const OV_OBJ_REF& object);
 
-// The tag that selects the table's columns in a reference's second word.
+// Returns the tag that selects the table's columns in a reference's second word.
 std::uint16_t reference_tag(const table_ref& table);
 
 std::uint16_t property_column(const OV_OBJ_REF& property);

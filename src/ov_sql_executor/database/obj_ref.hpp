@@ -6,7 +6,7 @@
 
 namespace db_util {
 
-// A reference as the core hands it out in the form that rows keep. The top 16 bits of the high part are lost.
+// Converts a reference from the form of the core to that of rows. Loses the top 16 bits of the high part.
 inline OV_OBJ_REF to_obj_ref(const ORV_REFERENCE_VALUE& reference) {
   return {reference.object_number, reference.high_part << 16 | reference.low_part};
 }

@@ -9,8 +9,8 @@
 
 namespace db_util {
 
-// Whether an object is in the set that a specifier names: whether its own type's specifier begins with that. Nothing
-// when the core knows no specifier for the object. Throws db_exception with the core's status.
+// Tells whether an object is in the set that a specifier names: whether its own type's specifier begins with that one.
+// Gives nothing where the core knows no specifier for the object. Throws db_exception with the core's status.
 std::optional<bool> is_in_set(std::uint64_t context, const OV_OBJ_REF& object, std::u16string_view specifier);
 
 }  // namespace db_util

@@ -12,7 +12,7 @@ inline void check(std::uint32_t status) {
   if (status != 0) throw db_exception{status};
 }
 
-// The same for a column read, whose column may hold no value: tells whether it holds one.
+// Checks the status of a column read. Returns false for a column without a value.
 inline bool check_has_value(std::uint32_t status) {
   if (status == no_value_status) return false;
   check(status);

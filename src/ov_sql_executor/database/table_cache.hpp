@@ -8,7 +8,7 @@
 namespace meta_data {
 
 struct Table {
-  // The member (property) objects of a table: element i is the member whose column index is i. Never changed once made.
+  // The member (property) objects of a table: element i is the member whose column index is i. Never changes once made.
   struct TableCache {
     std::vector<OV_OBJ_REF> members;
   };

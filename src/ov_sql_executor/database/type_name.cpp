@@ -21,7 +21,7 @@ namespace {
 using operator_library::NullValue;
 using operator_library::SetSpecifier;
 
-// Every full stop ends a part, an empty one too; what follows the last one is a part if it is not empty.
+// Ends a part at every full stop, even an empty one. What follows the last stop is a part if it is not empty.
 metalayer::DottedName split_name(std::u16string_view name) {
   metalayer::DottedName parts;
   for (std::size_t stop = name.find(u'.'); stop != std::u16string_view::npos; stop = name.find(u'.')) {

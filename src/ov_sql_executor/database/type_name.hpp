@@ -12,14 +12,14 @@ using ov::sql_executor::text_view;
 using ov::sql_executor::value;
 using ov::sql_executor::value_view;
 
-// The set specifier of the type with a name such as "Shop.Order", letter case aside, read on the calling thread's
-// metadata-layer context. Nothing when there is no such type or it states no specifier. Throws db_exception with the
-// core's status.
+// Finds the set specifier of a type by a name such as "Shop.Order", in any letter case. Reads on the calling thread's
+// metadata-layer context. Gives nothing where there is no such type or it states no specifier. Throws db_exception with
+// the core's status.
 std::optional<operator_library::SetSpecifier> find_set_specifier(text_view type_name);
 
-// The conversion of any value to a set specifier: a text is looked up as a type name, and NULL when it names no type;
-// NULL of NULL. Throws db_exception type_error for all others, set specifiers included, and std::bad_variant_access for
-// the view of a valueless value.
+// Converts a value to a set specifier: looks a text up as a type name. Gives NULL for a text that names no type, and
+// for NULL. Throws db_exception type_error for all others, set specifiers included, and std::bad_variant_access for the
+// view of a valueless value.
 value to_set_specifier(const value_view& source);
 
 }  // namespace meta_data

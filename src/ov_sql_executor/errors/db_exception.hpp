@@ -7,14 +7,14 @@
 
 namespace db_util {
 
-// A failure met while rows are produced or metadata are read: a status of the core database, passed on unchanged, or
-// one of the codes below; describe.hpp puts either into words. Thrown and caught by value; deliberately not a
+// A failure while rows are produced or metadata are read. The code is a status of the core, passed on unchanged, or one
+// of the codes below; describe.hpp puts either into words. Thrown and caught by value; deliberately not a
 // std::exception.
 struct OV_SQL_EXECUTOR_API db_exception {
   std::uint32_t code;
 };
 
-// Codes raised by this library's own logic.
+// Codes that this library raises itself.
 inline constexpr std::uint32_t unsupported_conversion = 1027;  // no conversion between the two types
 inline constexpr std::uint32_t key_too_long = 4197;            // an index key does not fit its buffer
 inline constexpr std::uint32_t type_error = 7020;  // an operand of a type that the operation does not accept

@@ -7,9 +7,9 @@
 
 namespace error_handling {
 
-// What a code of OVException or of db_exception says, in English, for a log or a message: "no such object" for 4104.
-// Knows the codes of this library and the statuses that ovcoredb.h lists; any other is "a status of the core". Never
-// null; the text is static.
+// Says in English what a code of OVException or of db_exception means, for a log or a message: "no such object" for
+// 4104. Knows the codes of this library and the statuses that ovcoredb.h lists; any other is "a status of the core".
+// Never returns null. Valid until: the program ends.
 OV_SQL_EXECUTOR_API const char* describe(std::uint32_t code) noexcept;
 
 }  // namespace error_handling

@@ -1,4 +1,4 @@
-// Visibility of the few names that cross the library boundary; everything else is hidden.
+// Makes the few names visible that cross the boundary of the library; everything else is hidden.
 #ifndef OV_SQL_EXECUTOR_ERRORS_EXPORT_HPP_
 #define OV_SQL_EXECUTOR_ERRORS_EXPORT_HPP_
 

@@ -9,9 +9,8 @@ namespace error_handling {
 inline constexpr std::uint32_t iterator_free_failed = 0xE0530002;
 inline constexpr std::uint64_t iterator_free_failed_argument = 1070;
 
-// Ends the process where an exception may not be thrown, with the thread's last operating-system error as the second
-// argument. On Windows raises the structured exception; elsewhere prints code and arguments to standard error and
-// aborts.
+// Ends the process where no exception may be thrown. On Windows raises the structured exception, with the thread's last
+// operating-system error as the second argument. Elsewhere prints code and arguments to standard error and aborts.
 [[noreturn]] void stop_process(std::uint32_t code, std::uint64_t first_argument) noexcept;
 
 }  // namespace error_handling

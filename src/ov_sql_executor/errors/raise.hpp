@@ -8,8 +8,8 @@
 
 namespace error_handling {
 
-// Throws OVException. message holds one UTF-16 unit per character; std::range_error "bad conversion" if it is not valid
-// UTF-16.
+// Throws OVException. message holds one UTF-16 unit per character. Throws std::range_error "bad conversion"
+// instead for a message that is not valid UTF-16.
 [[noreturn]] void raise_error(std::uint32_t code, const error_detail& detail, std::wstring_view message);
 
 // raise_error with the code not_implemented.

@@ -11,7 +11,7 @@ namespace ov::sql_executor::operators {
 
 using pair_operation = value_view (*)(const value_view& left, const value_view& right);
 
-// The four arithmetic operations. The left operand is evaluated first, the right one always; values/arithmetic.hpp says
+// The four arithmetic operations. Evaluate the left operand first, and the right one always. values/arithmetic.hpp says
 // what they accept and when they throw.
 template <pair_operation Operation>
 class binary_arithmetic final : public lending_operator {

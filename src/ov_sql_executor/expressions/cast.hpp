@@ -10,8 +10,8 @@
 
 namespace ov::sql_executor::operators {
 
-// The operand's value converted to the type with the code TypeCode; expressions/conversion.hpp says what converts.
-// There are casts to all types but Binary and references.
+// Converts the operand's value to the type with the code TypeCode. expressions/conversion.hpp says what converts. There
+// are casts to all types but Binary and references.
 template <std::int32_t TypeCode>
 class cast final : public lending_operator {
  public:

@@ -12,6 +12,7 @@
 
 #include "ov_sql_executor/database/table_cache.hpp"
 #include "ov_sql_executor/values/value.hpp"
+#include "ov_sql_executor/values/variants.hpp"
 
 namespace physical_queryplan {
 
@@ -34,13 +35,13 @@ struct property_ref {
 
 struct variable_origin;
 
-// A variable over the objects of a table. Two are equal when tables (by object number), ids and origins are; the cache
-// takes no part. Origins of origins may go on for as long as the host likes.
+// A variable over the objects of a table. Two are equal when their tables (by object number), ids and origins are; the
+// cache does not count. The chain of origins may be of any length.
 struct variable {
   OV_OBJ_REF table{};
   std::shared_ptr<meta_data::Table::TableCache> cache;
   identifier id{};
-  std::optional<std::unique_ptr<variable_origin>> parent;  // a null pointer is none
+  std::optional<std::unique_ptr<variable_origin>> parent;  // a null pointer means none
 
   inline variable();
   inline variable(OV_OBJ_REF table_object, std::shared_ptr<meta_data::Table::TableCache> table_cache, identifier name,
@@ -81,21 +82,16 @@ struct computed {
   friend bool operator==(const computed& left, const computed& right) = default;
 };
 
-using computed_column =
-    std::variant<computed<bool>, computed<db_string::tt_string>, computed<std::uint64_t>, computed<std::int64_t>,
-                 computed<Decimal>, computed<double>, computed<float>, computed<Binary>, computed<OV_OBJ_REF>,
-                 computed<SetSpecifier>, computed<NullValue>>;
+using computed_column = ov::sql_executor::one_of_each_type<computed>;
 
-// Names one value of a row. Two are equal when their alternatives and their payloads are.
-using column_ref =
+// Names one value of a row: a property (0 to 9; there are none of NullValue), a computed column (10 to 20) or an object
+// (21). Two are equal when their alternatives and their payloads are.
+using column_ref = ov::sql_executor::joined_variant<
     std::variant<property_column<bool>, property_column<db_string::tt_string>, property_column<std::uint64_t>,
                  property_column<std::int64_t>, property_column<Decimal>, property_column<double>,
                  property_column<float>, property_column<Binary>, property_column<OV_OBJ_REF>,
-                 property_column<SetSpecifier>,  //
-                 computed<bool>, computed<db_string::tt_string>, computed<std::uint64_t>, computed<std::int64_t>,
-                 computed<Decimal>, computed<double>, computed<float>, computed<Binary>, computed<OV_OBJ_REF>,
-                 computed<SetSpecifier>, computed<NullValue>,  //
-                 variable>;
+                 property_column<SetSpecifier>>,
+    computed_column, std::variant<variable>>;
 static_assert(std::variant_size_v<column_ref> == 22);
 
 inline variable::variable() = default;

@@ -9,8 +9,8 @@
 
 namespace ov::sql_executor::operators {
 
-// The six comparisons: bool, or NULL where an operand is NULL. The right operand is evaluated first, the left one
-// always. Relation says for which orders of left to right the comparison holds; values/comparison.hpp says what
+// The six comparisons. Give a bool, or NULL where an operand is NULL. Evaluate the right operand first, and the left
+// one always. Relation says for which orders of left to right the comparison holds; values/comparison.hpp says what
 // compares.
 template <class Relation>
 class comparison final : public truth_operator {

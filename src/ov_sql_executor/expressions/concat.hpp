@@ -9,8 +9,8 @@
 
 namespace ov::sql_executor::operators {
 
-// Texts joined in order; the empty text without any. They are evaluated in order, up to the first NULL, which makes the
-// result NULL. Throws db_exception type_error for an operand that is no text.
+// Joins texts in order; gives the empty text without any. Evaluates them in order, up to the first NULL, which makes
+// the result NULL. Throws db_exception type_error for an operand that is no text.
 class concat final : public making_operator {
  public:
   explicit concat(std::vector<std::unique_ptr<operator_base>> texts) : operands_(to_operands(std::move(texts))) {}

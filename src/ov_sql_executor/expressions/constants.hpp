@@ -8,11 +8,11 @@
 
 namespace ov::sql_executor {
 
-// A position in a list of the execution context. Throws boost::numeric::positive_overflow beyond 32767.
+// Converts to a position in a list of the execution context. Throws boost::numeric::positive_overflow beyond 32767.
 std::int16_t to_position(std::uint64_t index);
 
-// Appends a literal to the plan's list and returns its position. Throws boost::numeric::positive_overflow when that is
-// beyond 32767; the value stays appended, since planning ends there.
+// Appends a literal to the plan's list and returns its position. Throws boost::numeric::positive_overflow for a
+// position beyond 32767. The value stays appended then, since planning ends.
 std::int16_t add_constant(std::vector<value>& constants, value literal);
 
 }  // namespace ov::sql_executor

@@ -8,9 +8,9 @@
 
 namespace ov::sql_executor::operators {
 
-// The conversion to any alternative, as casts and conditionals need it: those of values/conversion.hpp, the one to a
-// set specifier, whose result is put into scratch, and to NullValue, which everything becomes. What source shows may
-// lie in scratch.
+// Converts to any alternative, for casts and conditionals. Knows two more than values/conversion.hpp: the set
+// specifier, whose result is put into scratch, and NullValue, which everything becomes. What source shows may lie in
+// scratch.
 template <class Target>
 value_view convert_in(const value_view& source, value& scratch) {
   if constexpr (std::same_as<Target, operator_library::NullValue>) {

@@ -12,25 +12,22 @@
 
 #include "ov_sql_executor/expressions/column_ref.hpp"
 #include "ov_sql_executor/values/type_identity.hpp"
+#include "ov_sql_executor/values/value.hpp"
+#include "ov_sql_executor/values/variants.hpp"
 
 namespace physical_queryplan {
 
 struct expression;
 
 // The type of an operation's result: one tag per alternative of value, in the same order.
-using result_type_tag = std::variant<meta_support::TypeIdentity<bool>, meta_support::TypeIdentity<db_string::tt_string>,
-                                     meta_support::TypeIdentity<std::uint64_t>,
-                                     meta_support::TypeIdentity<std::int64_t>, meta_support::TypeIdentity<Decimal>,
-                                     meta_support::TypeIdentity<double>, meta_support::TypeIdentity<float>,
-                                     meta_support::TypeIdentity<Binary>, meta_support::TypeIdentity<OV_OBJ_REF>,
-                                     meta_support::TypeIdentity<SetSpecifier>, meta_support::TypeIdentity<NullValue>>;
+using result_type_tag = ov::sql_executor::one_of_each_type<meta_support::TypeIdentity>;
 
-// What all operations hold. Too few operands are refused when the plan is translated; surplus ones are ignored. The
-// result type is what the host says it is, and nothing checks it: it chooses the conversion of a Conditional, and it is
-// the type of a result column where a computed reference names the operation (see column_type in plan.hpp).
+// What all operations hold. Plan refuses an operation with too few operands; surplus ones are ignored. The result type
+// is what the host says it is, and nothing checks it. It selects the conversion of a Conditional, and it is the type of
+// a result column where a computed reference names the operation (see column_type in plan.hpp).
 //
-// What each operation yields of which operands, in which order it evaluates them and what it raises is written in
-// share/doc/ov_sql_executor/operations.md.
+// share/doc/ov_sql_executor/operations.md says for each operation what it yields of which operands, in which order it
+// evaluates them and what it raises.
 struct operation {
   result_type_tag result_type;
   std::vector<expression> operands;
@@ -69,41 +66,30 @@ struct ToText : operation {};          // 29
 struct ToSetSpecifier : operation {};  // 30
 struct PrefixPattern : operation {};   // 31, pattern
 
-// The value of the statement's parameter of that number, expected to be of alternative T: nothing checks it. It is
-// taken as it is. A reference among the parameters needs its whole second word where TypeTest looks at it; a property
-// read sets the tag itself.
+// The value of the statement's parameter of that number, as it is. Nothing checks that it is of alternative T. A
+// reference among the parameters needs its whole second word where TypeTest looks at it; a property read sets the tag
+// itself.
 template <class T>
 struct parameter {
   std::uint64_t number = 0;
 };
 
-// A value of the statement's text (0 to 10), or a parameter (11 to 21). A reference is completed at every evaluation:
-// orv_context_lookup fills its second word, or its status is raised.
-using literal = std::variant<bool, db_string::tt_string, std::uint64_t, std::int64_t, Decimal, double, float, Binary,
-                             OV_OBJ_REF, SetSpecifier, NullValue,  //
-                             parameter<bool>, parameter<db_string::tt_string>, parameter<std::uint64_t>,
-                             parameter<std::int64_t>, parameter<Decimal>, parameter<double>, parameter<float>,
-                             parameter<Binary>, parameter<OV_OBJ_REF>, parameter<SetSpecifier>, parameter<NullValue>>;
+// A value of the statement's text (0 to 10), or a parameter (11 to 21). Every evaluation of a reference in the text
+// completes it: orv_context_lookup fills its second word, or its status is raised.
+using literal =
+    ov::sql_executor::joined_variant<ov::sql_executor::value, ov::sql_executor::one_of_each_type<parameter>>;
 static_assert(std::variant_size_v<literal> == 22);
 
 // Operations (0 to 31), the alternatives of column_ref (32 to 53) and literals (54).
-using expression_variant =
+using expression_variant = ov::sql_executor::joined_variant<
     std::variant<Equality, Inequality, AtMost, Less, Greater, AtLeast, And, Or, Not, NullTest, NotNullTest, Sum,
                  Difference, Negation, Quotient, Product, PatternMatch, PrefixTest, Conditional, ExclusiveOr,
                  Concatenation, TypeTest, ObjectNumber, ToBool, ToUint64, ToInt64, ToDecimal, ToFloat, ToDouble, ToText,
-                 ToSetSpecifier, PrefixPattern,  //
-                 property_column<bool>, property_column<db_string::tt_string>, property_column<std::uint64_t>,
-                 property_column<std::int64_t>, property_column<Decimal>, property_column<double>,
-                 property_column<float>, property_column<Binary>, property_column<OV_OBJ_REF>,
-                 property_column<SetSpecifier>,  //
-                 computed<bool>, computed<db_string::tt_string>, computed<std::uint64_t>, computed<std::int64_t>,
-                 computed<Decimal>, computed<double>, computed<float>, computed<Binary>, computed<OV_OBJ_REF>,
-                 computed<SetSpecifier>, computed<NullValue>,  //
-                 variable,                                     //
-                 literal>;
+                 ToSetSpecifier, PrefixPattern>,
+    column_ref, std::variant<literal>>;
 static_assert(std::variant_size_v<expression_variant> == 55);
 
-// Nested as deep as the host likes: moving and destroying have no limit; plan.hpp says what Plan takes.
+// May be nested to any depth: moving and destroying have no limit. plan.hpp says what Plan takes.
 struct expression : expression_variant {
   using expression_variant::expression_variant;
 
@@ -115,7 +101,7 @@ struct expression : expression_variant {
   inline ~expression();
 };
 
-// What an operation holds; null for any other expression, and for a valueless one.
+// Returns what an operation holds; null for any other expression and for a valueless one.
 template <class Expression>
 requires std::same_as<std::remove_const_t<Expression>, expression>
 auto find_operation(Expression& any) {
@@ -133,8 +119,8 @@ auto find_operation(Expression& any) {
       static_cast<variant>(any));
 }
 
-// Takes nested operations apart one by one, with neither recursion nor memory of its own. The operands on the way to
-// those in hand wait as those of their last one, which have been taken out.
+// Destroys nested operations one by one, without recursion and without memory of its own. The operands above those in
+// hand wait as the operands of the last of them, whose own have been taken out.
 inline expression::~expression() {
   const auto operands_of = [](expression& any) -> std::vector<expression>* {
     operation* const found = find_operation(any);

@@ -1,5 +1,5 @@
-// A strict order on expressions by their structure, so that they can be members of a std::set. It means nothing else:
-// different expressions are never equivalent, and the order may change between versions.
+// Orders expressions by their structure, so that they can be members of a std::set. The order means nothing else:
+// different expressions are never equivalent, and it may change between versions.
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_EXPRESSION_ORDER_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_EXPRESSION_ORDER_HPP_
 
@@ -23,7 +23,7 @@ requires std::integral<T> || std::same_as<T, Decimal> std::strong_ordering order
   return left <=> right;
 }
 
-// By bit pattern: a NaN is like itself only, and the two zeros differ.
+// Compare bit patterns: a NaN equals only itself, and the two zeros differ.
 inline std::strong_ordering order(double left, double right) {
   return std::bit_cast<std::uint64_t>(left) <=> std::bit_cast<std::uint64_t>(right);
 }
@@ -84,7 +84,7 @@ std::strong_ordering order(const property_column<T>& left, const property_column
   return property != 0 ? property : order(left.variable, right.variable);
 }
 
-// Without the operands.
+// Leaves the operands out.
 template <class Operation>
 requires std::derived_from<Operation, operation> std::strong_ordering order(const Operation& left,
                                                                             const Operation& right) {
@@ -98,7 +98,7 @@ std::strong_ordering order(const std::variant<Alternatives...>& left, const std:
                     left);
 }
 
-// The operands that are still to be compared.
+// Operands that are still to be compared.
 struct operand_pairs {
   std::span<const expression> left;
   std::span<const expression> right;
@@ -106,14 +106,14 @@ struct operand_pairs {
 
 }  // namespace structural
 
-// Operations in the order of their operands, depth first; expressions may be nested as deep as the host likes.
+// Compares operations by their operands, too, depth first. Expressions may be nested to any depth.
 inline std::strong_ordering structural_order(const expression& left, const expression& right) {
-  std::vector<structural::operand_pairs> open;
+  std::vector<structural::operand_pairs> pending;
   for (structural::operand_pairs next{{&left, 1}, {&right, 1}};;) {
     while (next.left.empty() || next.right.empty()) {
-      if (const auto count = next.left.size() <=> next.right.size(); count != 0 || open.empty()) return count;
-      next = open.back();
-      open.pop_back();
+      if (const auto count = next.left.size() <=> next.right.size(); count != 0 || pending.empty()) return count;
+      next = pending.back();
+      pending.pop_back();
     }
     const expression& a = next.left.front();
     const expression& b = next.right.front();
@@ -122,7 +122,7 @@ inline std::strong_ordering structural_order(const expression& left, const expre
     if (order != 0) return order;
     next = {next.left.subspan(1), next.right.subspan(1)};
     if (const operation* const inner = find_operation(a)) {
-      open.push_back(next);
+      pending.push_back(next);
       next = {inner->operands, find_operation(b)->operands};
     }
   }

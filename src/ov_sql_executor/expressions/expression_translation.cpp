@@ -6,8 +6,8 @@
 #include <variant>
 
 #include "ov_sql_executor/database/metadata.hpp"
-#include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/raise.hpp"
+#include "ov_sql_executor/errors/require_value.hpp"
 #include "ov_sql_executor/errors/subscript.hpp"
 #include "ov_sql_executor/expressions/arithmetic.hpp"
 #include "ov_sql_executor/expressions/cast.hpp"
@@ -30,7 +30,7 @@ namespace ov::sql_executor {
 namespace {
 
 using namespace physical_queryplan;  // the alternatives are named one by one below
-using error_handling::complete;
+using error_handling::require_value;
 using operators::context_list;
 using operators::operator_base;
 using operators::value_from_context;
@@ -43,7 +43,7 @@ class expression_translator {
       : constants_(constants), columns_(columns) {}
 
   operator_ptr translate(const expression& any) {
-    return std::visit([this](const auto& alternative) { return build(alternative); }, complete(any));
+    return std::visit([this](const auto& alternative) { return build(alternative); }, require_value(any));
   }
 
  private:
@@ -80,7 +80,7 @@ class expression_translator {
   operator_ptr build(const ToSetSpecifier& any) { return unary<operators::cast_to<type_code::set_specifier>>(any); }
   operator_ptr build(const PrefixPattern& any) { return unary<operators::like_starts_with>(any); }
 
-  // A property that an enclosing node has produced already is not read again.
+  // Does not read a property again that an enclosing node has produced.
   template <class T>
   operator_ptr build(const property_column<T>& column) {
     if (const auto position = columns_.find_in_scope(column)) return read_row_stack(*position);
@@ -99,7 +99,7 @@ class expression_translator {
   operator_ptr build(const variable& column) { return read_row_stack(find_column(column)); }
 
   operator_ptr build(const literal& any) {
-    return std::visit([this](const auto& alternative) { return build_literal(alternative); }, complete(any));
+    return std::visit([this](const auto& alternative) { return build_literal(alternative); }, require_value(any));
   }
 
   template <class T>
@@ -133,20 +133,20 @@ class expression_translator {
     return std::make_unique<Operator>(std::move(left), std::move(right));
   }
 
-  // Long chains of ANDs and ORs are common, and brackets in them mean nothing: their operands become one list, in the
-  // order in which they would be met one inside the other.
+  // Makes one list of the operands of nested ANDs or ORs, in the order of their evaluation. Long chains are common, and
+  // brackets in them mean nothing.
   template <class Two, class Many, class Operation>
   operator_ptr connective(const Operation& any) {
     std::vector<operator_ptr> operands;
-    std::vector<std::pair<const Operation*, std::size_t>> open = {{&any, 0}};  // and the next operand
-    while (!open.empty()) {
-      auto& [inner, next] = open.back();
+    std::vector<std::pair<const Operation*, std::size_t>> pending = {{&any, 0}};  // and the next operand
+    while (!pending.empty()) {
+      auto& [inner, next] = pending.back();
       if (next == 2) {
-        open.pop_back();
+        pending.pop_back();
       } else {
         const expression& each = error_handling::element_at(inner->operands, next++);
         if (const auto* const same = std::get_if<Operation>(&each)) {
-          open.emplace_back(same, 0);
+          pending.emplace_back(same, 0);
         } else {
           operands.push_back(translate(each));
         }
@@ -156,7 +156,7 @@ class expression_translator {
     return std::make_unique<Two>(std::move(operands[0]), std::move(operands[1]));
   }
 
-  // The result type selects the class.
+  // Selects the class by the result type.
   operator_ptr conditional(const Conditional& any) {
     operator_ptr condition = operand(any, 0);
     operator_ptr then_value = operand(any, 1);
@@ -166,7 +166,7 @@ class expression_translator {
           return std::make_unique<operators::if_op<Result>>(std::move(condition), std::move(then_value),
                                                             std::move(else_value));
         },
-        complete(any.result_type));
+        require_value(any.result_type));
   }
 
   template <class Operator>

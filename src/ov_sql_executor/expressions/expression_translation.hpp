@@ -11,9 +11,9 @@
 
 namespace ov::sql_executor {
 
-// Turns a plan's expression into an operator tree. Columns become reads of their place in scope; a property that is not
-// in scope is read from its variable, with what the metadata say of it. Literals are appended to constants, each
-// occurrence on its own. Evaluates nothing.
+// Turns a plan's expression into an operator tree. Evaluates nothing. A column becomes a read of its place in scope. A
+// property that is not in scope is read from its variable, as the metadata say. Every occurrence of a literal is
+// appended to constants.
 //
 // Throws std::out_of_range "invalid vector<T> subscript" for an operation with too few operands, OVException 7007 for a
 // column that is not in scope, boost::numeric::positive_overflow for a position beyond 32767, std::bad_variant_access
@@ -22,7 +22,7 @@ std::unique_ptr<operators::operator_base> translate_expression(const physical_qu
                                                                std::vector<value>& constants,
                                                                const visible_columns& columns);
 
-// The same for each of a list, in order.
+// Translates each expression of a list, in order.
 std::vector<std::unique_ptr<operators::operator_base>> translate_expressions(
     const std::vector<physical_queryplan::expression>& expressions, std::vector<value>& constants,
     const visible_columns& columns);

@@ -8,9 +8,9 @@
 
 namespace ov::sql_executor::operators {
 
-// The conditional: the condition is evaluated, then the one branch it selects (NULL selects the else branch), and that
-// value is converted to Result, one of the eleven alternatives; expressions/conversion.hpp says how. Throws
-// db_exception type_error for a condition that is neither a bool nor NULL, before either branch is evaluated.
+// The conditional. Evaluates the condition, then the one branch that it selects; NULL selects the else branch. Converts
+// the value of that branch to Result, one of the eleven alternatives; expressions/conversion.hpp says how. Throws
+// db_exception type_error for a condition that is neither a bool nor NULL, before it evaluates a branch.
 template <class Result>
 class if_op final : public lending_operator {
  public:

@@ -8,10 +8,10 @@
 
 namespace ov::sql_executor::operators {
 
-// Whether the object on the left is of the type whose set specifier stands on the right, or of one derived from it. The
-// right operand is evaluated first; when it is NULL, so is the result, without evaluating the left one. NULL also for a
-// NULL object and for one whose type the core does not know. Throws db_exception type_error for operands of other
-// types, and with the core's status.
+// Tells whether the object on the left is of the type whose set specifier is on the right, or of one derived from it.
+// Evaluates the right operand first. Where that is NULL, gives NULL and does not evaluate the left one. Gives NULL for
+// a NULL object, too, and for one whose type the core does not know. Throws db_exception type_error for operands of
+// other types, and with the core's status.
 class is final : public lending_operator {
  public:
   is(std::unique_ptr<operator_base> object, std::unique_ptr<operator_base> type)

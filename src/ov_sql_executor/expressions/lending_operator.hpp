@@ -8,16 +8,15 @@
 
 namespace ov::sql_executor::operators {
 
-// The operators of this library. Beside evaluate they can lend: show their value where it lies instead of making a copy
-// that whoever only looks at it would throw away. Both have the same result, errors and order of evaluation.
+// An operator of this library. Besides evaluating, it can lend: show its value where it lies, instead of making a copy
+// that a caller who only looks at it would throw away. Both have the same result, errors and order of evaluation.
 class lending_operator : public destroyed_in_turn<operator_base> {
  public:
-  // The value, held in the view itself, lying in the context, in a buffer of the core, or in scratch, which is free for
-  // the operator to use. Good until the next core call on the context, and as long as the context's lists and scratch
-  // stay.
+  // Shows the value: in the view itself, in the context, in a buffer of the core, or in scratch, which the operator may
+  // overwrite. Valid until: the next core call on the context, or a change of the context's lists or of scratch.
   virtual value_view lend(execution_context& context, value& scratch) const = 0;
 
-  // The value where only its truth is wanted. Throws db_exception type_error when it is neither a bool nor NULL.
+  // Evaluates a condition. Throws db_exception type_error where it is neither a bool nor NULL.
   virtual truth test(execution_context& context) const {
     value scratch;
     return to_truth(lend(context, scratch));

@@ -17,8 +17,8 @@ truth like::test(execution_context& context) const {
   const value_view left = left_.lend(context, scratch);
   const auto* text = expect_or_null<text_view>(left);
   if (text == nullptr) return truth::unknown;
-  // The core's next answer may lie where its last one did: the text is copied before the pattern is converted, and the
-  // converted pattern before the text is.
+  // Copies the text before the pattern is converted, and the converted pattern before the text is: the core's next
+  // answer may overwrite its last one.
   const boost::container::small_vector<std::uint8_t, 256> text_bytes(text->bytes.data(),
                                                                      text->bytes.data() + text->bytes.size());
   const std::u16string_view lent = db_util::lend_base_ucs2(context.context_handle, *pattern);

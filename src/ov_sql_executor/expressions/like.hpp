@@ -8,9 +8,9 @@
 
 namespace ov::sql_executor::operators {
 
-// Whether a text matches a LIKE pattern (values/like_pattern.hpp), both in the core's base form. The pattern is
-// evaluated first; when it is NULL, so is the result, without evaluating the text. NULL for a NULL text, without
-// looking into the pattern. Throws db_exception type_error for operands that are no texts, and OVException bad_escape.
+// Tells whether a text matches a LIKE pattern (values/like_pattern.hpp), both in the core's base form. Evaluates the
+// pattern first. Where that is NULL, gives NULL and does not evaluate the text. Gives NULL for a NULL text, without a
+// look into the pattern. Throws db_exception type_error for operands that are no texts, and OVException bad_escape.
 class like final : public truth_operator {
  public:
   like(std::unique_ptr<operator_base> text, std::unique_ptr<operator_base> pattern)
@@ -23,8 +23,8 @@ class like final : public truth_operator {
   operand right_;
 };
 
-// What the texts that match a LIKE pattern begin with, as text; see like_prefix. NULL of NULL. Throws db_exception
-// type_error for an operand that is no text.
+// Returns, as a text, what the texts that match a LIKE pattern begin with; see like_prefix. Gives NULL for NULL. Throws
+// db_exception type_error for an operand that is no text.
 class like_starts_with final : public making_operator {
  public:
   explicit like_starts_with(std::unique_ptr<operator_base> pattern) : operand_(std::move(pattern)) {}

@@ -2,6 +2,7 @@
 #define OV_SQL_EXECUTOR_EXPRESSIONS_LOGICAL_HPP_
 
 #include <array>
+#include <cassert>
 #include <concepts>
 #include <memory>
 #include <utility>
@@ -13,26 +14,30 @@
 
 namespace ov::sql_executor::operators {
 
-// The operators of three-valued logic. Everything that is neither a bool nor NULL is a db_exception type_error where it
-// is looked at.
+// The operators of three-valued logic. Throw db_exception type_error for an operand that they look at and that is
+// neither a bool nor NULL.
 
-// AND and OR. Decisive is the truth value that one side needs to decide the whole. The left operand is evaluated first;
-// when it decides, the right one is not evaluated; when it is the other truth value, the result is the right one's
-// value, whatever it is. Beside a NULL the right operand must be a bool or NULL, and still decides.
+// AND and OR. Decisive is the truth value that one side needs to decide the whole. Evaluates the left operand first:
 //
-// Operands is an array of two, or a vector of two or more: the operands of connectives inside connectives of the same
-// kind, however they are bracketed. Brackets make no difference to values, errors and what is evaluated.
+//    decisive           the right one is not evaluated
+//    not decisive       the result is the value of the right one, whatever it is
+//    NULL               the right one must be a bool or NULL, and may still decide
+//
+// Operands is an array of two, or a vector of two or more: the operands of nested connectives of the same kind, however
+// they are bracketed. Brackets change neither values nor errors, nor what is evaluated.
 template <bool Decisive, class Operands>
 class connective final : public lending_operator {
   static constexpr bool is_list = std::same_as<Operands, std::vector<operand>>;
 
  public:
-  // Templates, since only one of them fits the operands.
+  // Templates, since only one constructor fits the operands.
   template <std::same_as<std::unique_ptr<operator_base>> Expression>
   connective(Expression left, Expression right) requires(!is_list)
       : operands_{operand(std::move(left)), operand(std::move(right))} {}
   template <std::same_as<std::vector<std::unique_ptr<operator_base>>> List>
-  explicit connective(List operands) requires(is_list) : operands_(to_operands(std::move(operands))) {}
+  explicit connective(List operands) requires(is_list) : operands_(to_operands(std::move(operands))) {
+    assert(operands_.size() >= 2);
+  }
 
   value_view lend(execution_context& context, value& scratch) const override;
   truth test(execution_context& context) const override;
@@ -56,8 +61,8 @@ class logical_not final : public truth_operator {
   operand operand_;
 };
 
-// Whether exactly one side is true. The left operand is evaluated first; when it is NULL, so is the result, without
-// evaluating the right one.
+// Tells whether exactly one side is true. Evaluates the left operand first. Where that is NULL, gives NULL and does not
+// evaluate the right one.
 class xor_op final : public truth_operator {
  public:
   xor_op(std::unique_ptr<operator_base> left, std::unique_ptr<operator_base> right)

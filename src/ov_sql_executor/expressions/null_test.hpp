@@ -8,7 +8,7 @@
 
 namespace ov::sql_executor::operators {
 
-// Whether any value is NULL (WhenNull true) or is not. Never NULL itself.
+// Tells whether a value is NULL (WhenNull true) or is not. Never gives NULL.
 template <bool WhenNull>
 class null_test final : public truth_operator {
  public:

@@ -5,8 +5,8 @@
 
 namespace ov::sql_executor::operators {
 
-// A literal object reference. The core completes its second word at every evaluation; throws db_exception with the
-// core's status when there is no such object.
+// A literal object reference. Asks the core at every evaluation for its second word. Throws db_exception with the
+// core's status where there is no such object.
 class object_cast final : public lending_operator {
  public:
   explicit object_cast(OV_OBJ_REF reference) : reference_(reference) {}

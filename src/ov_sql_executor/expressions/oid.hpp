@@ -8,7 +8,8 @@
 
 namespace ov::sql_executor::operators {
 
-// The object number of a reference, as uint64; NULL of NULL. Throws db_exception type_error for anything else.
+// Returns the object number of a reference, as uint64, and NULL for NULL. Throws db_exception type_error for anything
+// else.
 class oid final : public lending_operator {
  public:
   explicit oid(std::unique_ptr<operator_base> reference) : operand_(std::move(reference)) {}

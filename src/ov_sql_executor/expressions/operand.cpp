@@ -7,7 +7,7 @@ namespace ov::sql_executor::operators {
 
 namespace {
 
-// Whether what a view shows are the bytes or units of the value in scratch.
+// Tells whether a view shows the bytes or units of the value in scratch.
 bool lies_in(const value_view& view, const value& scratch) {
   if (const auto* text = std::get_if<text_view>(&view)) {
     const auto* owner = std::get_if<db_string::tt_string>(&scratch);
@@ -46,7 +46,7 @@ value_view operand::keep(const value_view& view, scratch_space& scratch) {
   return keep(view, scratch.made);
 }
 
-void operand::append_other(std::vector<value>& list, execution_context& context) const {
+void operand::append_evaluated(std::vector<value>& list, execution_context& context) const {
   if (lender_ == nullptr) {
     list.push_back(expression_->evaluate(context));
     return;

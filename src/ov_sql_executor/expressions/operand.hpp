@@ -17,26 +17,23 @@
 
 namespace ov::sql_executor::operators {
 
-// The caller's memory for values that lie nowhere else, and for bytes that the core lends; texts as they are in columns
-// need no heap. Views may point into it.
+// The caller's memory for values that lie nowhere else, and for bytes that the core lends. Views may point into it.
+// Texts of usual length need no heap.
 struct scratch_space {
   value made;
   boost::container::small_vector<std::uint8_t, 64> bytes;
 };
 
-// An owned expression, and the cheapest way to its value: read where it lies in the context, lent by an operator of
-// this library, or evaluated by one that is not. Which one it is, is found out once, when the tree is built.
+// Owns an expression and knows the cheapest way to its value: it is read where it lies in the context, lent by an
+// operator of this library, or evaluated by any other operator. The way is found once, when the tree is built.
 //
-//    call        gives                        valid until                         for
-//    evaluate    a value                      always                              what is kept
-//    append_to   a value in a list            always                              rows
-//    lend        a view                       the next evaluation, or core call   the last operand of an operator
-//    pin         a view; copies what would    the scratch changes, or the row     the operands before it
-//                not last                     is gone
-//    preserve    a view; copies all that it   the scratch changes                 rows that wait
-//                borrows
-//    visit       an int64 of a property as    the call returns                    aggregates
-//                it is, or a view
+//    call         gives                                valid until                           for
+//    evaluate     a value                              always                                what is kept
+//    append_to    a value in a list                    always                                rows
+//    lend         a view                               the next evaluation or core call      the last operand
+//    pin          a view; copies what would not last   scratch changes, or the row is gone   the operands before it
+//    preserve     a view; copies all that it borrows   scratch changes                       rows that wait
+//    visit        an int64 of a property, or a view    the call returns                      aggregates
 class operand {
  public:
   explicit operand(std::unique_ptr<operator_base> expression)
@@ -45,10 +42,10 @@ class operand {
         context_read_(lender_as<value_from_context>()),
         property_(lender_as<property_read>()) {}
 
-  // A value of the caller's own.
+  // Returns a value of its own.
   value evaluate(execution_context& context) const { return expression_->evaluate(context); }
 
-  // A look at the value: for the operand that is evaluated last. See lending_operator::lend.
+  // Shows the value of the operand that is evaluated last. See lending_operator::lend.
   value_view lend(execution_context& context, value& scratch) const {
     if (property_ != nullptr) return property_->read(context, scratch);
     if (context_read_ != nullptr) return view_of(context_read_->at(context));
@@ -63,25 +60,24 @@ class operand {
     return to_truth(view_of(expression_->evaluate(context)));
   }
 
-  // Whether a condition holds; NULL counts as false.
+  // Tells whether a condition holds; NULL counts as false.
   bool holds(execution_context& context) const { return test(context) == truth::yes; }
 
-  // A look that stays good while other operands are evaluated: see may_go for what is copied into the scratch.
+  // Shows the value while other operands are evaluated. may_be_invalidated says what is copied into scratch.
   value_view pin(execution_context& context, value& scratch) const {
     value_view view = lend(context, scratch);  // made where it is returned
-    if (may_go(view)) view = keep(view, scratch);
+    if (may_be_invalidated(view)) view = keep(view, scratch);
     return view;
   }
 
-  // Copies bytes into memory that can serve again.
+  // Shows the value in the same way, but copies bytes into memory that serves again.
   value_view pin(execution_context& context, scratch_space& scratch) const {
     value_view view = lend(context, scratch.made);  // made where it is returned
-    if (may_go(view)) view = keep(view, scratch);
+    if (may_be_invalidated(view)) view = keep(view, scratch);
     return view;
   }
 
-  // A look that stays good when the row is gone, and the other lists of the context: what does not lie in the view is
-  // copied.
+  // Shows the value when the row and the other lists of the context are gone: copies what does not lie in the view.
   value_view preserve(execution_context& context, scratch_space& scratch) const {
     if (is_int64_property()) return property_->read(context, scratch.made);  // the commonest, and never borrowed
     value_view view = lend(context, scratch.made);                           // made where it is returned
@@ -89,7 +85,7 @@ class operand {
     return view;
   }
 
-  // Calls look with the value and returns what it returns: with an int64 that a property holds, otherwise with a view.
+  // Calls look with an int64 that a property holds, otherwise with a view, and returns what it returns.
   template <class Look>
   auto visit(execution_context& context, Look look) const {
     if (is_int64_property()) {
@@ -101,17 +97,17 @@ class operand {
   }
 
   // Compares the commonest operands without views: a property of int64 with a number of the context, or with another
-  // such property. Calls order with the two numbers, or otherwise if the operands are others. The right one is
-  // evaluated first. if_null: the result where one of them is NULL.
+  // such property. Calls order with the two numbers, or otherwise for other operands. Evaluates the right one first.
+  // Returns if_null where one of them is NULL.
   template <class Result, class Order, class Otherwise>
   static Result compare(const operand& left, const operand& right, execution_context& context, Result if_null,
                         Order order, Otherwise otherwise) {
     if (!left.is_int64_property()) return otherwise();
     std::int64_t number = 0;
-    if (const auto* found = right.find<std::int64_t>(context)) {
+    if (const auto* found = right.find_in_context<std::int64_t>(context)) {
       return left.property_->read_int64(context, number) ? order(number, *found) : if_null;
     }
-    if (const auto* found = right.find<double>(context)) {
+    if (const auto* found = right.find_in_context<double>(context)) {
       return left.property_->read_int64(context, number) ? order(number, *found) : if_null;
     }
     if (!right.is_int64_property()) return otherwise();
@@ -121,36 +117,36 @@ class operand {
     return has_left && has_right ? order(number, other) : if_null;
   }
 
-  // The one position of the row stack that the operand reads, if it is that simple; and whether its value is just the
-  // value there.
+  // Returns the position of the row stack that the operand reads, if it reads just one. is_row_value tells whether its
+  // value is the value there.
   std::optional<std::size_t> row_position() const {
     if (property_ != nullptr) return property_->position();
     return is_row_value() ? std::optional(context_read_->position()) : std::nullopt;
   }
   bool is_row_value() const { return context_read_ != nullptr && context_read_->reads_row_stack(); }
 
-  // Appends the value to a list, made in its place where possible.
+  // Appends the value to a list, where it is built if possible.
   void append_to(std::vector<value>& list, execution_context& context) const {
-    if (property_ == nullptr) return append_other(list, context);
+    if (property_ == nullptr) return append_evaluated(list, context);
     property_->append_to(list, context);
   }
 
  private:
   bool is_int64_property() const { return property_ != nullptr && property_->is_int64(); }
 
-  // The value that lies in the context for this operand, if it is of this type; null where there is none.
+  // Returns the operand's value where it lies in the context; null where it does not, or is of another type.
   template <class T>
-  const T* find(const execution_context& context) const {
+  const T* find_in_context(const execution_context& context) const {
     return context_read_ != nullptr ? std::get_if<T>(&context_read_->at(context)) : nullptr;
   }
 
-  // For what is no property.
-  void append_other(std::vector<value>& list, execution_context& context) const;
+  // Appends the value of an operand that is no property.
+  void append_evaluated(std::vector<value>& list, execution_context& context) const;
 
-  // Whether evaluating other operands may take away what a view shows. The core lends texts and binaries. Those of the
-  // context stay where they are, but short set specifiers lie in the value itself, which moves when a host's operator
-  // lets the row stack grow.
-  bool may_go(const value_view& view) const {
+  // Tells whether the evaluation of other operands may invalidate a view. The core lends texts and binaries until its
+  // next call. Those of the context stay where they are. But short set specifiers lie in the value itself, which moves
+  // when a host's operator lets the row stack grow.
+  bool may_be_invalidated(const value_view& view) const {
     if (std::holds_alternative<std::u16string_view>(view)) {
       return lender_ != nullptr && (context_read_ == nullptr || is_row_value());
     }
@@ -167,9 +163,9 @@ class operand {
   }
 
   owned_part<operator_base, lending_operator> expression_;
-  const lending_operator* lender_;          // expression_, if it lends
-  const value_from_context* context_read_;  // expression_, if it only reads the context
-  const property_read* property_;           // expression_, if it is one
+  const lending_operator* lender_;          // expression_ if it lends, else null
+  const value_from_context* context_read_;  // if it only reads the context
+  const property_read* property_;           // if it is a property
 };
 
 }  // namespace ov::sql_executor::operators

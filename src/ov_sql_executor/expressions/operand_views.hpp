@@ -9,14 +9,14 @@
 
 namespace ov::sql_executor::operators {
 
-// Looks at the values of several expressions at once, row after row, without making values of them: what the core lends
-// for one is put aside while the next is evaluated, in memory that serves for all rows.
+// Shows the values of several expressions at once, row after row, without making values of them. Copies what the core
+// lends for one before it evaluates the next, into memory that serves for all rows.
 class operand_views {
  public:
   explicit operand_views(std::size_t count) : scratch_(count), views_(count) {}
 
-  // The values of the operands, which are as many as the count, evaluated in order. Good until the next call, the next
-  // core call on the context or a change of its lists.
+  // Evaluates the operands in order. Requires: there are as many of them as the count. Valid until: the next call, the
+  // next core call on the context, or a change of the context's lists.
   std::span<const value_view> evaluate(std::span<const operand> operands, execution_context& context);
 
  private:

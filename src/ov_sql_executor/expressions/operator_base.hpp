@@ -7,14 +7,14 @@
 
 namespace ov::sql_executor::operators {
 
-// One scalar expression. Operators own their operands and never change once built: a tree is evaluated any number of
-// times, from several threads with a context each.
+// One scalar expression. Owns its operands and never changes once built. A tree is evaluated any number of times, from
+// several threads with a context each.
 //
-// A plan states expressions, and nothing that is installed puts an operator of the host's own into a tree. The class
-// crosses the library's boundary for code that builds nodes from the library's sources.
+// A plan states expressions, and nothing that is installed puts an operator of the host into a tree. The class crosses
+// the library's boundary for code that builds nodes from the library's sources.
 class OV_SQL_EXECUTOR_API operator_base {
  public:
-  // The expression's value for the rows in scope; SQL NULL is a NullValue. Keeps no reference to the context. Throws
+  // Returns the value for the rows in scope; SQL NULL is a NullValue. Keeps no reference to the context. Throws
   // db_util::db_exception for type and core errors and std::bad_variant_access where an alternative is required.
   virtual value evaluate(execution_context& context) const = 0;
 

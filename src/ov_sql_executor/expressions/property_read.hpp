@@ -1,6 +1,7 @@
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_PROPERTY_READ_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_PROPERTY_READ_HPP_
 
+#include <cassert>
 #include <cstdint>
 #include <vector>
 
@@ -13,8 +14,8 @@
 
 namespace ov::sql_executor::operators {
 
-// A property of an object that stands at a position of the row stack: the commonest operand there is. NULL for a NULL
-// reference, without a core call, and for a column that holds no value.
+// Reads a property of an object at a position of the row stack: the commonest operand. Gives NULL for a NULL reference,
+// without a core call, and for a column that holds no value.
 class property_read final : public lending_operator {
  public:
   // reference_tag, of the table that declares the column, replaces the low 16 bits of the reference's second word.
@@ -32,9 +33,10 @@ class property_read final : public lending_operator {
     return db_util::read_column(type_, context.context_handle, tagged(*object), column_, scratch);
   }
 
-  // For a property of int64: reads its value, or returns false for NULL.
+  // read_int64 reads the value of an int64, or returns false for NULL. Requires: is_int64().
   bool is_int64() const { return type_ == type_code::int64; }
   bool read_int64(const execution_context& context, std::int64_t& number) const {
+    assert(is_int64());
     const OV_OBJ_REF* object = object_in(context);
     if (object == nullptr) return false;
     const OV_OBJ_REF read = tagged(*object);
@@ -42,7 +44,7 @@ class property_read final : public lending_operator {
         orv_context_get_long(context.context_handle, read.object_number, read.second_word, column_, &number));
   }
 
-  // Appends the value to a list, made in its place.
+  // Appends the value to a list, where it is built.
   void append_to(std::vector<value>& list, const execution_context& context) const {
     if (is_int64()) {
       if (std::int64_t number = 0; read_int64(context, number)) {

@@ -5,8 +5,8 @@
 #include <concepts>
 #include <variant>
 
-#include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/raise.hpp"
+#include "ov_sql_executor/errors/require_value.hpp"
 #include "ov_sql_executor/expressions/constants.hpp"
 
 namespace ov::sql_executor {
@@ -40,15 +40,15 @@ std::size_t visible_columns::hash::operator()(const column_ref* column) const {
 }
 
 std::optional<std::int16_t> visible_columns::find_in_scope(const column_ref& column) const {
-  if (index_.empty() && looked_at_ > 64 + 4 * size()) make_index();
-  const std::size_t position = look_for(column);
+  if (index_.empty() && compared_ > 64 + 4 * size()) make_index();
+  const std::size_t position = find_position(column);
   if (position == size()) return std::nullopt;
   reads_.push_back(to_position(position));
   return reads_.back();
 }
 
-// The number of all columns if there is no such column.
-std::size_t visible_columns::look_for(const column_ref& column) const {
+// Returns the number of all columns where there is no such column.
+std::size_t visible_columns::find_position(const column_ref& column) const {
   if (!index_.empty()) {
     const auto found = index_.find(&column);
     return found != index_.end() ? found->second : size();
@@ -56,11 +56,11 @@ std::size_t visible_columns::look_for(const column_ref& column) const {
   const auto outer = std::find(outer_.begin(), outer_.end(), column);
   auto position = static_cast<std::size_t>(outer - outer_.begin());
   if (outer == outer_.end()) position += std::find(input_.begin(), input_.end(), column) - input_.begin();
-  looked_at_ += position;
+  compared_ += position;
   return position;
 }
 
-// The first of equal columns counts. A half-made index is not left behind.
+// Lets the first of equal columns count. Builds the index aside, so that an exception leaves none that is half made.
 void visible_columns::make_index() const {
   decltype(index_) index;
   index.reserve(size());
@@ -81,7 +81,7 @@ scope join_scopes(const scope& outer, const scope& inner) {
 column_ref to_column_ref(const expression& item) {
   return std::visit(
       []<class Alternative>(const Alternative& alternative) -> column_ref {
-        // A literal, too, would convert to no column; an operation holds operands, not a column.
+        // Columns are the alternatives that column_ref has, too.
         if constexpr (std::constructible_from<column_ref, std::in_place_type_t<Alternative>, const Alternative&>) {
           return alternative;
         } else {
@@ -89,7 +89,7 @@ column_ref to_column_ref(const expression& item) {
                                       L"Internal error: expression is not a variable");
         }
       },
-      error_handling::complete(item));
+      error_handling::require_value(item));
 }
 
 expression to_expression(const column_ref& column) {

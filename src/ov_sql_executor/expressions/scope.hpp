@@ -13,17 +13,17 @@
 
 namespace ov::sql_executor {
 
-// The columns of the values that stand on the row stack when an expression is evaluated, in order; none is valueless.
+// The columns of the values on the row stack when an expression is evaluated, in order. None is valueless.
 using scope = std::vector<physical_queryplan::column_ref>;
 
-// Where columns are found: in the enclosing rows, and behind them in a node's input row. Refers to both lists. Looks
-// through them one by one, until so many columns have been asked for that an index pays.
+// Finds columns in the enclosing rows and, after them, in the input row of a node. Refers to both lists. Searches them
+// one by one, until so many columns have been asked for that an index pays.
 class visible_columns {
  public:
   visible_columns(const scope& outer) : outer_(outer) {}  // NOLINT: the same thing where there is no input row
   visible_columns(const scope& outer, const scope& input) : outer_(outer), input_(input) {}
 
-  // The row-stack position of the first column that equals this one. It counts as read. Throws
+  // Returns the row-stack position of the first column that equals this one, and notes it as read. Throws
   // boost::numeric::positive_overflow for a position beyond 32767.
   std::optional<std::int16_t> find_in_scope(const physical_queryplan::column_ref& column) const;
 
@@ -40,24 +40,24 @@ class visible_columns {
   };
 
   std::size_t size() const { return outer_.size() + input_.size(); }
-  std::size_t look_for(const column_ref& column) const;
+  std::size_t find_position(const column_ref& column) const;
   void make_index() const;
 
   std::span<const column_ref> outer_;
   std::span<const column_ref> input_;
   mutable std::vector<std::int16_t> reads_;
-  mutable std::size_t looked_at_ = 0;
+  mutable std::size_t compared_ = 0;
   mutable std::unordered_map<const column_ref*, std::size_t, hash, equal> index_;  // positions; empty until it pays
 };
 
-// The columns of outer, then those of inner.
+// Returns the columns of outer, then those of inner.
 scope join_scopes(const scope& outer, const scope& inner);
 
-// The column that a column reference expression names. Throws OVException 7007 "Internal error: expression is not a
-// variable" for any other expression and std::bad_variant_access for a valueless one.
+// Returns the column that an expression names. Throws OVException 7007 "Internal error: expression is not a variable"
+// for an expression that names none and std::bad_variant_access for a valueless one.
 physical_queryplan::column_ref to_column_ref(const physical_queryplan::expression& expression);
 
-// The expression that reads a column.
+// Returns the expression that reads a column.
 physical_queryplan::expression to_expression(const physical_queryplan::column_ref& column);
 
 }  // namespace ov::sql_executor

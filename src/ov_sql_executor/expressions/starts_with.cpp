@@ -7,7 +7,7 @@ namespace ov::sql_executor::operators {
 
 namespace {
 
-// The one pair that is accepted: two texts.
+// Accepts two texts.
 struct prefix_family {
   using result = value_view;
 

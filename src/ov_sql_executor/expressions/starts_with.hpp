@@ -8,8 +8,8 @@
 
 namespace ov::sql_executor::operators {
 
-// Whether a text begins with another, by their encoded forms. The prefix, on the right, is evaluated first, the text
-// always. NULL where either is NULL; throws db_exception type_error where either is no text.
+// Tells whether a text begins with another, by their encoded forms. Evaluates the prefix, on the right, first, and the
+// text always. Gives NULL where either is NULL. Throws db_exception type_error where either is no text.
 class starts_with final : public lending_operator {
  public:
   starts_with(std::unique_ptr<operator_base> text, std::unique_ptr<operator_base> prefix)

@@ -12,8 +12,8 @@ enum class truth : std::uint8_t { no, yes, unknown };
 
 inline truth to_truth(bool known) { return known ? truth::yes : truth::no; }
 
-// Throws db_exception type_error for a view of neither a bool nor NULL and std::bad_variant_access for that of a
-// valueless value.
+// Throws db_exception type_error for a view that is neither a bool nor NULL and std::bad_variant_access for the view of
+// a valueless value.
 inline truth to_truth(const value_view& any) {
   const bool* known = expect_or_null<bool>(any);
   return known != nullptr ? to_truth(*known) : truth::unknown;

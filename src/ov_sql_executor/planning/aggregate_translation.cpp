@@ -2,7 +2,7 @@
 
 #include <variant>
 
-#include "ov_sql_executor/errors/complete.hpp"
+#include "ov_sql_executor/errors/require_value.hpp"
 #include "ov_sql_executor/errors/subscript.hpp"
 #include "ov_sql_executor/expressions/expression_translation.hpp"
 #include "ov_sql_executor/expressions/operand_list.hpp"
@@ -12,7 +12,7 @@ namespace physical_to_exec {
 namespace {
 
 using namespace physical_queryplan::QueryPlan;  // the kinds are named one by one below
-using error_handling::complete;
+using error_handling::require_value;
 using ov::sql_executor::aggregate_entry;
 using ov::sql_executor::value;
 using ov::sql_executor::visible_columns;
@@ -40,7 +40,7 @@ class aggregate_translator {
 
   // The first two result types are exact, the last two floating.
   aggregate_entry operator()(const Average& kind) const {
-    if (complete(kind.result_type).index() < 2) return aggregates::average_as_decimal{argument(kind)};
+    if (require_value(kind.result_type).index() < 2) return aggregates::average_as_decimal{argument(kind)};
     return aggregates::average_as_double{argument(kind)};
   }
 
@@ -57,15 +57,15 @@ class aggregate_translator {
 }  // namespace
 
 aggregate_entry translate_aggregate(const aggregate& any, std::vector<value>& constants, const visible_columns& inner) {
-  return std::visit(aggregate_translator(constants, inner), complete(any));
+  return std::visit(aggregate_translator(constants, inner), require_value(any));
 }
 
-const aggregation& inside(const aggregate& any) {
-  return std::visit([](const auto& held) -> const aggregation& { return held; }, complete(any));
+const aggregation& common_fields(const aggregate& any) {
+  return std::visit([](const auto& held) -> const aggregation& { return held; }, require_value(any));
 }
 
 column_ref result_column(const aggregate& any) {
-  return std::visit([](const auto& held) -> column_ref { return held; }, complete(inside(any).column));
+  return std::visit([](const auto& held) -> column_ref { return held; }, require_value(common_fields(any).column));
 }
 
 }  // namespace physical_to_exec

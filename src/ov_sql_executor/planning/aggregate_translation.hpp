@@ -10,17 +10,18 @@
 
 namespace physical_to_exec {
 
-// All three throw std::bad_variant_access for what is valueless.
+// These throw std::bad_variant_access for a valueless variant.
 
-// Throws std::out_of_range "invalid vector<T> subscript" for a kind that lacks its argument.
+// Throws std::out_of_range "invalid vector<T> subscript" where a kind lacks its argument.
 ov::sql_executor::aggregate_entry translate_aggregate(const physical_queryplan::QueryPlan::aggregate& aggregate,
                                                       std::vector<ov::sql_executor::value>& constants,
                                                       const ov::sql_executor::visible_columns& inner);
 
-// What every kind of aggregate holds.
-const physical_queryplan::QueryPlan::aggregation& inside(const physical_queryplan::QueryPlan::aggregate& aggregate);
+// Returns what every kind of aggregate holds.
+const physical_queryplan::QueryPlan::aggregation& common_fields(
+    const physical_queryplan::QueryPlan::aggregate& aggregate);
 
-// The column that holds the aggregate's result.
+// Returns the column of the aggregate's result.
 physical_queryplan::column_ref result_column(const physical_queryplan::QueryPlan::aggregate& aggregate);
 
 }  // namespace physical_to_exec

@@ -16,17 +16,17 @@ using physical_queryplan::expression;
 
 class definition_search {
  public:
-  reference_definitions extended;
-  reference_definitions passed_on;  // by groupings, which may keep the names of what they group by, and others
+  reference_definitions extensions;
+  reference_definitions others;  // of groupings, which may repeat the name of what they group by, and of others
 
-  void operator()(const GenerativeAssignment& plan) { define(passed_on, plan.column, plan.expression); }
-  void operator()(const Extension& plan) { define(extended, plan.assignments); }
+  void operator()(const GenerativeAssignment& plan) { define(others, plan.column, plan.expression); }
+  void operator()(const Extension& plan) { define(extensions, plan.assignments); }
   void operator()(const Aggregation& plan) {
     for (const aggregate& each : plan.aggregates) {
-      const std::vector<expression>& arguments = inside(each).arguments;
-      if (!arguments.empty()) define(passed_on, result_column(each), arguments.front());
+      const std::vector<expression>& arguments = common_fields(each).arguments;
+      if (!arguments.empty()) define(others, result_column(each), arguments.front());
     }
-    define(passed_on, plan.group_by);
+    define(others, plan.group_by);
   }
   // These pass on what their inputs define, or the objects of a scan.
   void operator()(const NestedLoopJoin& /*plan*/) {}
@@ -56,17 +56,17 @@ class definition_search {
 
 reference_definitions find_reference_definitions(const PredicateVariant& plan) {
   definition_search search;
-  std::vector<const PredicateVariant*> open = {&plan};  // the next one last
-  while (!open.empty()) {
-    const PredicateVariant& next = *open.back();
-    open.pop_back();
+  std::vector<const PredicateVariant*> to_visit = {&plan};  // the next one last
+  while (!to_visit.empty()) {
+    const PredicateVariant& next = *to_visit.back();
+    to_visit.pop_back();
     std::visit(search, static_cast<const predicate_variant&>(next));
     const auto [left, right] = find_children(next);
-    if (right != nullptr) open.push_back(right->get());
-    if (left != nullptr) open.push_back(left->get());
+    if (right != nullptr) to_visit.push_back(right->get());
+    if (left != nullptr) to_visit.push_back(left->get());
   }
-  search.extended.merge(search.passed_on);  // which adds those that are not there
-  return std::move(search.extended);
+  search.extensions.merge(search.others);  // adds those that are missing
+  return std::move(search.extensions);
 }
 
 }  // namespace physical_to_exec

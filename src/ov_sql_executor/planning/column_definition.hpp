@@ -8,9 +8,9 @@
 
 namespace physical_to_exec {
 
-// The expressions that define the computed references of a plan, by the columns' names: that of an extension or, where
-// no extension defines a column, that of another assignment, of a grouping, or the argument of an aggregate. Of
-// several, the first, searched depth first, left before right, a node's own definitions before its inputs'.
+// Maps the computed references of a plan, by name, to the expressions that define them. Takes the definition of an
+// extension or, without one, that of another assignment, of a grouping, or the argument of an aggregate. Of several,
+// takes the first, searched depth first, left before right, a node's own definitions before its inputs'.
 using reference_definitions = std::map<physical_queryplan::identifier, const physical_queryplan::expression*>;
 
 reference_definitions find_reference_definitions(const physical_queryplan::QueryPlan::PredicateVariant& plan);

@@ -9,8 +9,8 @@
 #include <variant>
 
 #include "ov_sql_executor/database/metadata.hpp"
-#include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/raise.hpp"
+#include "ov_sql_executor/errors/require_value.hpp"
 #include "ov_sql_executor/execution/aggregator.hpp"
 #include "ov_sql_executor/execution/filter.hpp"
 #include "ov_sql_executor/execution/full_join.hpp"
@@ -35,7 +35,7 @@ namespace physical_to_exec {
 namespace {
 
 using namespace physical_queryplan::QueryPlan;  // the alternatives are named one by one below
-using error_handling::complete;
+using error_handling::require_value;
 using ov::sql_executor::join_scopes;
 using ov::sql_executor::projection;
 using ov::sql_executor::scope;
@@ -84,7 +84,7 @@ class node_translator {
     return child;
   }
 
-  // A projection that only repeats its input is its input.
+  // Leaves out a projection that only repeats its input.
   translation operator()(const Projection& plan) const {
     translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
@@ -96,27 +96,27 @@ class node_translator {
     keep_unless_constant(child, inner.take_reads());
     child.node = std::make_unique<projection>(std::move(child.node), std::move(items));
     child.columns = std::move(columns);
-    child.in_place = 0;
+    child.columns_in_place = 0;
     return child;
   }
 
   translation operator()(const GenerativeAssignment& plan) const {
     const visible_columns enclosing(outer_);
     auto expression = translate_expression(plan.expression, constants_, enclosing);
-    translation one_row{{complete(plan.column)},
+    translation one_row{{require_value(plan.column)},
                         std::make_unique<ov::sql_executor::generative_assignment>(std::move(expression))};
     one_row.reads = enclosing.take_reads();
     one_row.is_cheap = true;
     return one_row;
   }
 
-  // The input's values come first, the assignments follow.
+  // Puts the input's values first, the assignments after them.
   translation operator()(const Extension& plan) const {
     translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
-    if (!reads_itself(child, inner)) return copying_extension(plan, std::move(child));
+    if (!finds_own_columns(child, inner)) return copying_extension(plan, std::move(child));
     std::vector<std::unique_ptr<operator_base>> values = translate_assignments(plan.assignments, inner);
-    child.in_place = child.columns.size();
+    child.columns_in_place = child.columns.size();
     append_columns(child.columns, plan.assignments);
     keep_unless_constant(child, inner.take_reads());
     child.node =
@@ -166,7 +166,7 @@ class node_translator {
     return join_columns(std::move(left), std::move(right));
   }
 
-  // The aggregates come first in the row, the group keys after them.
+  // Puts the aggregates first in the row, the group keys after them.
   translation operator()(const Aggregation& plan) const {
     translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
@@ -180,7 +180,7 @@ class node_translator {
     child.node =
         std::make_unique<ov::sql_executor::aggregator>(std::move(child.node), std::move(keys), std::move(entries));
     child.columns = std::move(columns);
-    child.in_place = 0;
+    child.columns_in_place = 0;
     return child;
   }
 
@@ -225,10 +225,10 @@ class node_translator {
   }
 
  private:
-  // Whether each column of a row, looked up by name, is found in that row: an enclosing row may have a column of the
-  // same name, which hides it.
-  bool reads_itself(const translation& input, const visible_columns& inner) const {
-    for (std::size_t i = input.in_place; i < input.columns.size(); ++i) {
+  // Tells whether each column of a row is found in that row when it is looked up by name. A column of the same name in
+  // an enclosing row would hide it.
+  bool finds_own_columns(const translation& input, const visible_columns& inner) const {
+    for (std::size_t i = input.columns_in_place; i < input.columns.size(); ++i) {
       const auto position = inner.find_in_scope(input.columns[i]);
       if (static_cast<std::size_t>(*position) != outer_.size() + i) return false;
     }
@@ -248,11 +248,11 @@ class node_translator {
     append_columns(child.columns, plan.assignments);
     keep_unless_constant(child, inner.take_reads());
     child.node = std::make_unique<projection>(std::move(child.node), std::move(expressions));
-    child.in_place = 0;
+    child.columns_in_place = 0;
     return child;
   }
 
-  // Only the expressions: their columns are looked at when all of them are translated.
+  // Translates the expressions only. The columns have their turn when every expression is translated.
   std::vector<std::unique_ptr<operator_base>> translate_assignments(const std::vector<assignment>& assignments,
                                                                     const visible_columns& inner) const {
     std::vector<std::unique_ptr<operator_base>> values;
@@ -264,7 +264,7 @@ class node_translator {
   }
 
   static void append_columns(scope& columns, const std::vector<assignment>& assignments) {
-    for (const assignment& each : assignments) columns.push_back(complete(each.column));
+    for (const assignment& each : assignments) columns.push_back(require_value(each.column));
   }
 
   static void append(scope& columns, scope more) {
@@ -323,7 +323,7 @@ class node_translator {
     return left;
   }
 
-  // The right side sees the left row.
+  // Lets the right side see the left row.
   template <class Alternative>
   std::pair<translation, translation> dependent_sides(const Alternative& plan) const {
     translation left = translate_input(plan.left, outer_);
@@ -350,7 +350,7 @@ class node_translator {
 
 translation translate(const PredicateVariant& plan, std::vector<value>& constants, const scope& outer,
                       std::size_t changing_from) {
-  return std::visit(node_translator(constants, outer, changing_from), complete(plan));
+  return std::visit(node_translator(constants, outer, changing_from), require_value(plan));
 }
 
 }  // namespace physical_to_exec

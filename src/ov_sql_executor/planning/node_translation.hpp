@@ -17,9 +17,9 @@ namespace physical_to_exec {
 struct translation {
   ov::sql_executor::scope columns;  // one per value of the node's rows, in row order
   std::unique_ptr<ov::sql_executor::node> node;
-  // So many of the first columns are known to be found where they are, behind the outer rows: chained extensions need
+  // So many of the first columns are known to be found at their own place after the outer rows. Chained extensions need
   // not look them up again and again.
-  std::size_t in_place = 0;
+  std::size_t columns_in_place = 0;
   read_list reads = {};   // the positions of the outer rows that are read
   bool is_cheap = false;  // making its rows again costs less than keeping them
 };

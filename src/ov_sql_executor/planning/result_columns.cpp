@@ -1,5 +1,6 @@
 #include "ov_sql_executor/planning/result_columns.hpp"
 
+#include <cassert>
 #include <concepts>
 #include <map>
 #include <optional>
@@ -8,8 +9,8 @@
 #include <vector>
 
 #include "ov_sql_executor/database/metadata.hpp"
-#include "ov_sql_executor/errors/complete.hpp"
 #include "ov_sql_executor/errors/raise.hpp"
+#include "ov_sql_executor/errors/require_value.hpp"
 #include "ov_sql_executor/planning/column_definition.hpp"
 
 namespace physical_to_exec {
@@ -26,8 +27,8 @@ using meta_support::TypeIdentity;
 template <class T, class... Listed>
 concept one_of = (std::same_as<T, Listed> || ...);
 
-// Operations whose result is a bool whatever their tag says, and those whose result is what their tag says. One that is
-// in neither list does not compile.
+// Operations whose result is a bool whatever their tag says, and operations whose result is what their tag says. An
+// operation in neither list does not compile.
 template <class Operation>
 concept truth_operation = one_of<Operation, Equality, Inequality, AtMost, Less, Greater, AtLeast, And, Or, Not,
                                  NullTest, NotNullTest, PatternMatch, PrefixTest, ExclusiveOr, TypeTest>;
@@ -36,7 +37,7 @@ concept tagged_operation =
     one_of<Operation, Sum, Difference, Negation, Quotient, Product, Conditional, Concatenation, ObjectNumber, ToBool,
            ToUint64, ToInt64, ToDecimal, ToFloat, ToDouble, ToText, ToSetSpecifier, PrefixPattern>;
 
-// The column of an alternative of value; the table of a reference is known only where metadata name it.
+// Returns the column of an alternative of value. Only metadata can name the table of a reference.
 template <class T>
 column_type type_of_alternative() {
   if constexpr (std::same_as<T, SetSpecifier> || std::same_as<T, NullValue>) {
@@ -48,21 +49,21 @@ column_type type_of_alternative() {
   }
 }
 
-class typing {
+class type_finder {
  public:
-  explicit typing(const QueryPlan::Projection& root) : root_(root) {}
+  explicit type_finder(const QueryPlan::Projection& root) : root_(root) {}
 
-  // A computed reference is what its definition is, and that of one that is defined by it.
+  // Follows a computed reference to its definition, and further where that is one, too.
   column_type type_of(const expression& any) {
     const expression* definition = &any;
-    std::set<identifier> on_the_way;
+    std::set<identifier> visited;
     while (const auto* const reference = std::get_if<computed<OV_OBJ_REF>>(definition)) {
-      if (const auto known = types_.find(reference->id); known != types_.end()) return keep(on_the_way, known->second);
-      if (!on_the_way.insert(reference->id).second) refuse();
+      if (const auto known = types_.find(reference->id); known != types_.end()) return remember(visited, known->second);
+      if (!visited.insert(reference->id).second) refuse();
       definition = definition_of(*reference);
     }
-    return keep(on_the_way, std::visit([this](const auto& alternative) { return of(alternative); },
-                                       error_handling::complete(*definition)));
+    return remember(visited, std::visit([this](const auto& alternative) { return of(alternative); },
+                                        error_handling::require_value(*definition)));
   }
 
  private:
@@ -70,7 +71,7 @@ class typing {
 
   column_type of(const tagged_operation auto& any) {
     return std::visit([]<class T>(TypeIdentity<T>) { return type_of_alternative<T>(); },
-                      error_handling::complete(any.result_type));
+                      error_handling::require_value(any.result_type));
   }
 
   template <class T>
@@ -111,20 +112,21 @@ class typing {
     return found->second;
   }
 
-  column_type keep(const std::set<identifier>& references, column_type type) {
+  column_type remember(const std::set<identifier>& references, column_type type) {
     for (const identifier& each : references) types_.emplace(each, type);
     return type;
   }
 
   const QueryPlan::Projection& root_;
-  std::optional<reference_definitions> definitions_;  // looked for when they are needed
+  std::optional<reference_definitions> definitions_;  // found when they are needed
   std::map<identifier, column_type> types_;           // of computed references
 };
 
 }  // namespace
 
 std::vector<column_type> result_columns(const QueryPlan::Projection& root) {
-  typing types(root);
+  assert(root.child != nullptr);
+  type_finder types(root);
   std::vector<column_type> columns;
   columns.reserve(root.items.size());
   for (const expression& item : root.items) columns.push_back(types.type_of(item));

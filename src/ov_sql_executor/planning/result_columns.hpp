@@ -8,8 +8,8 @@
 
 namespace physical_to_exec {
 
-// The type of every result column of a plan, whose root has been translated before. Throws OVException 7022
-// "Unsupported return type" for set specifiers, NULL columns and a computed reference that nothing defines;
+// Returns the type of every result column of a plan. Requires: the root has been translated before. Throws OVException
+// 7022 "Unsupported return type" for set specifiers, NULL columns and a computed reference that nothing defines;
 // db_exception when a metadata read fails.
 std::vector<column_type> result_columns(const physical_queryplan::QueryPlan::Projection& root);
 

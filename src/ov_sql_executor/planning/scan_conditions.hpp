@@ -10,7 +10,7 @@
 
 namespace physical_to_exec {
 
-// The key conditions of a scan, one list per leading key column. The bounds see only the enclosing rows.
+// Translates the key conditions of a scan: one list per leading key column. The bounds see only the enclosing rows.
 std::vector<std::vector<ov::sql_executor::key_condition>> translate_ranges(
     const std::vector<physical_queryplan::QueryPlan::scan_range>& ranges,
     std::vector<ov::sql_executor::value>& constants, const ov::sql_executor::visible_columns& outer);

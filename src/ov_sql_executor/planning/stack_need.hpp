@@ -7,9 +7,9 @@
 
 namespace physical_to_exec {
 
-// The bytes of stack that it takes to plan and to run a plan: those of its deepest path from the root through nodes and
-// operations to a leaf. Connectives inside connectives of the same kind are one level. Any plan is measured, whatever
-// is wrong with it, in time linear in its size and on little stack.
+// Returns how many bytes of stack it takes to plan and to run a plan: those of its deepest path from the root through
+// nodes and operations to a leaf. Connectives inside connectives of the same kind are one level. Measures any plan,
+// whatever is wrong with it, in time linear in its size and on little stack.
 std::size_t stack_need(const physical_queryplan::QueryPlan::PredicateVariant& plan);
 
 }  // namespace physical_to_exec

@@ -7,46 +7,47 @@
 
 namespace ov::sql_executor {
 
-// How many parts that are not of this library are being destroyed on this thread, one within another. What they own
-// goes before they do: it does not wait with the parts of what owns them.
-inline thread_local std::size_t others_in_destruction = 0;
+// Counts the parts of other classes that are being destroyed on this thread, one inside another. What such a part owns
+// is destroyed with it: it does not join the queue of the part outside.
+inline thread_local std::size_t foreign_parts_in_destruction = 0;
 
-// A part of a tree that waits to be destroyed until the part that owned it is gone, so that trees of any depth can be
-// destroyed on any stack. Base is what the owner knows of its parts, which it has as owned_part.
+// A part of a tree that is destroyed after its owner, so that trees of any depth can be destroyed on any stack. Base is
+// what the owner knows of its parts, which it holds as owned_part.
 template <class Base>
 class destroyed_in_turn : public Base {
  public:
-  // The parts of a part go before those that wait already, in the order in which it lets go of them.
+  // Destroys this part, or queues it while the part that owns it is being destroyed. The parts of a part go before
+  // those that are queued already, in the order in which it releases them.
   void destroy() noexcept {
-    if (waiting_.end != nullptr && waiting_.others == others_in_destruction) {
-      *waiting_.end = this;
-      waiting_.end = &next_;
+    if (queue_.end != nullptr && queue_.foreign_parts == foreign_parts_in_destruction) {
+      *queue_.end = this;
+      queue_.end = &next_;
       return;
     }
-    const waiting_parts outer = std::exchange(waiting_, {nullptr, others_in_destruction});
+    const part_queue outer = std::exchange(queue_, {nullptr, foreign_parts_in_destruction});
     for (destroyed_in_turn* next = this; next != nullptr;) {
       destroyed_in_turn* const rest = next->next_;
       destroyed_in_turn* parts = nullptr;
-      waiting_.end = &parts;
+      queue_.end = &parts;
       delete next;
-      *waiting_.end = rest;
+      *queue_.end = rest;
       next = parts;
     }
-    waiting_ = outer;
+    queue_ = outer;
   }
 
  private:
-  // The parts of the part that is being destroyed.
-  struct waiting_parts {
+  // The queue of the part that is being destroyed.
+  struct part_queue {
     destroyed_in_turn** end = nullptr;  // null where none is being destroyed
-    std::size_t others = 0;             // others_in_destruction when that began
+    std::size_t foreign_parts = 0;      // foreign_parts_in_destruction when that began
   };
-  static inline thread_local waiting_parts waiting_;
+  static inline thread_local part_queue queue_;
 
   destroyed_in_turn* next_ = nullptr;
 };
 
-// Owns a part: one of this library, of class Own, or any other, which is destroyed at once.
+// Owns a part. A part of this library, of class Own, is destroyed in turn; any other is destroyed at once.
 template <class Base, class Own>
 class owned_part {
  public:
@@ -57,7 +58,7 @@ class owned_part {
   const Base& operator*() const { return *part_; }
   const Base* operator->() const { return part_.get(); }
 
-  // Null for any other.
+  // Null for a part of another class.
   const Own* own() const { return part_.get_deleter().own; }
 
  private:
@@ -68,9 +69,9 @@ class owned_part {
       if (own != nullptr) {
         own->destroy();
       } else {
-        ++others_in_destruction;
+        ++foreign_parts_in_destruction;
         delete part;
-        --others_in_destruction;
+        --foreign_parts_in_destruction;
       }
     }
   };

@@ -21,7 +21,7 @@ bool is_ordinary(std::align_val_t alignment) {
   return static_cast<std::size_t>(alignment) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__;
 }
 
-// Only advice: where it is not taken, the pages are small.
+// Gives advice only: the pages stay small where the system does not take it.
 void ask_for_large_pages([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t size) {
 #if defined(__linux__)
   if (size >= large_page) static_cast<void>(madvise(memory, size / small_page * small_page, MADV_HUGEPAGE));

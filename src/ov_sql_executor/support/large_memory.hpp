@@ -1,4 +1,4 @@
-// Memory for what grows with the input and is then read in any order: hash tables, the states of groups, keys to sort.
+// Memory for what grows with the input and is read in any order: hash tables, states of groups, keys to sort.
 #ifndef OV_SQL_EXECUTOR_SUPPORT_LARGE_MEMORY_HPP_
 #define OV_SQL_EXECUTOR_SUPPORT_LARGE_MEMORY_HPP_
 
@@ -10,15 +10,15 @@
 
 namespace ov::sql_executor {
 
-// As operator new and operator delete, but what is large lies in large pages where the system has them: a processor
-// knows the places of a few thousand pages, and looking one up takes longer than reading from it. Throw std::bad_alloc.
+// Like operator new and delete, but large blocks use huge pages where available, to save TLB misses. Throws
+// std::bad_alloc.
 void* allocate_large(std::size_t size, std::size_t alignment);
 void free_large(void* memory, std::size_t size, std::size_t alignment) noexcept;
 
-// The same for what takes a memory resource. It lives as long as the process.
+// Allocates as allocate_large does. Valid until: the process ends.
 std::pmr::memory_resource* large_memory();
 
-// Has what lies there brought near the processor meanwhile, as a hint: nothing is read.
+// Hints to the processor that memory will be read soon. Reads nothing.
 inline void prefetch_memory(const void* place) { __builtin_prefetch(place); }
 
 template <class T>
@@ -35,7 +35,7 @@ struct large_allocator {
   }
   void deallocate(T* memory, std::size_t count) noexcept { free_large(memory, count * sizeof(T), alignof(T)); }
 
-  // Numbers that a resize adds are not set: somebody is about to do so, and each pass over them counts.
+  // Leaves numbers unset that a resize adds: the caller is about to set them, and each pass over them costs time.
   template <class U>
   void construct(U* at) {
     ::new (static_cast<void*>(at)) U;

@@ -1,5 +1,5 @@
-// How much stack the levels of a plan take while they are planned, run or destroyed: a little more than the hungriest
-// node and the hungriest operation need as each compiler builds them. A test measures them.
+// How much stack each level of a plan takes while it is planned, run or destroyed: a little more than the hungriest
+// node and the hungriest operation need with each compiler. A test measures them.
 #ifndef OV_SQL_EXECUTOR_SUPPORT_STACK_WEIGHTS_HPP_
 #define OV_SQL_EXECUTOR_SUPPORT_STACK_WEIGHTS_HPP_
 
@@ -30,10 +30,10 @@ inline constexpr bool is_optimised = false;
 inline constexpr std::size_t node = is_optimised ? (guards_frames ? 4608 : 1024) : (guards_frames ? 12288 : 4096);
 inline constexpr std::size_t operation = is_optimised ? (guards_frames ? 3584 : 1024) : (guards_frames ? 8192 : 3072);
 
-// For what is called beside: the core, sorting, memory, exceptions.
+// Is left for the core, sorting, memory and exceptions.
 inline constexpr std::size_t reserve = guards_frames ? 65536 : 32768;
 
-// What a plan may need without anybody looking at the stack.
+// A plan that needs no more than this is not checked.
 inline constexpr std::size_t unchecked = guards_frames ? 65536 : 32768;
 
 }  // namespace ov::sql_executor::stack_weights

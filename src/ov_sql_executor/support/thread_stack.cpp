@@ -16,7 +16,7 @@ namespace ov::sql_executor {
 
 namespace {
 
-constexpr std::size_t assumed = stack_weights::unchecked + stack_weights::reserve;
+constexpr std::size_t assumed_size = stack_weights::unchecked + stack_weights::reserve;
 
 struct address_range {
   std::uintptr_t lowest;
@@ -25,8 +25,8 @@ struct address_range {
 
 #if defined(_WIN32)
 
-// Not that of a local variable: a sanitizer may keep those elsewhere.
-std::uintptr_t here() { return reinterpret_cast<std::uintptr_t>(_AddressOfReturnAddress()); }
+// Takes no address of a local variable: a sanitizer may keep those elsewhere.
+std::uintptr_t stack_position() { return reinterpret_cast<std::uintptr_t>(_AddressOfReturnAddress()); }
 
 address_range stack_of_thread() {
   ULONG_PTR lowest = 0;
@@ -37,7 +37,7 @@ address_range stack_of_thread() {
 
 #else
 
-std::uintptr_t here() { return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)); }
+std::uintptr_t stack_position() { return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)); }
 
 address_range stack_of_thread() {
   pthread_attr_t attributes;
@@ -54,23 +54,28 @@ address_range stack_of_thread() {
 
 #endif
 
-// What is known of the stack that the thread runs on; nothing yet. A thread's own, since the next one may get a smaller
-// stack in the same place.
-thread_local address_range known = {1, 0};
+// The stack of this thread, as far as it is known; nothing at first. Thread-local, since the next thread may get a
+// smaller stack in the same place.
+thread_local address_range thread_range = {1, 0};
 
-bool has(std::size_t bytes) {
-  const std::uintptr_t now = here();
-  return now >= known.lowest && now <= known.highest && now - known.lowest >= stack_weights::reserve &&
-         now - known.lowest - stack_weights::reserve >= bytes;
+bool is_in_range(std::uintptr_t position) {
+  return position >= thread_range.lowest && position <= thread_range.highest;
+}
+
+bool has_left(std::size_t bytes) {
+  const std::uintptr_t now = stack_position();
+  return is_in_range(now) && now - thread_range.lowest >= stack_weights::reserve &&
+         now - thread_range.lowest - stack_weights::reserve >= bytes;
 }
 
 }  // namespace
 
 void require_stack(std::size_t bytes) {
-  if (has(bytes)) return;
-  known = stack_of_thread();
-  if (here() < known.lowest || here() > known.highest) known = {here() - assumed, here()};  // of the host's own making
-  if (!has(bytes)) error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
+  if (has_left(bytes)) return;
+  thread_range = stack_of_thread();
+  const std::uintptr_t now = stack_position();
+  if (!is_in_range(now)) thread_range = {now - assumed_size, now};  // a stack that the host made
+  if (!has_left(bytes)) error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
 }
 
 }  // namespace ov::sql_executor

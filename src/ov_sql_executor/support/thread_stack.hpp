@@ -5,9 +5,9 @@
 
 namespace ov::sql_executor {
 
-// Throws OVException 7022 "Not implemented error" unless the calling thread's stack has that many bytes left, and a
-// reserve for whatever is called beside. Where the system does not know the stack that the caller runs on, a small one
-// is assumed. To ask the system takes some microseconds; as long as a thread stays on the same stack, it is asked once.
+// Throws OVException 7022 "Not implemented error" unless the calling thread's stack has that many bytes left, plus a
+// reserve for what is called besides. Assumes a small stack where the system does not know it. Asks the system, which
+// takes some microseconds, once for as long as the thread stays on the same stack.
 void require_stack(std::size_t bytes);
 
 }  // namespace ov::sql_executor

@@ -17,7 +17,7 @@ namespace {
 
 using operator_library::NullValue;
 
-// The pairs that promote: every number with every number, anything else only with its own alternative.
+// Accepts every number with every number, and anything else with its own alternative only.
 struct promotion_family {
   using result = promoted_pair;
 
@@ -35,7 +35,7 @@ struct promotion_family {
   }
 };
 
-// The pairs that an operation accepts: numbers whose common type is arithmetic.
+// Accepts numbers whose common type is arithmetic.
 template <class Operation>
 struct arithmetic_family {
   using result = value_view;

@@ -5,28 +5,28 @@
 
 namespace ov::sql_executor {
 
-// All of this: NULL where an operand is NULL, db_exception type_error for what does not take part,
-// std::bad_variant_access for the view of a valueless value.
+// Each of these gives NULL where an operand is NULL. Each throws db_exception type_error for an operand that it does
+// not accept and std::bad_variant_access for the view of a valueless value.
 
 struct promoted_pair {
   value_view left;
   value_view right;
 };
 
-// Brings two values to one alternative: numbers to their common type (see promotion.hpp), two NULLs where one is NULL.
-// Two values of one other alternative stay what they are. Throws db_exception out_of_range for a number that the common
-// type cannot hold.
+// Brings two values to one alternative: numbers to their common type (see promotion.hpp), and both to NULL where one is
+// NULL. Leaves two values of any other alternative as they are. Throws db_exception out_of_range for a number that the
+// common type cannot hold.
 promoted_pair promote_pair(const value_view& left, const value_view& right);
 
-// Arithmetic on the promoted pair: integers and Decimals checked (db_exception out_of_range for overflow and for a
-// divisor of zero), floating-point numbers as IEEE 754 has it in their own precision. Two bools, or a bool and an
-// unsigned number, do not take part.
+// Calculate with the promoted pair. Integers and Decimals are checked: overflow and a divisor of zero are a
+// db_exception out_of_range. Floating-point numbers follow IEEE 754 in their own precision. Two bools are not accepted,
+// nor a bool and an unsigned number.
 value_view add_values(const value_view& left, const value_view& right);
 value_view subtract_values(const value_view& left, const value_view& right);
 value_view multiply_values(const value_view& left, const value_view& right);
 value_view divide_values(const value_view& left, const value_view& right);
 
-// An unsigned number becomes a signed one; of a floating-point number the sign bit is flipped.
+// Turns an unsigned number into a signed one. Flips the sign bit of a floating-point number.
 value_view negate_value(const value_view& number);
 
 }  // namespace ov::sql_executor

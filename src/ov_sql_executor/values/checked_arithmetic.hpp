@@ -8,7 +8,7 @@
 
 namespace ov::sql_executor {
 
-// Integer arithmetic that never wraps: every function throws db_exception out_of_range for a result that does not fit.
+// Integer arithmetic that never wraps. Every function throws db_exception out_of_range for a result that does not fit.
 
 inline std::int64_t checked_add(std::int64_t left, std::int64_t right) {
   std::int64_t sum = 0;
@@ -28,7 +28,7 @@ inline std::int64_t checked_multiply(std::int64_t left, std::int64_t right) {
   return product;
 }
 
-// Truncates toward zero. Throws also for a divisor of zero.
+// Truncates toward zero. Throws for a divisor of zero, too.
 inline std::int64_t checked_divide(std::int64_t left, std::int64_t right) {
   const bool overflows = left == std::numeric_limits<std::int64_t>::min() && right == -1;
   if (right == 0 || overflows) throw db_util::db_exception{db_util::out_of_range};
@@ -37,7 +37,7 @@ inline std::int64_t checked_divide(std::int64_t left, std::int64_t right) {
 
 inline std::int64_t checked_negate(std::int64_t number) { return checked_subtract(0, number); }
 
-// The negative of an unsigned number is signed.
+// Gives a signed number.
 inline std::int64_t checked_negate(std::uint64_t number) {
   if (number > std::uint64_t{std::numeric_limits<std::int64_t>::max()}) {
     throw db_util::db_exception{db_util::out_of_range};

@@ -9,7 +9,7 @@ namespace ov::sql_executor {
 
 namespace {
 
-// The pairs that compare: every number with every number, anything else only with its own alternative.
+// Accepts every number with every number, and anything else with its own alternative only.
 struct comparison_family {
   using result = std::optional<std::partial_ordering>;
 

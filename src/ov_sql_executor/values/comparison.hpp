@@ -8,9 +8,10 @@
 
 namespace ov::sql_executor {
 
-// The order of two values as the comparison operators see it: nothing where one is NULL; numbers of all types exactly,
-// unordered for a NaN; texts, binaries, references (by object number) and set specifiers with their own kind. Throws
-// db_exception type_error for every other pair and std::bad_variant_access for the view of a valueless value.
+// Orders two values for the comparison operators; gives nothing where one is NULL. Compares numbers of all types
+// exactly; a NaN is unordered. Compares texts, binaries, references (by object number) and set specifiers with their
+// own kind. Throws db_exception type_error for every other pair and std::bad_variant_access for the view of a valueless
+// value.
 std::optional<std::partial_ordering> compare_values(const value_view& left, const value_view& right);
 
 }  // namespace ov::sql_executor

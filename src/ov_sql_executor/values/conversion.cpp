@@ -29,7 +29,7 @@ value_view convert_alternative(const Source& source) {
 
 template <class Target>
 value_view convert_to(const value_view& source) {
-  return visit_view([](const auto& held) { return convert_alternative<shown_as<Target>>(held); }, source);
+  return visit_view([](const auto& held) { return convert_alternative<view_alternative<Target>>(held); }, source);
 }
 
 template value_view convert_to<bool>(const value_view&);

@@ -6,8 +6,8 @@
 
 namespace operator_library {
 
-// An exact fixed-point number: a signed count of millionths. A core may hand out a raw value outside the valid range;
-// such a value compares like any other and is refused by the operations that check their operands.
+// An exact fixed-point number: a signed count of millionths. A core may hand out a raw value outside the valid range.
+// Such a value compares like any other; operations that check their operands refuse it.
 struct Decimal {
   std::int64_t raw = 0;
 

@@ -1,5 +1,7 @@
 #include "ov_sql_executor/values/decimal_arithmetic.hpp"
 
+#include <cassert>
+
 #include "ov_sql_executor/errors/db_exception.hpp"
 #include "ov_sql_executor/values/checked_arithmetic.hpp"
 #include "ov_sql_executor/values/int128.hpp"
@@ -20,10 +22,11 @@ constexpr Integer magnitude(Integer number) {
   return number < 0 ? -number : number;
 }
 
-// The quotient is known to be in range, so that what rounding adds fits.
+// Requires: the quotient is in range, so that rounding does not overflow.
 template <class Integer>
 std::int64_t rounded_quotient(Integer dividend, std::int64_t divisor) {
   const auto quotient = static_cast<std::int64_t>(dividend / divisor);
+  assert(magnitude(quotient) <= Decimal::max_raw);
   const auto rest = static_cast<std::int64_t>(dividend % divisor);
   if (magnitude(rest) < magnitude(divisor) - magnitude(rest)) return quotient;
   return (dividend < 0) == (divisor < 0) ? quotient + 1 : quotient - 1;
@@ -40,7 +43,7 @@ Decimal subtract(Decimal left, Decimal right) { return {in_range(checked_subtrac
 Decimal multiply(Decimal left, Decimal right) {
   const int128 product = int128{left.raw} * right.raw;
   if (magnitude(product) > int128{Decimal::max_raw} * Decimal::scale) reject();
-  // Most products are small, and a division by a constant is a multiplication.
+  // Most products fit 64 bits, where the division by a constant becomes a multiplication.
   const auto low = static_cast<std::int64_t>(product);
   return {low == product ? rounded_quotient(low, Decimal::scale) : rounded_quotient(product, Decimal::scale)};
 }

@@ -16,7 +16,7 @@ text_bits bit_count(text_view text) {
   const std::span<const std::uint8_t> bytes = text.bytes;
   std::uint64_t unused = 0;
   for (std::size_t position = 0; position < bytes.size(); ++position) {
-    // A count that leaves 64 bits is beyond every payload; it stays there.
+    // A count that exceeds 64 bits is beyond every payload. It stays at the maximum.
     unused = unused > std::numeric_limits<std::uint64_t>::max() >> 7 ? std::numeric_limits<std::uint64_t>::max()
                                                                      : unused << 7 | (bytes[position] & 0x7F);
     if ((bytes[position] & 0x80) == 0) continue;

@@ -1,4 +1,4 @@
-// What this library knows of the database's encoded text; how characters become bits is the core's business.
+// What this library knows of the database's encoded text. How characters become bits is the core's business.
 //
 //    +---------------------------+------------------------------------+
 //    | header                    | payload                            |
@@ -6,8 +6,8 @@
 //    +---------------------------+------------------------------------+
 //
 // The x bits of the header, most significant group first, count the unused bits at the end of the payload, which are
-// zero. The order of the payload bits is the order of the texts; a text begins with another exactly when its payload
-// begins with its bits. Equal texts have equal bytes, and are compared and hashed by them.
+// zero. The payload bits sort as the texts do. A text begins with another exactly when its payload begins with the bits
+// of the other. Equal texts have equal bytes, and are compared and hashed by them.
 #ifndef OV_SQL_EXECUTOR_VALUES_ENCODED_TEXT_HPP_
 #define OV_SQL_EXECUTOR_VALUES_ENCODED_TEXT_HPP_
 
@@ -24,8 +24,8 @@ struct text_bits {
   std::span<const std::uint8_t> payload;  // as many bytes as the bits need
 };
 
-// The payload, and how many bits of it count: the one reading of the header. Bytes without a terminated header, and a
-// header that counts more unused bits than there are, give an empty text.
+// Reads the header: finds the payload, and how many bits of it count. Gives an empty text for bytes without a
+// terminated header and for a header that counts more unused bits than there are.
 text_bits bit_count(text_view text);
 
 std::strong_ordering compare_texts(text_view left, text_view right);

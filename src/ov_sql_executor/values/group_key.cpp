@@ -35,7 +35,7 @@ std::uint64_t hash_of(float key) { return key == 0 ? 0 : std::bit_cast<std::uint
 std::uint64_t hash_of(const OV_OBJ_REF& key) { return hash_word(key.object_number); }
 std::uint64_t hash_of(const operator_library::NullValue&) { return null_hash; }
 
-// Text bytes count as signed numbers, binary bytes as unsigned ones.
+// Takes the bytes of a text as signed numbers, those of a binary as unsigned ones.
 std::uint64_t hash_of(const text_view& key) {
   std::uint64_t hash = 0;
   for (const std::uint8_t byte : bit_count(key).payload) {

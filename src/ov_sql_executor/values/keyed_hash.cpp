@@ -71,7 +71,7 @@ keyed_hash::keyed_hash() {
   std::random_device random;
   const auto word = [&random] { return std::uint64_t{random()} << 32 | random(); };
   start_ = word();
-  // A factor of many bits, and odd: a small one would not bring the bits of a word to the top.
+  // Factors have many bits and are odd: a small one would not bring the bits of a word to the top.
   std::generate(factors_.begin(), factors_.end(), [&] { return word() | 1 | std::uint64_t{1} << 63; });
 }
 

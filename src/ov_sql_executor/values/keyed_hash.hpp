@@ -9,11 +9,11 @@
 
 namespace ov::sql_executor {
 
-// A hash of rows for tables in memory: equal keys (see group_key.hpp) hash alike. Words are mixed by the folded 128-bit
+// Hashes rows for tables in memory. Equal keys (see group_key.hpp) hash alike. Mixes words by the folded 128-bit
 // multiplication of wyhash, with random factors of the process, so that nobody can prepare keys that collide.
 class keyed_hash {
  public:
-  // That of this process. Throws std::runtime_error where the system gives no random numbers.
+  // Returns the hash of this process. Throws std::runtime_error where the system gives no random numbers.
   static const keyed_hash& of_process();
 
   // Throws std::bad_variant_access for the view of a valueless value.

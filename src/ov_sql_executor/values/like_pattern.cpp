@@ -1,5 +1,6 @@
 #include "ov_sql_executor/values/like_pattern.hpp"
 
+#include <cassert>
 #include <cstddef>
 
 #include "ov_sql_executor/errors/raise.hpp"
@@ -17,15 +18,15 @@ constexpr std::size_t nowhere = std::u16string_view::npos;
 constexpr bool is_special(char16_t unit) { return unit == any_run || unit == any_character || unit == escape; }
 constexpr bool is_high_surrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 
-// What texts that match a pattern begin and end with. Patterns without % have no end of their own.
+// What every matching text begins and ends with. Patterns without % have no fixed end.
 struct fixed_ends {
   std::size_t beginning = 0;        // units before the first special one
-  std::size_t end_start = nowhere;  // behind the last %
+  std::size_t end_start = nowhere;  // after the last %
   std::size_t end_length = 0;       // without the escapes
   bool is_end_fixed = false;        // no _ in it
 };
 
-// Throws if an escape is followed by anything else than a special unit.
+// Throws where a unit that is not special, or none, follows an escape.
 fixed_ends check_escapes(std::u16string_view pattern) {
   fixed_ends ends;
   std::size_t at = 0;
@@ -56,7 +57,9 @@ bool begins_with(std::u16string_view text, std::u16string_view units) {
   return text.size() >= units.size() && text[0] == units[0] && are_equal(text.data(), units.data(), units.size());
 }
 
+// Requires: the pattern has a fixed end, and the text is at least as long.
 bool ends_with(std::u16string_view text, std::u16string_view pattern, const fixed_ends& ends) {
+  assert(ends.is_end_fixed && text.size() >= ends.end_length);
   std::size_t text_at = text.size() - ends.end_length;
   for (std::size_t at = ends.end_start; at < pattern.size(); ++at) {
     if (pattern[at] == escape) ++at;
@@ -65,14 +68,14 @@ bool ends_with(std::u16string_view text, std::u16string_view pattern, const fixe
   return true;
 }
 
-// Walks text and pattern together. Behind a % the walk restarts from the next place in the text whenever it fails, but
+// Walks text and pattern together. After a %, the walk restarts from the next place in the text whenever it fails, but
 // never goes back before the last %: a walk that starts later is never ahead of one that started earlier, so the first
-// place where the pattern up to the next % fits leaves the most for the rest.
-class like_walk {
+// place where the pattern up to the next % fits leaves the most text for the rest.
+class like_matcher {
  public:
-  like_walk(std::u16string_view text, std::u16string_view pattern) : text_(text), pattern_(pattern) {}
+  like_matcher(std::u16string_view text, std::u16string_view pattern) : text_(text), pattern_(pattern) {}
 
-  bool succeeds() {
+  bool matches() {
     while (!is_at_end()) {
       if (pattern_at_ < pattern_.size() && pattern_[pattern_at_] == any_run) {
         if (++pattern_at_ == pattern_.size()) return true;
@@ -89,14 +92,14 @@ class like_walk {
  private:
   bool is_at_end() const { return pattern_at_ == pattern_.size() && text_at_ == text_.size(); }
 
-  // How many units that stand for themselves, without escapes, lie in the pattern from here on.
+  // Counts the literal units, without escapes, from here on in the pattern.
   std::size_t count_literals(std::size_t at) const {
     const std::size_t start = at;
     while (at < pattern_.size() && !is_special(pattern_[at])) ++at;
     return at - start;
   }
 
-  // Goes past one item of the pattern, or several literals, and what they match, if they do.
+  // Passes one item of the pattern, or several literals, and what they match. Returns false where they do not match.
   bool take_item() {
     if (pattern_at_ == pattern_.size() || text_at_ == text_.size()) return false;
     const char16_t item = pattern_[pattern_at_];
@@ -123,7 +126,7 @@ class like_walk {
     return true;
   }
 
-  // Goes to the first place from start on where the segment may match, if there is one.
+  // Goes to the first place, from start on, where the segment may match. Returns false if there is none.
   bool start_segment(std::size_t start) {
     if (start > text_.size()) return false;
     segment_start_ = find_segment(start);
@@ -132,7 +135,7 @@ class like_walk {
     return segment_start_ != nowhere;
   }
 
-  // Where its first item matches, and its second one, too, if both are literals.
+  // Finds where its first item matches, and its second one, too, if both are literals.
   std::size_t find_segment(std::size_t start) const {
     const char16_t first = pattern_[segment_];
     if (first == any_character || first == any_run) return start;
@@ -145,7 +148,7 @@ class like_walk {
   std::u16string_view pattern_;
   std::size_t text_at_ = 0;
   std::size_t pattern_at_ = 0;
-  std::size_t segment_ = nowhere;     // the pattern behind the last %; nowhere before the first
+  std::size_t segment_ = nowhere;     // the pattern after the last %; nowhere before the first
   std::size_t segment_literals_ = 0;  // at its beginning
   std::size_t segment_start_ = 0;     // where in the text it is tried
 };
@@ -154,14 +157,14 @@ class like_walk {
 
 bool matches_like(std::u16string_view text, std::u16string_view pattern) {
   const fixed_ends ends = check_escapes(pattern);
-  // The cheaper questions first.
+  // Asks the cheaper questions first.
   if (!begins_with(text, pattern.substr(0, ends.beginning))) return false;
   if (ends.is_end_fixed) {
     if (text.size() < ends.beginning + ends.end_length || !ends_with(text, pattern, ends)) return false;
     text.remove_suffix(ends.end_length);  // what is left of the pattern ends in %
     pattern.remove_suffix(pattern.size() - ends.end_start);
   }
-  return like_walk(text.substr(ends.beginning), pattern.substr(ends.beginning)).succeeds();
+  return like_matcher(text.substr(ends.beginning), pattern.substr(ends.beginning)).matches();
 }
 
 std::u16string like_prefix(std::u16string_view pattern) {

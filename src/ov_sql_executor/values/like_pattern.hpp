@@ -13,12 +13,12 @@
 
 namespace ov::sql_executor {
 
-// Whether the whole text matches, in time that grows with the length of the text times that of the pattern at most.
-// Throws OVException bad_escape, whatever the text, when an escape is followed by anything else than a special unit.
+// Tells whether the whole text matches, in time that grows at most with the product of both lengths. Throws OVException
+// bad_escape, whatever the text, where anything but a special unit follows an escape.
 bool matches_like(std::u16string_view text, std::u16string_view pattern);
 
-// What every text that matches begins with: the units before the first wildcard, without their escapes. Empty for a
-// pattern without wildcards. Escapes pair from the left and are not checked.
+// Returns what every matching text begins with: the units before the first wildcard, without their escapes. Gives the
+// empty text for a pattern without wildcards. Pairs escapes from the left and does not check them.
 std::u16string like_prefix(std::u16string_view pattern);
 
 }  // namespace ov::sql_executor

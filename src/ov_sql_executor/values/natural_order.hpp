@@ -11,25 +11,25 @@
 
 namespace ov::sql_executor {
 
-// The order within each alternative that is not a number.
+// Orders values of one alternative that is not a number.
 
 inline std::strong_ordering natural_order(const text_view& left, const text_view& right) {
   return compare_texts(left, right);
 }
 
-// Unsigned bytes over the common length, then the shorter first.
+// Compares unsigned bytes. A binary that begins the other one is less.
 inline std::strong_ordering natural_order(const binary_view& left, const binary_view& right) {
   const std::size_t common = std::min(left.bytes.size(), right.bytes.size());
   const int order = common == 0 ? 0 : std::memcmp(left.bytes.data(), right.bytes.data(), common);
   return order != 0 ? order <=> 0 : left.bytes.size() <=> right.bytes.size();
 }
 
-// By the object number alone.
+// Compares the object number alone.
 inline std::strong_ordering natural_order(const OV_OBJ_REF& left, const OV_OBJ_REF& right) {
   return left.object_number <=> right.object_number;
 }
 
-// By code units, unsigned, then the shorter first.
+// Compares unsigned code units. A specifier that begins the other one is less.
 inline std::strong_ordering natural_order(std::u16string_view left, std::u16string_view right) {
   return left <=> right;
 }

@@ -1,9 +1,13 @@
 #include "ov_sql_executor/values/number_bracket.hpp"
 
+#include <cassert>
+
 namespace ov::sql_executor {
 
 std::int64_t floor_in_millionths(double number) {
-  // The product below may be rounded up to the next whole number, which the exact comparison corrects; never below one.
+  assert(compare_with_millionths(number, -operator_library::Decimal::max_raw) >= 0 &&
+         compare_with_millionths(number, operator_library::Decimal::max_raw) <= 0);
+  // Rounding may lift the product to the next whole number, never below one. The exact comparison corrects that.
   const double whole = std::trunc(number);
   const double millionths = std::floor((number - whole) * static_cast<double>(operator_library::Decimal::scale));
   std::int64_t floor =

@@ -12,7 +12,7 @@
 
 namespace ov::sql_executor {
 
-// The types whose values can be listed: a number of any type lies on one of their values or between two.
+// Types whose values can be listed: a number of any type is one of their values or lies between two.
 template <class T>
 concept discrete_alternative = integer_alternative<T> || std::same_as<T, operator_library::Decimal>;
 
@@ -31,7 +31,7 @@ constexpr operator_library::Decimal highest_of(operator_library::Decimal) {
   return {operator_library::Decimal::max_raw};
 }
 
-// Where a number lies among the values of T.
+// Says where a number lies among the values of T.
 template <discrete_alternative T>
 struct number_bracket {
   enum class place { below, inside, above, unknown };  // of the range of T; unknown for a NaN
@@ -43,7 +43,8 @@ struct number_bracket {
   bool is_exact() const { return floor == ceiling; }
 };
 
-// The greatest count of millionths that is not above a number within the range of Decimal.
+// Returns the greatest count of millionths that is not above the number. Requires: the number is within the range of
+// Decimal.
 std::int64_t floor_in_millionths(double number);
 
 template <discrete_alternative T, numeric_alternative Number>

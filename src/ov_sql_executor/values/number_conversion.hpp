@@ -1,5 +1,5 @@
 // What a number of one type becomes in another. Nothing is clamped: a number that does not fit throws db_exception
-// out_of_range, a pair of types without a conversion throws db_exception unsupported_conversion.
+// out_of_range. A pair of types without a conversion throws db_exception unsupported_conversion.
 #ifndef OV_SQL_EXECUTOR_VALUES_NUMBER_CONVERSION_HPP_
 #define OV_SQL_EXECUTOR_VALUES_NUMBER_CONVERSION_HPP_
 
@@ -13,8 +13,8 @@
 
 namespace ov::sql_executor {
 
-// Truncated toward zero. Refused: infinities, NaN, and what lies outside the range before it is truncated, so that
-// -0.5 is no unsigned number (-0.0 is one).
+// Truncates toward zero. Throws for infinities, NaN, and what lies outside the range before it is truncated: -0.5 is no
+// unsigned number, but -0.0 is one.
 template <std::integral Integer>
 Integer truncate(double number) {
   constexpr double limit = std::same_as<Integer, std::int64_t> ? 9223372036854775808.0 : 18446744073709551616.0;
@@ -23,7 +23,7 @@ Integer truncate(double number) {
   return static_cast<Integer>(number);
 }
 
-// Whether it is not zero; a NaN is not.
+// Gives false for zero, true for any other number and for a NaN.
 template <numeric_alternative From>
 bool to_bool(From number) {
   return number != From{};
@@ -47,7 +47,7 @@ Integer to_integer(From number) {
   }
 }
 
-// Not from floating-point numbers.
+// Does not convert floating-point numbers.
 template <numeric_alternative From>
 Decimal to_decimal(From number) {
   if constexpr (floating_alternative<From>) {
@@ -59,7 +59,7 @@ Decimal to_decimal(From number) {
   }
 }
 
-// The nearest number of the type; not from double to float.
+// Gives the nearest number of the type. Does not convert double to float.
 template <floating_alternative Floating, numeric_alternative From>
 Floating to_floating(From number) {
   if constexpr (std::same_as<From, double> && std::same_as<Floating, float>) {

@@ -1,6 +1,8 @@
 #include "ov_sql_executor/values/numeric_order.hpp"
 
+#include <cassert>
 #include <cmath>
+#include <cstdlib>
 
 #include "ov_sql_executor/values/decimal.hpp"
 
@@ -8,9 +10,10 @@ namespace ov::sql_executor {
 
 namespace {
 
-// The order of fraction * 10^6 and millionths, for |fraction| < 1 and |millionths| < 10^6. The fraction is m * 2^-s
-// with a 53-bit m, so the question is m * 10^6 against millionths * 2^s.
+// Compares fraction * 10^6 with millionths. The fraction is m * 2^-s with a 53-bit m, so it compares m * 10^6 with
+// millionths * 2^s. Requires: |fraction| < 1 and |millionths| < 10^6.
 std::partial_ordering compare_fraction(double fraction, std::int64_t millionths) {
+  assert(std::abs(fraction) < 1 && std::abs(millionths) < operator_library::Decimal::scale);
   int exponent = 0;
   const double mantissa = std::frexp(fraction, &exponent);
   const int shift = 53 - exponent;
@@ -38,7 +41,7 @@ std::partial_ordering compare_with_millionths(double left, std::int64_t right) {
   constexpr double beyond_all = 1e13;  // 2^63 millionths are less
   if (std::isnan(left)) return std::partial_ordering::unordered;
   if (std::fabs(left) >= beyond_all) return left <=> 0.0;
-  // Truncation keeps the order, and what it leaves is exact in a double.
+  // Truncation keeps the order, and the remainder is exact in a double.
   const double whole = std::trunc(left);
   const std::partial_ordering order = static_cast<std::int64_t>(whole) <=> right / operator_library::Decimal::scale;
   return order != 0 ? order : compare_fraction(left - whole, right % operator_library::Decimal::scale);

@@ -10,11 +10,11 @@
 
 namespace ov::sql_executor {
 
-// A floating-point number against an integer, and against a count of millionths: both exact.
+// Compare a floating-point number exactly with an integer, and with a count of millionths.
 std::partial_ordering compare_with_integer(double left, int128 right);
 std::partial_ordering compare_with_millionths(double left, std::int64_t right);
 
-// The same as compare_with_integer, for the commonest integers.
+// Compares as compare_with_integer does, faster, with the commonest integers.
 inline std::partial_ordering compare_with_int64(double left, std::int64_t right) {
   constexpr double beyond_all = 9223372036854775808.0;  // 2^63
   if (left >= beyond_all) return std::partial_ordering::greater;
@@ -24,8 +24,8 @@ inline std::partial_ordering compare_with_int64(double left, std::int64_t right)
   return whole != right ? whole <=> right : left <=> static_cast<double>(whole);
 }
 
-// The order of the numbers that two values denote: exact for every pair of types, unordered where a NaN takes part.
-// Infinities are beyond every finite number and equal to themselves.
+// Orders the numbers that two values denote. Is exact for every pair of types, and unordered for a NaN. Infinities are
+// beyond every finite number and equal to themselves.
 template <numeric_alternative Left, numeric_alternative Right>
 std::partial_ordering compare_numbers(Left left, Right right) {
   using operator_library::Decimal;

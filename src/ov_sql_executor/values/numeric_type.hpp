@@ -8,7 +8,8 @@
 
 namespace ov::sql_executor {
 
-// The alternatives that denote a number; false and true are 0 and 1. Exact types, so that nothing converts on the way.
+// The alternatives that denote a number; false is 0 and true is 1. Names exact types, so that nothing converts on the
+// way.
 template <class T>
 concept integer_alternative = std::same_as<T, bool> || std::same_as<T, std::uint64_t> || std::same_as<T, std::int64_t>;
 

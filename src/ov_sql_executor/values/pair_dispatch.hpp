@@ -13,8 +13,8 @@
 
 namespace ov::sql_executor {
 
-// One entry of a pair table. The rules that all families share stand here: a valueless side is misuse, NULL wins over
-// every type error, and a pair that the family has no kernel for is a type error.
+// One entry of a pair table, with the rules that all families share: a valueless side is misuse, NULL wins over every
+// type error, and a pair that the family has no kernel for is a type error.
 template <class Family, std::size_t LeftIndex, std::size_t RightIndex>
 typename Family::result apply_to_pair(const value_view& left, const value_view& right) {
   using Left = std::variant_alternative_t<LeftIndex, value_view>;
@@ -31,7 +31,7 @@ typename Family::result apply_to_pair(const value_view& left, const value_view& 
   }
 }
 
-// The 144 entries of a family of two-operand operations, by 12 * left + right of the views' indices.
+// The 144 entries of a family of two-operand operations. The index is 12 * left + right of the views' indices.
 template <class Family>
 class pair_table {
  public:

@@ -18,13 +18,14 @@ inline constexpr int promotion_rank = std::same_as<T, bool>                     
                                       : std::same_as<T, float>                     ? 4
                                                                                    : 5;
 
-// The type to which arithmetic brings two numbers: the later one in that order. Two unsigned numbers become signed.
+// The type to which arithmetic brings two numbers: the later one in the order of promotion. Two unsigned numbers become
+// signed.
 template <numeric_alternative Left, numeric_alternative Right>
 using common_number =
     std::conditional_t<std::same_as<Left, std::uint64_t> && std::same_as<Right, std::uint64_t>, std::int64_t,
                        std::conditional_t<(promotion_rank<Left> < promotion_rank<Right>), Right, Left>>;
 
-// The types that arithmetic works on; what else is a number takes part by promotion only.
+// The types that arithmetic works on. Other numbers take part by promotion only.
 template <class T>
 concept arithmetic_alternative =
     std::same_as<T, std::int64_t> || std::same_as<T, operator_library::Decimal> || floating_alternative<T>;

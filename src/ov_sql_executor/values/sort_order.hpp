@@ -12,12 +12,12 @@
 
 namespace ov::sql_executor {
 
-// The order by which rows are sorted and maxima and minima are found: NULL is lowest and equals NULL. Throws
-// std::logic_error "incompatible types" for two values of different alternatives, db_exception out_of_range for a NaN
-// on either side and std::bad_variant_access for the view of a valueless value.
+// Orders values for sorting, maxima and minima. NULL is lowest and equals NULL. Throws std::logic_error "incompatible
+// types" for two values of different alternatives, db_exception out_of_range for a NaN on either side and
+// std::bad_variant_access for the view of a valueless value.
 std::strong_ordering sort_order(const value_view& left, const value_view& right);
 
-// What there is among some values: a bit for each alternative, and one for NaNs.
+// The kinds of some values: a bit for each alternative, and one for NaNs.
 using sort_kinds = std::uint32_t;
 
 template <class T>
@@ -32,7 +32,7 @@ inline sort_kinds sort_kind(const value_view& each) {
   return is_nan ? kind | sort_kinds{1} << view_count : kind;
 }
 
-// Whether sort_order has an answer for any two of them.
+// Tells whether sort_order can order any two values of these kinds.
 inline bool is_sortable(sort_kinds kinds) {
   return std::popcount(kinds & ~kind_of_alternative<operator_library::NullValue>) <= 1;
 }

@@ -1,9 +1,10 @@
-// The first 64 bits of a value, or later ones of a text: numbers that sort as the values do, as far as they differ.
+// The first 64 bits of a value, or later ones of a text, as numbers that sort as the values do, as far as they differ.
 #ifndef OV_SQL_EXECUTOR_VALUES_SORT_PREFIX_HPP_
 #define OV_SQL_EXECUTOR_VALUES_SORT_PREFIX_HPP_
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <cmath>
 #include <cstdint>
 #include <span>
@@ -15,7 +16,7 @@
 
 namespace ov::sql_executor {
 
-// Whether equal prefixes mean equal values.
+// Types whose values are equal when their prefixes are.
 template <class T>
 concept fits_sort_prefix = numeric_alternative<T> || std::same_as<T, OV_OBJ_REF>;
 
@@ -28,14 +29,16 @@ inline constexpr std::uint64_t sign_bit = std::uint64_t{1} << 63;
 inline std::uint64_t sort_prefix(std::int64_t key) { return static_cast<std::uint64_t>(key) ^ sign_bit; }
 inline std::uint64_t sort_prefix(operator_library::Decimal key) { return sort_prefix(key.raw); }
 
-// Positive numbers sort by their bits, negative ones the other way round; the zeros are one. Not for a NaN.
+// Positive numbers sort by their bits, negative ones the other way round. Both zeros have one prefix. Requires: key is
+// no NaN.
 inline std::uint64_t sort_prefix(double key) {
+  assert(!std::isnan(key));
   const auto bits = std::bit_cast<std::uint64_t>(key == 0 ? 0.0 : key);
   return (bits & sign_bit) != 0 ? ~bits : bits | sign_bit;
 }
 inline std::uint64_t sort_prefix(float key) { return sort_prefix(static_cast<double>(key)); }
 
-// A key that has this prefix: the one that it was made from, but for the sign of a zero and a reference's second word.
+// Returns the key that has this prefix. Loses the sign of a zero and a reference's second word.
 template <fits_sort_prefix Key>
 Key from_sort_prefix(std::uint64_t prefix) {
   if constexpr (std::same_as<Key, OV_OBJ_REF>) {
@@ -51,7 +54,7 @@ Key from_sort_prefix(std::uint64_t prefix) {
   }
 }
 
-// What texts, binaries and set specifiers are compared by.
+// Return what texts, binaries and set specifiers are compared by.
 inline std::span<const std::uint8_t> sorted_units(const text_view& key) { return bit_count(key).payload; }
 inline std::span<const std::uint8_t> sorted_units(const binary_view& key) { return key.bytes; }
 inline std::span<const char16_t> sorted_units(std::u16string_view key) { return key; }
@@ -64,13 +67,13 @@ concept sorted_by_units = requires(const T& key) {
 template <class Unit>
 inline constexpr std::size_t units_of_word = sizeof(std::uint64_t) / sizeof(Unit);
 
-// Whether a sequence of units has none behind a word, where the first 64 bits are word 0.
+// Tells whether a sequence ends with this word or earlier. Word 0 is the first 64 bits.
 template <class Unit>
 bool ends_with_word(std::span<const Unit> units, std::size_t word) {
   return units.size() <= (word + 1) * units_of_word<Unit>;
 }
 
-// Where a sequence is shorter, zeros take the place of its units: it is not above what it begins.
+// Puts zeros in place of missing units: a sequence is not above what it begins.
 template <class Unit>
 std::uint64_t sort_word(std::span<const Unit> units, std::size_t word) {
   const std::size_t start = word * units_of_word<Unit>;

@@ -9,9 +9,9 @@
 
 namespace db_string {
 
-// Text in the database's own encoded form, which ovcoredb.h describes: an exclusively owned buffer of exactly length
-// bytes. A host makes one of the bytes that orv_context_convert_ucs2_to_turbotext or orv_convert_ucs2_to_turbotext
-// writes, and reads one with orv_convert_turbotext_to_ucs2. Copies are deep; a move leaves the source empty.
+// Text in the database's own encoded form, which ovcoredb.h describes. Owns a buffer of exactly length bytes. A host
+// makes one of the bytes that orv_context_convert_ucs2_to_turbotext or orv_convert_ucs2_to_turbotext writes, and reads
+// one with orv_convert_turbotext_to_ucs2. Copies are deep; a move leaves the source empty.
 //
 // The empty text has two forms, which compare equal: no bytes, and the lone header byte 0x80, which the core writes.
 class tt_string {

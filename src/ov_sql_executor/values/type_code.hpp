@@ -5,8 +5,8 @@
 
 namespace ov::sql_executor {
 
-// The types of key columns and of properties, numbered as in the metadata's key columns. It is not the order of the
-// value's alternatives.
+// The types of key columns and of properties, numbered as in the metadata's key columns. The alternatives of value have
+// another order.
 enum class type_code : std::int32_t {
   uint64 = 0,
   int64 = 1,

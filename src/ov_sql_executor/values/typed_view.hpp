@@ -8,8 +8,8 @@
 
 namespace ov::sql_executor {
 
-// What a view shows where only one alternative will do: null for NULL. Throws db_exception type_error for any other
-// alternative and std::bad_variant_access for the view of a valueless value.
+// Returns what a view shows where only one alternative will do; null for NULL. Throws db_exception type_error for any
+// other alternative and std::bad_variant_access for the view of a valueless value.
 template <class View>
 const View* expect_or_null(const value_view& any) {
   if (const View* expected = std::get_if<View>(&any)) return expected;

@@ -30,8 +30,8 @@ struct NullValue {};
 
 namespace ov::sql_executor {
 
-// The order of the alternatives is part of the interface. A value whose assignment failed by an exception is valueless;
-// every dispatch over it raises std::bad_variant_access.
+// The order of the alternatives is part of the interface. An assignment that throws leaves a value valueless; every
+// dispatch over it throws std::bad_variant_access.
 using value =
     std::variant<bool, db_string::tt_string, std::uint64_t, std::int64_t, operator_library::Decimal, double, float,
                  operator_library::Binary, OV_OBJ_REF, operator_library::SetSpecifier, operator_library::NullValue>;
@@ -39,7 +39,7 @@ using value =
 // Rows are made, moved and destroyed by the million.
 static_assert(sizeof(value) <= 40);
 
-// The values of one tuple, in column order; the producing node fixes the order and the width.
+// The values of one tuple, in column order. The node that produces it fixes its width.
 using row = std::vector<value>;
 
 }  // namespace ov::sql_executor

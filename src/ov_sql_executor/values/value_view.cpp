@@ -5,7 +5,7 @@ namespace ov::sql_executor {
 value to_value(const value_view& view) {
   return visit_view(
       [](const auto& seen) {
-        return build_shown(seen, []<class Type, class... Arguments>(Type type, Arguments&&... arguments) {
+        return build_from_view(seen, []<class Type, class... Arguments>(Type type, Arguments&&... arguments) {
           return value(type, std::forward<Arguments>(arguments)...);
         });
       },
@@ -13,9 +13,9 @@ value to_value(const value_view& view) {
 }
 
 void append_value(std::vector<value>& list, const value_view& view) {
-  visit_view([&list](const auto& seen) { append_shown(list, seen); }, view);
+  visit_view([&list](const auto& seen) { append_from_view(list, seen); }, view);
 }
 
-void make_room_for_value(std::vector<value>& list) { list.reserve(2 * list.size() + 1); }
+void grow_list(std::vector<value>& list) { list.reserve(2 * list.size() + 1); }
 
 }  // namespace ov::sql_executor

@@ -1,5 +1,4 @@
-// A value looked at where it lies: in a list of the execution context, in a buffer that the core lends, or in
-// registers.
+// Shows a value where it lies: in a list of the execution context, in a buffer that the core lends, or in registers.
 #ifndef OV_SQL_EXECUTOR_VALUES_VALUE_VIEW_HPP_
 #define OV_SQL_EXECUTOR_VALUES_VALUE_VIEW_HPP_
 
@@ -26,8 +25,8 @@ struct binary_view {
   std::span<const std::uint8_t> bytes;
 };
 
-// The alternatives of value in the same order, behind one for the valueless state: the index of a view is the index of
-// the value plus one. Texts, binaries and set specifiers are borrowed; the rest is held.
+// One alternative for the valueless state, then those of value in the same order: the index of a view is the index of
+// the value plus one. Texts, binaries and set specifiers are borrowed; everything else is held.
 using value_view =
     std::variant<std::monostate, bool, text_view, std::uint64_t, std::int64_t, operator_library::Decimal, double, float,
                  binary_view, OV_OBJ_REF, std::u16string_view, operator_library::NullValue>;
@@ -36,15 +35,15 @@ static_assert(std::is_trivially_copyable_v<value_view>);
 
 inline constexpr std::size_t view_count = std::variant_size_v<value_view>;
 
-// std::visit for views. That one calls through a table where there are more than eleven alternatives; a switch lets the
-// compiler see what happens to each.
+// Calls visitor as std::visit does, but through a switch, which lets the compiler see what happens to each alternative.
+// std::visit calls through a table where there are more than eleven.
 template <class Visitor>
 decltype(auto) visit_view(Visitor&& visitor, const value_view& view) {
   return boost::mp11::mp_with_index<view_count>(
       view.index(), [&](auto index) -> decltype(auto) { return visitor(*std::get_if<index()>(&view)); });
 }
 
-// Whether what a view shows lies elsewhere.
+// Tells whether what a view shows lies outside of the view.
 inline bool borrows(const value_view& view) {
   return std::holds_alternative<text_view>(view) || std::holds_alternative<binary_view>(view) ||
          std::holds_alternative<std::u16string_view>(view);
@@ -52,12 +51,12 @@ inline bool borrows(const value_view& view) {
 
 // The alternative of value_view that shows an alternative of value.
 template <class T>
-using shown_as = std::conditional_t<
+using view_alternative = std::conditional_t<
     std::is_same_v<T, db_string::tt_string>, text_view,
     std::conditional_t<std::is_same_v<T, operator_library::Binary>, binary_view,
                        std::conditional_t<std::is_same_v<T, operator_library::SetSpecifier>, std::u16string_view, T>>>;
 
-// The view of a value that stays where it is.
+// Returns the view of a value. Valid until: the value changes or moves.
 inline value_view view_of(const value& source) {
   if (source.valueless_by_exception()) return {};
   return std::visit(
@@ -75,9 +74,9 @@ inline value_view view_of(const value& source) {
       source);
 }
 
-// Calls make with the alternative of value that an alternative of value_view shows, and the arguments that build it.
+// Calls make with the alternative of value that a view's alternative shows, and with the arguments that build it.
 template <class View, class Make>
-decltype(auto) build_shown(const View& seen, Make make) {
+decltype(auto) build_from_view(const View& seen, Make make) {
   if constexpr (std::is_same_v<View, std::monostate>) {
     throw std::bad_variant_access();
     return make(std::in_place_type<bool>, false);
@@ -94,26 +93,26 @@ decltype(auto) build_shown(const View& seen, Make make) {
   }
 }
 
-[[gnu::noinline]] void make_room_for_value(std::vector<value>& list);
+[[gnu::noinline]] void grow_list(std::vector<value>& list);
 
-// Appends a value to a list that hardly ever grows: growing is kept out of the way.
+// Appends a value to a list that hardly ever grows. Grows out of line.
 template <class Alternative>
 void append_in_place(std::vector<value>& list, Alternative&& alternative) {
-  if (list.size() == list.capacity()) make_room_for_value(list);
+  if (list.size() == list.capacity()) grow_list(list);
   if (list.size() == list.capacity()) __builtin_unreachable();
   list.emplace_back(std::forward<Alternative>(alternative));
 }
 
-// A value of its own, texts and bytes copied. Throws std::bad_variant_access for the view of a valueless value.
+// Copies what a view shows. Throws std::bad_variant_access for the view of a valueless value.
 value to_value(const value_view& view);
 
-// The same, built in place at the end of a list.
+// Copies what a view shows to the end of a list, where it is built in place. Throws as to_value does.
 void append_value(std::vector<value>& list, const value_view& view);
 
-// The same for one alternative of a view.
+// Copies what one alternative of a view shows to the end of a list.
 template <class View>
-void append_shown(std::vector<value>& list, const View& seen) {
-  build_shown(seen, [&list]<class Type, class... Arguments>(Type type, Arguments&&... arguments) {
+void append_from_view(std::vector<value>& list, const View& seen) {
+  build_from_view(seen, [&list]<class Type, class... Arguments>(Type type, Arguments&&... arguments) {
     list.emplace_back(type, std::forward<Arguments>(arguments)...);
   });
 }

@@ -1,4 +1,4 @@
-// Small values as words of 64 bits, for what keeps many of them side by side.
+// Holds small values in words of 64 bits, so that many of them lie side by side.
 #ifndef OV_SQL_EXECUTOR_VALUES_VALUE_WORD_HPP_
 #define OV_SQL_EXECUTOR_VALUES_VALUE_WORD_HPP_
 
@@ -8,7 +8,7 @@
 
 namespace ov::sql_executor {
 
-// Numbers, bools and NULL among the alternatives of values and views; pointers, too.
+// Numbers, bools and NULL, as values and views have them; pointers, too.
 template <class T>
 concept fits_word = std::is_trivially_copyable_v<T> && sizeof(T) <= sizeof(std::uint64_t);
 

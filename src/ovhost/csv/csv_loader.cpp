@@ -19,7 +19,7 @@ using ovcoredb::cell;
 // One column of the file.
 struct column_plan {
   std::string header;
-  std::size_t cell = 0;  // its place among the table's cells
+  std::size_t cell = 0;  // its position among the table's cells
   std::vector<std::string> null_words;
   std::unique_ptr<field_reader> reader;
 };
@@ -77,13 +77,13 @@ class csv_load {
 
   column_plan plan_column(std::size_t line, const std::string& header) const {
     for (std::size_t at = 0; at < properties_.size(); ++at) {
-      const csv_column how = how_written(properties_[at]);
+      const csv_column how = options_of(properties_[at]);
       if (how.header == header) return {header, at, how.null_words, make_reader(properties_[at], how)};
     }
     fail(line, header, "table \"" + table_.name + "\" has no such property");
   }
 
-  csv_column how_written(const property_info& property) const {
+  csv_column options_of(const property_info& property) const {
     const auto given = std::find_if(options_.columns.begin(), options_.columns.end(),
                                     [&](const csv_column& each) { return each.property == property.name; });
     csv_column how = given == options_.columns.end() ? csv_column{property.name} : *given;
@@ -125,7 +125,7 @@ class csv_load {
     }
   }
 
-  // Also one of the table's bases.
+  // Returns the name of an index of the table or of one of its bases.
   std::string name_of_index(std::uint64_t handle) const {
     for (table_info table = table_;; table = names_.table(table.base)) {
       for (const index_info& each : names_.indexes(table)) {

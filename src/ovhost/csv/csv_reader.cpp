@@ -33,7 +33,7 @@ std::optional<csv_row> csv_reader::next() {
   return row;
 }
 
-// The parser is fed line by line, so that rows and errors are known by their line.
+// Feeds the parser line by line, so that rows and errors are known by their line.
 void csv_reader::feed_line() {
   std::string line = read_line();
   if (line.empty()) return finish();
@@ -45,8 +45,8 @@ void csv_reader::feed_line() {
   check(parsed == line.size());
 }
 
-// With its line end; empty behind the last one. Read from the buffer, since a stream takes a failed allocation for a
-// failed read.
+// Returns a line with its line end; empty after the last line. Reads from the buffer, since a stream takes a failed
+// allocation for a failed read.
 std::string csv_reader::read_line() try {
   constexpr auto end = std::istream::traits_type::eof();
   if (input_.bad()) throw std::ios_base::failure("the stream has no buffer");
@@ -74,7 +74,7 @@ void csv_reader::check(bool parsed) const {
                          finished_ ? "a quoted field does not end" : "a quote stands inside a field"};
 }
 
-// Empty lines end a row without fields.
+// An empty line ends a row without fields.
 void csv_reader::end_row() {
   if (!row_.fields.empty()) complete_.push_back(std::move(row_));
   row_ = csv_row{line_, {}};

@@ -14,7 +14,7 @@ struct csv_parser;
 
 namespace ovhost {
 
-// An empty field without quotes is nothing; with quotes it is the empty text.
+// A field; nothing for an empty one without quotes. With quotes it is the empty text.
 using csv_field = std::optional<std::string>;
 
 struct csv_row {
@@ -37,7 +37,7 @@ class csv_reader {
   csv_reader(const csv_reader&) = delete;
   csv_reader& operator=(const csv_reader&) = delete;
 
-  // The next row, or nothing at the end. Throws csv_syntax_error.
+  // Returns the next row, or nothing at the end. Throws csv_syntax_error.
   std::optional<csv_row> next();
 
  private:
@@ -56,8 +56,8 @@ class csv_reader {
   bool finished_ = false;
   bool between_rows_ = true;
   csv_row row_;                   // being read
-  std::deque<csv_row> complete_;  // read and not handed out yet
-  std::exception_ptr failure_;    // met in a callback, out of which nothing may be thrown
+  std::deque<csv_row> complete_;  // read, but not handed out yet
+  std::exception_ptr failure_;    // caught in a callback, which must not throw
 };
 
 }  // namespace ovhost

@@ -16,7 +16,8 @@ class bad_field : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Turns text fields into cells of one type. A cell of text or bytes is lent by the reader until its next call.
+// Turns text fields into cells of one type. Valid until: the next call, for a cell of text or bytes, which the reader
+// lends.
 class field_reader {
  public:
   virtual ~field_reader() = default;
@@ -25,8 +26,8 @@ class field_reader {
   virtual ovcoredb::cell read(const std::string& field) = 0;
 };
 
-// A reader for cells of a kind, but references. text: UTF-8. numbers: digits, with a point where the kind has one; a
-// decimal has at most six digits after it. bool: true or false. binary: pairs of hexadecimal digits.
+// Makes a reader for cells of any kind but references. text: UTF-8. numbers: digits, with a point where the kind has
+// one; a decimal has at most six digits after it. bool: true or false. binary: pairs of hexadecimal digits.
 std::unique_ptr<field_reader> make_field_reader(value_kind kind);
 
 }  // namespace ovhost

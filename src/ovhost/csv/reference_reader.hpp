@@ -9,8 +9,9 @@
 
 namespace ovhost {
 
-// A reader for references to the objects of a table by the value of a property on which the table has a unique index of
-// its own. Throws std::invalid_argument if there is none, unknown_name if the property does not exist.
+// Makes a reader for references to the objects of a table. A field names an object by the value of a property. Throws
+// std::invalid_argument where the table has no unique index of its own on the property, unknown_name where the property
+// does not exist.
 std::unique_ptr<field_reader> make_reference_reader(const catalog& names, const table_info& table,
                                                     std::string_view property);
 

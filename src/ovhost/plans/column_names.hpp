@@ -8,7 +8,7 @@
 
 namespace ovhost {
 
-// What a query calls its variables and computed columns; a plan has only their identifiers.
+// The names of the variables and computed columns of a query; a plan has only their identifiers.
 using column_names = std::map<physical_queryplan::identifier, std::string>;
 
 }  // namespace ovhost

@@ -16,7 +16,7 @@ using namespace physical_queryplan;
 
 namespace {
 
-// How an operation is said.
+// Where the word of an operation stands.
 enum class form { between, before, after, call, conditional };
 
 struct phrase {
@@ -26,7 +26,7 @@ struct phrase {
   bool encloses() const { return stands == form::call || stands == form::conditional; }
 };
 
-// Of every operation: the words for one without a line here do not compile.
+// Every operation needs a line here, or it does not compile.
 constexpr phrase phrase_of(const Equality&) { return {form::between, " = "}; }
 constexpr phrase phrase_of(const Inequality&) { return {form::between, " <> "}; }
 constexpr phrase phrase_of(const AtMost&) { return {form::between, " <= "}; }
@@ -60,7 +60,7 @@ constexpr phrase phrase_of(const ToText&) { return {form::call, "text"}; }
 constexpr phrase phrase_of(const ToSetSpecifier&) { return {form::call, "type"}; }
 constexpr phrase phrase_of(const PrefixPattern&) { return {form::call, "prefix of pattern"}; }
 
-// Whether no other word can be taken to belong to it.
+// Tells whether the words are one unit that needs no brackets.
 struct enclosed {
   template <std::derived_from<operation> Operation>
   bool operator()(const Operation& of) const {
@@ -72,7 +72,7 @@ struct enclosed {
   }
 };
 
-// "case when ... then ... else ... end", as far as there are operands.
+// Says "case when ... then ... else ... end", as far as there are operands.
 std::string say_conditional(const std::vector<std::string>& operands) {
   constexpr std::array<std::string_view, 3> words = {" when ", " then ", " else "};
   std::string result = "case";

@@ -9,8 +9,8 @@
 
 namespace ovhost {
 
-// Says plan expressions in words: f.count > 1000 and a.state = 'TX'. Properties and tables are named by the metadata,
-// variables and computed columns by the query; those that it does not name are numbered.
+// Says plan expressions in words: f.count > 1000 and a.state = 'TX'. The metadata name properties and tables, the query
+// names variables and computed columns. Those without a name are numbered.
 class expression_words {
  public:
   explicit expression_words(const catalog& metadata, column_names columns = {});

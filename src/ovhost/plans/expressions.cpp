@@ -36,7 +36,7 @@ expression make_arithmetic(expression left, expression right) {
   return make<Operation>(result, {std::move(left), std::move(right)});
 }
 
-// From the alternative that arithmetic gives way from to the one that it prefers.
+// From the type that arithmetic gives up first to the one that it prefers.
 constexpr std::array promotion_order = {value_kind::boolean, value_kind::uint64,  value_kind::int64,
                                         value_kind::decimal, value_kind::float32, value_kind::float64};
 

@@ -1,6 +1,6 @@
-// Expressions of a physical plan in one readable line each: eq(a["state"], text(u"TX")). Each function makes the
-// alternative that its comment or name says, with its result type filled in; what the alternatives do and which
-// operands they accept is the executor's business. Texts and names given as std::string_view are UTF-8; others throw
+// Makes expressions of a physical plan in one readable line each: eq(a["state"], text(u"TX")). Each function makes the
+// alternative that its name or comment says, and fills in its result type. The executor decides what the alternatives
+// do and which operands they accept. Texts and names given as std::string_view are UTF-8; others throw
 // std::invalid_argument.
 #ifndef OVHOST_PLANS_EXPRESSIONS_HPP_
 #define OVHOST_PLANS_EXPRESSIONS_HPP_
@@ -19,10 +19,11 @@ namespace ovhost {
 
 using physical_queryplan::expression;
 
-// The type of an expression's values, as the plan states it.
+// Returns the type of an expression's values, as the plan states it.
 OVHOST_API value_kind kind_of(const expression& of);
 
-// Both numbers: the type that arithmetic brings them to. One of them null: the other. Otherwise the left one's.
+// Returns the type to which arithmetic brings two numbers. Returns the other type where one is null, and otherwise the
+// left one.
 OVHOST_API value_kind common_kind(value_kind left, value_kind right);
 
 // ---- Literals and parameters
@@ -33,7 +34,8 @@ OVHOST_API expression decimal(std::string_view digits);  // "12.5"; std::invalid
 OVHOST_API expression null();
 OVHOST_API expression constant(ov::sql_executor::value of);
 
-// A number, bool, Decimal, Binary, reference, set specifier: signed integers become int64, unsigned ones uint64.
+// Makes a literal of a number, bool, Decimal, Binary, reference or set specifier. Signed integers become int64,
+// unsigned ones uint64.
 template <class T>
 expression lit(T of) {
   if constexpr (std::integral<T> && !std::same_as<T, bool>) {
@@ -44,7 +46,7 @@ expression lit(T of) {
   }
 }
 
-// The statement's parameter of that number, from 0.
+// Stands for the statement's parameter of that number, from 0.
 OVHOST_API expression parameter(std::uint64_t number, value_kind kind);
 
 // ---- Comparisons, with bool results
@@ -82,16 +84,16 @@ OVHOST_API expression starts_with(expression text, expression prefix);
 OVHOST_API expression like_prefix(expression pattern);  // the text before the first wildcard
 OVHOST_API expression concat(std::vector<expression> texts);
 
-// ---- The rest
+// ---- Others
 
-// The then value where the condition is true, else the other, converted to the common type of the two.
+// Gives the then value where the condition is true, else the other, converted to the common type of the two.
 OVHOST_API expression when(expression condition, expression then_value, expression else_value);
 OVHOST_API expression when_as(value_kind kind, expression condition, expression then_value, expression else_value);
 
 OVHOST_API expression oid(expression reference);  // the object's number
 
-// A conversion to bool, uint64, int64, decimal, float, double, text or set specifier. Throws std::invalid_argument for
-// the other kinds, to which nothing converts.
+// Converts to bool, uint64, int64, decimal, float, double, text or set specifier. Throws std::invalid_argument for the
+// other kinds, to which nothing converts.
 OVHOST_API expression to(value_kind kind, expression operand);
 
 }  // namespace ovhost

@@ -24,7 +24,7 @@ std::string dot_string(std::string_view text) {
   return result + "\"";
 }
 
-// A label of several lines; \l ends a line that stands to the left.
+// Makes a label of several lines; \l ends a line that stands to the left.
 std::string dot_label(const std::vector<std::string>& lines) {
   std::string result = "\"";
   for (const std::string& line : lines) {
@@ -34,7 +34,7 @@ std::string dot_label(const std::vector<std::string>& lines) {
   return result + "\"";
 }
 
-// Steps are numbered in the order in which they are drawn. Returns the number of this one.
+// Numbers steps in the order in which they are drawn. Returns the number of this one.
 std::size_t add_dot(std::string& to, const plan_step& step, std::size_t& next) {
   const std::size_t number = next++;
   std::vector<std::string> lines = {step.does};

@@ -8,10 +8,10 @@
 
 namespace ovhost {
 
-// One line for each step, its inputs below it and further to the right.
+// Draws one line for each step, its inputs below it and indented.
 OVHOST_API std::string as_tree(const plan_step& root);
 
-// The plan as a Graphviz graph, with an edge for each stream of rows, labelled with its columns.
+// Draws the plan as a Graphviz graph, with an edge for each stream of rows, labelled with its columns.
 OVHOST_API std::string as_dot(const plan_step& root);
 
 }  // namespace ovhost

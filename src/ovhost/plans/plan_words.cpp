@@ -1,6 +1,8 @@
 #include "ovhost/plans/plan_words.hpp"
 
+#include <algorithm>
 #include <array>
+#include <cassert>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -19,7 +21,7 @@ std::vector<std::string> chain(std::vector<std::string> first, const std::vector
   return first;
 }
 
-// Of every aggregate: the words for one without a line here do not compile.
+// Every aggregate needs a line here, or it does not compile.
 constexpr std::string_view word_of(const SumOf&) { return "sum"; }
 constexpr std::string_view word_of(const CountOf&) { return "count"; }
 constexpr std::string_view word_of(const CountRows&) { return "count of rows"; }
@@ -53,11 +55,12 @@ class describer {
   explicit describer(expression_words words) : words_(std::move(words)) {}
 
   plan_step operator()(const plan& of) const {
+    assert(std::ranges::none_of(find_children(of), [](auto* child) { return child != nullptr && *child == nullptr; }));
     return std::visit([this](const auto& held) { return describe(held); }, static_cast<const predicate_variant&>(of));
   }
 
  private:
-  // Most steps read one input and hand on its columns.
+  // Describes a step that reads one input and hands on its columns, as most do.
   plan_step over(const plan& child, std::string does, std::vector<std::string> details) const {
     plan_step input = (*this)(child);
     std::vector<std::string> columns = input.columns;
@@ -124,7 +127,7 @@ class describer {
     return step;
   }
 
-  // A variable is defined with the name of its table: its own may be that of the reference that gives it its value.
+  // Says the table of a variable, too: the variable's own name may be that of the reference that gives it its value.
   std::string definition(const column_ref& column, const expression& value) const {
     const auto* const defined = std::get_if<variable>(&column);
     const std::string table = defined == nullptr ? "" : words_.metadata().table(defined->table).name + " ";
@@ -132,10 +135,10 @@ class describer {
   }
 
   std::vector<std::string> say_all(const std::vector<expression>& all) const {
-    std::vector<std::string> said;
-    said.reserve(all.size());
-    for (const expression& each : all) said.push_back(words_(each));
-    return said;
+    std::vector<std::string> words;
+    words.reserve(all.size());
+    for (const expression& each : all) words.push_back(words_(each));
+    return words;
   }
 
   plan_step describe(const Aggregation& of) const {

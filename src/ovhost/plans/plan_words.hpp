@@ -12,7 +12,7 @@
 
 namespace ovhost {
 
-// One step of a plan: what it does, what it does it with, the columns of its rows, and the steps that it reads from.
+// One step of a plan: what it does, with what, the columns of its rows, and the steps that it reads from.
 struct plan_step {
   std::string does;
   std::vector<std::string> details;
@@ -20,12 +20,12 @@ struct plan_step {
   std::vector<plan_step> inputs;
 };
 
-// Names tables, properties and indexes by the metadata, variables and computed columns by the query. Throws core_error
-// for metadata that cannot be read, and std::bad_variant_access for a plan that holds a valueless variant. Requires: no
-// input is null.
+// Describes a plan. The metadata name tables, properties and indexes; columns names variables and computed columns.
+// Requires: no input of the plan is null. Throws core_error for metadata that cannot be read, and
+// std::bad_variant_access for a plan that holds a valueless variant.
 OVHOST_API plan_step describe(const plan& of, const catalog& metadata, const column_names& columns = {});
 
-// The names of a result's columns: the items of the plan's root projection in words.
+// Returns the names of a result's columns: the items of the plan's root projection in words.
 OVHOST_API std::vector<std::string> headings(const plan& of, const catalog& metadata, const column_names& columns = {});
 
 }  // namespace ovhost

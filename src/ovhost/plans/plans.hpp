@@ -1,6 +1,6 @@
-// The alternatives of a physical plan in one readable line each:
-//   project({a["name"]}, filter(eq(a["state"], text(u"TX")), scan(a, "by_state")))
-// What the alternatives do is said in query_plan.hpp. A plan owns its inputs, and can be moved but not copied.
+// Makes the alternatives of a physical plan in one readable line each:
+//    project({a["name"]}, filter(eq(a["state"], text(u"TX")), scan(a, "by_state")))
+// query_plan.hpp says what the alternatives do. A plan owns its inputs, and can be moved but not copied.
 #ifndef OVHOST_PLANS_PLANS_HPP_
 #define OVHOST_PLANS_PLANS_HPP_
 
@@ -21,8 +21,7 @@ using physical_queryplan::QueryPlan::assignment;
 using physical_queryplan::QueryPlan::order_key;
 using physical_queryplan::QueryPlan::scan_range;
 
-// ---- Scans. A range bounds one key column; objects without a value in it do not match, nor does a NULL bound match
-// anything.
+// ---- Scans. A range bounds one key column. Objects without a value in it do not match; a NULL bound matches nothing.
 
 namespace key {
 
@@ -40,10 +39,10 @@ OVHOST_API scan_range both(scan_range left, const scan_range& right);
 
 enum class walk { ascending, descending };
 
-// The objects of the variable's table through one of its indexes, each range bounding one key column, in key order.
+// Gives the objects of the variable's table through one of its indexes. Each range bounds one key column, in key order.
 // Where a range that is no equality is followed by another, the scan takes in objects that do not match, and a filter
-// has to stay above (see QueryPlan::Scan). Throws unknown_name, and std::invalid_argument if there are more ranges than
-// key columns.
+// has to stay above (see QueryPlan::Scan). Throws unknown_name, and std::invalid_argument for more ranges than key
+// columns.
 OVHOST_API plan scan(const table_variable& variable, std::string_view index, std::vector<scan_range> ranges = {},
                      walk direction = walk::ascending);
 
@@ -65,16 +64,16 @@ OVHOST_API plan reach(const table_variable& followed, plan child);
 
 // ---- No input
 
-// One row of one value.
+// Gives one row of one value.
 OVHOST_API plan generate(assignment computed);
 
-// One row of a variable made by follow(): the right side of a join.
+// Gives one row of a variable made by follow(), as the right side of a join.
 OVHOST_API plan bind(const table_variable& followed);
 
 // ---- Two inputs
 
 OVHOST_API plan join(plan left, plan right);       // the right input may use the left one's columns
-OVHOST_API plan left_join(plan left, plan right);  // so it may here
+OVHOST_API plan left_join(plan left, plan right);  // as for join
 OVHOST_API plan full_join(std::optional<expression> condition, plan left, plan right);
 OVHOST_API plan unite(plan left, plan right);
 

@@ -8,12 +8,12 @@ namespace ovhost {
 
 using namespace physical_queryplan;
 
-// Shared by everything made from one query.
+// Everything made from one query shares this.
 struct query_state {
   catalog names;
   column_names columns;
 
-  // A fresh identifier with this name.
+  // Returns a new identifier with this name.
   identifier add(std::string name) {
     const identifier id = {0, 0, 0, static_cast<std::uint32_t>(columns.size() + 1)};
     columns.emplace(id, std::move(name));
@@ -42,7 +42,7 @@ expression read_property(const property_info& property, const variable& of) {
   });
 }
 
-// Two results only: the aggregate tells them apart by this type.
+// Only Average reads this type, which selects its result.
 void set_average_type(QueryPlan::aggregation& aggregate, value_kind kind) {
   if (kind == value_kind::float64) aggregate.result_type = meta_support::TypeIdentity<double>();
   if (kind == value_kind::float32) aggregate.result_type = meta_support::TypeIdentity<float>();
@@ -123,7 +123,7 @@ computation query::define(std::string name, expression value) {
   return {state_->add(std::move(name)), std::move(value)};
 }
 
-// A sum is promoted as an addition of the value to itself would be.
+// The type of a sum is that of the value added to itself.
 aggregation_column query::sum(std::string name, expression of) {
   const value_kind kind = kind_of(of);
   return make<QueryPlan::SumOf>(*state_, std::move(name), kind == value_kind::uint64 ? value_kind::int64 : kind,

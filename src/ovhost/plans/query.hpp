@@ -1,4 +1,4 @@
-// The names of one query: variables over tables and computed columns, from which the expressions of its plan are built.
+// The names of one query: variables over tables and computed columns. The expressions of its plan are built from them.
 //
 //   query q;
 //   const table_variable flight = q.over("flight", "f");
@@ -25,21 +25,21 @@ struct query_state;
 // A variable that stands for one object of a table in each row.
 class OVHOST_API table_variable {
  public:
-  // A property of the object, also an inherited one. Throws unknown_name.
+  // Reads a property of the object, which may be inherited. Throws unknown_name.
   expression operator[](std::string_view property) const;
 
-  // The object itself.
+  // Reads the object itself.
   operator expression() const { return variable_; }  // NOLINT(google-explicit-constructor): reads like a[...]
 
-  // A variable for the object that a reference property refers to; reach() or bind() gives it its value. Throws
-  // unknown_name, and std::invalid_argument if the property is no reference.
+  // Makes a variable for the object that a reference property refers to; reach() or bind() gives it its value. Throws
+  // unknown_name, and std::invalid_argument where the property is no reference.
   table_variable follow(std::string_view property) const;
 
   const physical_queryplan::variable& variable() const { return variable_; }
   const table_info& table() const { return table_; }
   const catalog& names() const;
 
-  // The reference that this variable follows. Throws std::logic_error for a variable that follows none.
+  // Returns the reference that this variable follows. Throws std::logic_error for a variable that follows none.
   const expression& reference() const;
 
  private:
@@ -53,7 +53,7 @@ class OVHOST_API table_variable {
   std::shared_ptr<const expression> reference_;
 };
 
-// A value computed under a name: an assignment where it is computed, an expression above that.
+// A named value: an assignment where it is computed, an expression above that.
 class OVHOST_API computation {
  public:
   computation(physical_queryplan::identifier id, expression value);
@@ -61,7 +61,7 @@ class OVHOST_API computation {
   operator expression() const;                                 // NOLINT(google-explicit-constructor)
   operator physical_queryplan::QueryPlan::assignment() const;  // NOLINT(google-explicit-constructor)
 
-  // The same column with another value, for the other input of a union.
+  // Gives this column another value, for the other input of a union.
   physical_queryplan::QueryPlan::assignment with(expression other) const;
 
  private:
@@ -69,7 +69,7 @@ class OVHOST_API computation {
   expression value_;
 };
 
-// The result of an aggregate under a name: an aggregate where it is computed, an expression above that.
+// A named result of an aggregate: an aggregate where it is computed, an expression above that.
 class OVHOST_API aggregation_column {
  public:
   explicit aggregation_column(physical_queryplan::QueryPlan::aggregate aggregate);
@@ -81,15 +81,16 @@ class OVHOST_API aggregation_column {
   physical_queryplan::QueryPlan::aggregate aggregate_;
 };
 
-// What is made from a query shares its names and may outlive it; the catalog's context outlives them all.
+// Makes variables and computed columns. They share the query's names and may outlive it. Requires: the catalog's
+// context outlives them all.
 class OVHOST_API query {
  public:
   explicit query(const catalog& names = catalog());
 
-  // A variable over a table. Throws unknown_name.
+  // Makes a variable over a table. Throws unknown_name.
   table_variable over(std::string_view table, const std::string& name);
 
-  // A value under a name.
+  // Names a value.
   computation define(std::string name, expression value);
 
   aggregation_column sum(std::string name, expression of);

@@ -16,21 +16,21 @@ namespace ovhost {
 using ov::sql_executor::row;
 using ov::sql_executor::value;
 
-// A planned query, which may be run any number of times, by several threads with a context each. Owns what it runs.
+// A planned query. It may be run any number of times, by several threads with a context each. Owns what it runs.
 class OVHOST_API statement {
  public:
   // Plans with the metadata of the thread's metadata context. Throws what physical_to_exec::Plan throws.
   explicit statement(plan of);
 
-  // One for each result column.
+  // The types of the result columns.
   const std::vector<physical_to_exec::column_type>& types() const { return types_; }
 
-  // Runs it on a context of the core (session::context) and hands over each row as it is made. parameters: by number.
-  // Returns the number of rows. Throws what create_enumerator and next throw (see enumerator.hpp), and what take
-  // throws; the run ends then.
+  // Runs the statement on a context of the core (session::context) and hands each row to take as it is made. parameters
+  // are by number. Returns the number of rows. Throws what create_enumerator and next throw (see enumerator.hpp), and
+  // what take throws; the run ends then.
   std::size_t run(std::uint64_t context, std::vector<value> parameters, const std::function<void(row&&)>& take) const;
 
-  // All rows at once.
+  // Runs the statement and returns all rows.
   std::vector<row> rows(std::uint64_t context, std::vector<value> parameters = {}) const;
 
  private:

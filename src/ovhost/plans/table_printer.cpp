@@ -12,7 +12,7 @@
 namespace ovhost {
 namespace {
 
-// Characters, counted by the bytes that begin one.
+// Counts characters, by the bytes that begin one.
 std::size_t width_of(std::string_view utf8) {
   return static_cast<std::size_t>(std::count_if(
       utf8.begin(), utf8.end(), [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }));
@@ -34,11 +34,11 @@ bool is_number(meta_support::TypeIdentity<T>) {
 }  // namespace
 
 table_printer::table_printer(std::vector<std::string> headings, const std::vector<physical_to_exec::column_type>& types,
-                             std::size_t most_rows)
-    : headings_(std::move(headings)), most_rows_(most_rows) {
+                             std::size_t max_rows)
+    : headings_(std::move(headings)), max_rows_(max_rows) {
   for (const auto& type : types) {
     tables_.push_back(table_of(type));
-    to_the_right_.push_back(std::visit([](const auto& held) { return is_number(held); }, type));
+    right_aligned_.push_back(std::visit([](const auto& held) { return is_number(held); }, type));
   }
   headings_.resize(types.size());
   for (const std::string& heading : headings_) widths_.push_back(width_of(heading));
@@ -46,7 +46,7 @@ table_printer::table_printer(std::vector<std::string> headings, const std::vecto
 
 void table_printer::add(const ov::sql_executor::row& added) {
   ++count_;
-  if (rows_.size() == most_rows_) return;
+  if (rows_.size() == max_rows_) return;
   std::vector<std::string>& cells = rows_.emplace_back();
   for (std::size_t column = 0; column < tables_.size(); ++column) {
     cells.push_back(cell_words(added.at(column), tables_[column]));
@@ -69,7 +69,7 @@ void table_printer::print_line(std::ostream& out, const std::vector<std::string>
   std::string line;
   for (std::size_t column = 0; column < cells.size(); ++column) {
     const std::string padding(widths_[column] - width_of(cells[column]), ' ');
-    line += (column == 0 ? "" : "  ") + (to_the_right_[column] ? padding + cells[column] : cells[column] + padding);
+    line += (column == 0 ? "" : "  ") + (right_aligned_[column] ? padding + cells[column] : cells[column] + padding);
   }
   line.erase(line.find_last_not_of(' ') + 1);
   out << line << '\n';

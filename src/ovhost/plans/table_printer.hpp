@@ -11,13 +11,13 @@
 
 namespace ovhost {
 
-// Collects result rows and prints them as a table: a heading for each column, numbers to the right, everything else to
-// the left. Keeps the first rows only and counts the rest.
+// Collects result rows and prints them as a table: a heading for each column, numbers right-aligned, everything else
+// left-aligned. Keeps the first rows only and counts the others.
 class OVHOST_API table_printer {
  public:
-  // types: of the columns, see statement::types. headings: one for each, in UTF-8; missing ones are empty.
+  // types: those of the columns, see statement::types. headings: one for each column, in UTF-8; missing ones are empty.
   table_printer(std::vector<std::string> headings, const std::vector<physical_to_exec::column_type>& types,
-                std::size_t most_rows);
+                std::size_t max_rows);
 
   // Throws std::out_of_range for a row with fewer values than columns.
   void add(const ov::sql_executor::row& added);
@@ -30,10 +30,10 @@ class OVHOST_API table_printer {
 
   std::vector<std::string> headings_;
   std::vector<std::string> tables_;  // of reference columns, by column
-  std::vector<bool> to_the_right_;   // by column
+  std::vector<bool> right_aligned_;  // by column
   std::vector<std::size_t> widths_;  // in characters
   std::vector<std::vector<std::string>> rows_;
-  std::size_t most_rows_;
+  std::size_t max_rows_;
   std::size_t count_ = 0;
 };
 

@@ -1,5 +1,5 @@
-// What the metadata say, by name: everything is read through the C interface and the metadata layer's indexes, so that
-// it works on any core whose metadata are laid out as metalayer.hpp describes.
+// Reads metadata by name. It reads through the C interface and the indexes of the metadata layer, so it works on any
+// core whose metadata are laid out as metalayer.hpp describes.
 #ifndef OVHOST_SCHEMA_CATALOG_HPP_
 #define OVHOST_SCHEMA_CATALOG_HPP_
 
@@ -19,7 +19,7 @@
 
 namespace ovhost {
 
-// A table, property or index that the metadata do not have; the message lists the names that they do.
+// Reports a table, property or index that the metadata do not have. The message lists the names that they have.
 class OVHOST_API unknown_name : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -54,9 +54,9 @@ struct index_info {
   std::vector<key_column_info> columns;  // in key order
 };
 
-// Reads on one context, by default the thread's current metadata context (see session), which must outlive it. Nothing
-// is kept between calls, and what is returned belongs to the caller. Every call throws core_error when the core refuses
-// a read, and std::invalid_argument for a name that is not UTF-8.
+// Reads on one context, by default the thread's current metadata context (see session). Keeps nothing between calls;
+// what it returns belongs to the caller. Requires: the context outlives the catalog. Throws core_error where the core
+// refuses a read, and std::invalid_argument for a name that is not UTF-8.
 class OVHOST_API catalog {
  public:
   explicit catalog(std::uint64_t context = metalayer::TlsMetalayerContext::Current()) : context_(context) {}
@@ -68,26 +68,27 @@ class OVHOST_API catalog {
   table_info table(std::string_view name) const;  // throws unknown_name
   table_info table(OV_OBJ_REF object) const;      // of a metadata object
 
-  // The properties that a table's objects have, those of its outermost base first, in column order; without the two
+  // Returns the properties of a table's objects in column order, those of its outermost base first. Leaves out the two
   // that every table has.
   std::vector<property_info> properties(const table_info& table) const;
 
-  // A property of the table or of one that it derives from, also those that every table has: object_number and
-  // object_type. property throws unknown_name.
+  // Finds a property of the table or of one that it derives from. Finds the two that every table has, too:
+  // object_number and object_type. property throws unknown_name.
   std::optional<property_info> find_property(const table_info& table, std::string_view name) const;
   property_info property(const table_info& table, std::string_view name) const;
   property_info property(OV_OBJ_REF object) const;
 
-  // The indexes over the objects of the table itself (not those of its bases, which hold other objects too), by name.
+  // Returns the indexes over the objects of the table itself, by name. Leaves out those of its bases, which hold other
+  // objects, too.
   std::vector<index_info> indexes(const table_info& table) const;
   std::optional<index_info> find_index(const table_info& table, std::string_view name) const;
   index_info index(const table_info& table, std::string_view name) const;  // throws unknown_name
   index_info index(OV_OBJ_REF object) const;
 
-  // Whether the name, with case folded, names a type.
+  // Tells whether the name, with case folded, names a type.
   bool is_type_name(std::string_view name) const;
 
-  // The members that the table declares, by column index.
+  // Returns the members that the table declares, by column index.
   std::shared_ptr<meta_data::Table::TableCache> members(const table_info& table) const;
 
  private:

@@ -4,8 +4,8 @@
 
 namespace ovhost {
 
-core_error::core_error(std::uint32_t status, std::string_view doing)
-    : std::runtime_error("core status " + std::to_string(status) + " while " + std::string(doing)), status_(status) {}
+core_error::core_error(std::uint32_t status, std::string_view action)
+    : std::runtime_error("core status " + std::to_string(status) + " while " + std::string(action)), status_(status) {}
 
 core_error::~core_error() = default;
 

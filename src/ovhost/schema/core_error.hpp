@@ -9,10 +9,10 @@
 
 namespace ovhost {
 
-// A call of the core that failed while metadata were read, with its status (see ovcoredb.h).
+// Reports a call of the core that failed while metadata were read, with its status (see ovcoredb.h).
 class OVHOST_API core_error : public std::runtime_error {
  public:
-  core_error(std::uint32_t status, std::string_view doing);  // doing: "opening a range"
+  core_error(std::uint32_t status, std::string_view action);  // action: "opening a range"
   core_error(const core_error&) = default;
   core_error& operator=(const core_error&) = default;
   ~core_error() override;

@@ -15,7 +15,7 @@ constexpr std::uint8_t key_end = 0xC0;
 constexpr std::size_t chunk_length = 31;
 constexpr std::uint64_t sign_bit = std::uint64_t{1} << 63;
 
-// The bytes after the header, whose last byte is the one with the top bit set.
+// Returns the bytes after the header, which ends with the first byte whose top bit is set.
 std::span<const std::uint8_t> payload_of(const db_string::tt_string& text) {
   const std::span bytes(text.data(), text.size());
   const auto last = std::find_if(bytes.begin(), bytes.end(), [](std::uint8_t byte) { return (byte & 0x80) != 0; });

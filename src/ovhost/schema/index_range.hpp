@@ -10,10 +10,10 @@
 
 namespace ovhost {
 
-// The objects whose keys equal the given one, or begin with it, in index order. Throws core_error.
+// Returns the objects whose keys equal the given one, or begin with it, in index order. Throws core_error.
 std::vector<OV_OBJ_REF> objects_with_key(std::uint64_t context, std::uint64_t index, const index_key& key);
 
-// The first of them.
+// Returns the first of these objects.
 std::optional<OV_OBJ_REF> first_with_key(std::uint64_t context, std::uint64_t index, const index_key& key);
 
 }  // namespace ovhost

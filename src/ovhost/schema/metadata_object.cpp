@@ -16,7 +16,7 @@ std::u16string units_of_block(const std::uint8_t* block) {
   return units;
 }
 
-// What a getter says, with no value as the result's initial value.
+// Returns what a getter reads; the initial value of the result where the column has none.
 template <class Getter, class Result>
 bool read(Getter getter, std::uint64_t context, OV_OBJ_REF object, std::uint32_t column, Result& result) {
   const std::uint32_t status = getter(context, object.object_number, object.second_word, column, &result);

@@ -8,7 +8,7 @@
 
 namespace ovhost {
 
-// One object of the metadata, read through the C interface. A column without a value reads as an empty text, 0 or the
+// Reads one object of the metadata through the C interface. A column without a value reads as an empty text, 0 or the
 // null reference. Throws core_error.
 class metadata_object {
  public:

@@ -1,5 +1,6 @@
 #include "ovhost/schema/metadata_writer.hpp"
 
+#include <cassert>
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -19,11 +20,13 @@ using ovcoredb::column_type;
 
 constexpr std::uint32_t first_declared_column = 2;
 
-// Things by column number as a list from the first declared column on; what is not mentioned is the default.
+// Orders things by column number, from the first declared column on. A column that is not mentioned gets the default.
+// Requires: every column is declared.
 template <class T>
 std::vector<T> by_column(std::initializer_list<std::pair<std::uint32_t, T>> numbered) {
   std::vector<T> result;
   for (const auto& [column, each] : numbered) {
+    assert(column >= first_declared_column);
     const std::size_t place = column - first_declared_column;
     if (result.size() <= place) result.resize(place + 1);
     result[place] = each;
@@ -33,12 +36,12 @@ std::vector<T> by_column(std::initializer_list<std::pair<std::uint32_t, T>> numb
 
 using attributes = std::initializer_list<std::pair<std::uint32_t, column_type>>;
 
-// No application table has an empty name part, so the doubled slash keeps the specifiers apart.
+// The double slash keeps the specifiers apart from those of applications, whose names have no empty part.
 void create(ovcoredb::database& database, std::uint16_t tag, std::u16string_view name, attributes numbered) {
   database.create_table({u"//" + std::u16string(name) + u"/", by_column<column_type>(numbered), 0, tag});
 }
 
-// The null reference is stored as no value.
+// Stores the null reference as no value.
 cell reference_cell(OV_OBJ_REF reference) { return reference.object_number == 0 ? cell() : cell(reference); }
 
 }  // namespace

@@ -22,7 +22,7 @@ class metadata_writer {
   OV_OBJ_REF add_index(OV_OBJ_REF table, std::u16string_view name, std::uint64_t handle, bool unique);
   void add_indexed_column(OV_OBJ_REF index, OV_OBJ_REF member, std::uint64_t position, bool ascending);
 
-  // The object of a primitive type.
+  // Returns the object of a primitive type.
   OV_OBJ_REF type_of(value_kind kind) const { return types_.at(kind); }
 
  private:

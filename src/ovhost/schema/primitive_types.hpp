@@ -18,13 +18,14 @@ struct primitive_type {
   ovcoredb::column_type column;
 };
 
-// All but references, whose types are tables.
+// All types but references, whose types are tables.
 extern const std::array<primitive_type, 8> primitive_types;
 
-// The kind of values that a type with this number has. Throws std::runtime_error for a number that no type has.
+// Returns the kind of values that a type with this number has. Throws std::runtime_error for a number that no type has.
 value_kind kind_of_primitive(std::uint64_t number);
 
-// The column type for values of a kind, also of references. Throws std::invalid_argument for kinds that no column has.
+// Returns the column type for values of a kind, also of references. Throws std::invalid_argument for kinds that no
+// column has.
 ovcoredb::column_type column_type_of(value_kind kind);
 
 }  // namespace ovhost

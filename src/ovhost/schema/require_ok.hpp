@@ -9,9 +9,9 @@
 
 namespace ovhost {
 
-// Throws core_error unless the status is ORV_OK. doing: "opening a range".
-inline void require_ok(std::uint32_t status, std::string_view doing) {
-  if (status != ORV_OK) throw core_error(status, doing);
+// Throws core_error unless the status is ORV_OK. action: "opening a range".
+inline void require_ok(std::uint32_t status, std::string_view action) {
+  if (status != ORV_OK) throw core_error(status, action);
 }
 
 }  // namespace ovhost

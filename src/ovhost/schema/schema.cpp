@@ -9,8 +9,8 @@
 namespace ovhost {
 namespace {
 
-// "/Place/City/": a derived type's specifier begins with its base's, and since no name holds the slash that ends each
-// part, that beginning means "is a kind of".
+// Returns "/Place/City/": a derived type's specifier begins with its base's. Each part ends with a slash, which no name
+// holds, so that this beginning means "is a kind of".
 std::u16string set_specifier_of(const catalog& existing, const std::string& name, OV_OBJ_REF base) {
   std::u16string beginning = u"/";
   if (base.object_number != 0) {

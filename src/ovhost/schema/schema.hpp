@@ -47,15 +47,15 @@ struct index_definition {
   bool unique = false;                // no two objects with equal keys; a key with a NULL equals none
 };
 
-// A definition that cannot be; the message names what is wrong with it.
+// Reports a definition that is not possible; the message names what is wrong with it.
 class OVHOST_API schema_error : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// Defines what the database holds. Every call throws schema_error for a definition that cannot be, and unknown_name for
-// tables and properties that are mentioned but do not exist. A call that throws, the constructor too, has defined
-// nothing. Meanwhile no other thread reads, and open iterators are closed.
+// Defines what the database holds. Every call throws schema_error for a definition that is not possible, and
+// unknown_name for tables and properties that are mentioned but do not exist. A call that throws, the constructor too,
+// has defined nothing. Closes the iterators that are open on the database. Requires: meanwhile no other thread reads.
 class OVHOST_API schema {
  public:
   // Writes the metadata's own tables and the primitive types. Requires: the database has no tables, and outlives the
@@ -65,11 +65,12 @@ class OVHOST_API schema {
   schema(const schema&) = delete;
   schema& operator=(const schema&) = delete;
 
-  // Tables that refer to each other are defined in one call; a base stands before what derives from it.
+  // Defines tables. Those that refer to each other are defined in one call; a base stands before what derives from it.
   void define_tables(const std::vector<table_definition>& definitions);
   void define_table(const table_definition& definition) { define_tables({definition}); }
 
-  // Over the objects that exist already, too. Throws ovcoredb::unique_violation when two of them have equal keys.
+  // Defines an index, over the objects that exist already, too. Throws ovcoredb::unique_violation where two of them
+  // have equal keys.
   void define_index(const index_definition& definition);
 
  private:
@@ -79,7 +80,7 @@ class OVHOST_API schema {
   ovcoredb::context context_;
   catalog catalog_;
   std::unique_ptr<metadata_writer> writer_;
-  // The application's tags and handles begin above the metadata's.
+  // Begin above the metadata's own.
   std::uint16_t next_tag_ = metalayer::layout::table_tag::first_free;
   std::uint64_t next_handle_ = metalayer::layout::index_handle::first_free;
 };

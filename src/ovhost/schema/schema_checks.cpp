@@ -13,7 +13,7 @@
 namespace ovhost {
 namespace {
 
-constexpr std::size_t most_members = 32'000;  // column numbers have 16 bits with a sign
+constexpr std::size_t max_members = 32'000;  // column numbers have 16 bits with a sign
 
 std::string quoted(const std::string& name) { return "\"" + name + "\""; }
 
@@ -34,7 +34,7 @@ void check_table_name(const std::string& name) {
   }
 }
 
-// Definitions of one call, seen together with what exists.
+// Checks the definitions of one call together with what exists.
 class table_checks {
  public:
   table_checks(const catalog& existing, std::span<const table_definition> definitions)
@@ -56,7 +56,7 @@ class table_checks {
     return found == among.end() ? nullptr : &*found;
   }
 
-  // Type names are looked up with case folded.
+  // Looks type names up with case folded.
   void check_not_defined(const table_definition& table, std::span<const table_definition> earlier) const {
     const std::uint64_t word = type_name_word(utf16(table.name));
     const bool repeated = std::any_of(earlier.begin(), earlier.end(),
@@ -74,7 +74,7 @@ class table_checks {
   }
 
   void check_members(const table_definition& table) const {
-    if (table.members.size() > most_members) refuse("table " + quoted(table.name) + " has too many members");
+    if (table.members.size() > max_members) refuse("table " + quoted(table.name) + " has too many members");
     std::set<std::string> taken = names_of_all_members(table.base);
     for (const system_member& each : system_members) taken.emplace(each.name);
     for (const member_definition& each : table.members) {
@@ -86,7 +86,7 @@ class table_checks {
     }
   }
 
-  // Of a table and those that it derives from; the empty name has none.
+  // Returns the names of the members of a table and of its bases; none for the empty name.
   std::set<std::string> names_of_all_members(const std::string& table) const {
     std::set<std::string> names;
     if (const table_definition* const defined = find(definitions_, table)) {

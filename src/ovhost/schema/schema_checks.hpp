@@ -8,7 +8,7 @@
 
 namespace ovhost {
 
-// Throw schema_error or unknown_name for a definition that cannot be.
+// Throw schema_error or unknown_name for a definition that is not possible.
 void check_tables(const catalog& existing, const std::vector<table_definition>& definitions);
 void check_index(const catalog& existing, const index_definition& definition);
 

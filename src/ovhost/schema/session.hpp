@@ -8,17 +8,17 @@
 
 namespace ovhost {
 
-// A context on a database for the calling thread, which is also the context that the thread's metadata are read on
-// while the session lives. A thread's sessions end in the reverse order of their beginning.
+// A context on a database for the calling thread. While the session lives, the thread's metadata are read on it, too.
+// Requires: a thread's sessions end in the reverse order of their beginning.
 class OVHOST_API session {
  public:
-  // The database outlives it. Throws std::runtime_error when too many contexts are open.
+  // Requires: the database outlives the session. Throws std::runtime_error when too many contexts are open.
   explicit session(const ovcoredb::database& database);
   ~session();
   session(const session&) = delete;
   session& operator=(const session&) = delete;
 
-  // To run statements with. Valid as long as the session.
+  // A context to run statements with. Valid until: the session ends.
   std::uint64_t context() const { return context_.handle(); }
 
  private:

@@ -6,7 +6,7 @@
 
 namespace ovhost {
 
-// What a type is looked up by among the set specifiers: the first word of its name's raw view, in base form.
+// Returns what a type is looked up by among the set specifiers: the first word of its name's raw view, in base form.
 std::uint64_t type_name_word(std::u16string_view name);
 
 }  // namespace ovhost

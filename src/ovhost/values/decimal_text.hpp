@@ -9,11 +9,11 @@
 
 namespace ovhost {
 
-// "-12.5": an optional minus, digits, and up to six digits after a point. Nothing for any other text and for numbers
-// out of range: nothing is rounded.
+// Reads "-12.5": an optional minus, digits, and up to six digits after a point. Gives nothing for any other text and
+// for numbers out of range. Rounds nothing.
 std::optional<operator_library::Decimal> parse_decimal(std::string_view text);
 
-// Without zeros at the end: "-12.5", "3".
+// Writes no zeros at the end: "-12.5", "3".
 std::string to_text(operator_library::Decimal number);
 
 }  // namespace ovhost

@@ -1,4 +1,4 @@
-// Visibility of what a host calls; everything else in the library is hidden.
+// Makes visible what a host calls; everything else in the library is hidden.
 #ifndef OVHOST_VALUES_EXPORT_HPP_
 #define OVHOST_VALUES_EXPORT_HPP_
 

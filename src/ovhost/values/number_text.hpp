@@ -10,7 +10,7 @@
 
 namespace ovhost {
 
-// The whole text as a number. Nothing if it is none, or one that T cannot hold.
+// Reads the whole text as a number. Gives nothing for any other text and for a number that T cannot hold.
 template <class T>
 std::optional<T> parse_number(std::string_view text) {
   T number{};
@@ -19,7 +19,7 @@ std::optional<T> parse_number(std::string_view text) {
   return number;
 }
 
-// The shortest text that reads back as the same number.
+// Writes the shortest text that reads back as the same number.
 template <class T>
 std::string number_text(T number) {
   std::array<char, 64> buffer{};

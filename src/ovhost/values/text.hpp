@@ -11,22 +11,22 @@
 
 namespace ovhost {
 
-// Nothing if the bytes are not UTF-8.
+// Gives nothing for bytes that are not UTF-8.
 OVHOST_API std::optional<std::u16string> utf8_to_utf16(std::string_view text);
 
-// For text that the program itself writes. Throws std::invalid_argument if it is not UTF-8.
+// Converts text that the program itself writes. Throws std::invalid_argument for bytes that are not UTF-8.
 OVHOST_API std::u16string utf16(std::string_view text);
 
-// A surrogate without its other half becomes U+FFFD.
+// Turns a surrogate without its other half into U+FFFD.
 OVHOST_API std::string utf8(std::u16string_view text);
 
-// To the core's encoded form. Throws std::invalid_argument for a text with a zero unit, which would end it there.
+// Converts to the core's encoded form. Throws std::invalid_argument for a text with a zero unit, at which it would end.
 OVHOST_API db_string::tt_string encode(std::u16string_view text);
 
-// Back from it. Bytes that are no encoded text give the empty text.
+// Converts back. Gives the empty text for bytes that are no encoded text.
 OVHOST_API std::u16string decode(const db_string::tt_string& text);
 
-// The text as types are looked up by: with case folded.
+// Folds case, as types are looked up.
 OVHOST_API std::u16string base_form(std::u16string_view text);
 
 }  // namespace ovhost

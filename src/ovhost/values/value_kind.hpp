@@ -30,7 +30,7 @@ enum class value_kind : std::size_t {
 
 inline constexpr std::size_t value_kind_count = std::variant_size_v<ov::sql_executor::value>;
 
-// The kind of the values of a C++ type, which is an alternative of value.
+// Returns the kind of the values of a C++ type. Requires: T is an alternative of value.
 template <class T, std::size_t Index = 0>
 constexpr value_kind kind_of_type() {
   if constexpr (std::is_same_v<T, std::variant_alternative_t<Index, ov::sql_executor::value>>) {
@@ -42,7 +42,7 @@ constexpr value_kind kind_of_type() {
 static_assert(value_kind::null == kind_of_type<operator_library::NullValue>() &&
               value_kind::null == value_kind{value_kind_count - 1});
 
-// "bool", "text", "uint64", ... Valid as long as the program runs.
+// Returns "bool", "text", "uint64", ... Valid until: the program ends.
 OVHOST_API std::string_view name_of(value_kind kind);
 
 // Calls function.operator()<T>() with the C++ type that values of that kind have.
