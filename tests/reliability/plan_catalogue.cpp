@@ -137,9 +137,9 @@ void plan_catalogue::add_operations() {
                          starts_with(name, text(u"B")), starts_with(name, state), is_null(t["before"]),
                          is_not_null(t["crest"]), is_null(parameter(3, value_kind::int64))});
   add_test("connectives", either(both(is_port, negated(eq(name, state))), exclusive(is_port, lt(t["rank"], lit(4)))));
-  const auto among = [](const expression& tested, std::initializer_list<expression> members) {
+  const auto among = [](const expression& tested, std::initializer_list<expression> list) {
     expression any = lit(false);
-    for (const expression& each : members) any = either(std::move(any), eq(tested, each));
+    for (const expression& each : list) any = either(std::move(any), eq(tested, each));
     return any;
   };
   add_test("lists", either(among(name, {text(u"Bern"), text(u"Bonn"), text(u"Brno"), null(), text(long_name)}),

@@ -16,12 +16,12 @@ std::vector<value_view> views_of_literals(const list_members& members, std::span
   return views;
 }
 
-std::vector<const value_from_context*> parameters_of(const list_members& members) {
-  std::vector<const value_from_context*> parameters;
+std::vector<std::size_t> parameters_of(const list_members& members) {
+  std::vector<std::size_t> positions;
   for (const auto& each : members) {
-    if (!each->reads_constants()) parameters.push_back(each.get());
+    if (!each->reads_constants()) positions.push_back(each->position());
   }
-  return parameters;
+  return positions;
 }
 
 bool erase_nulls(std::vector<value_view>& views) {
@@ -36,6 +36,17 @@ value_family common_family(std::span<const value_view> views) {
     common = own;
   }
   return common;
+}
+
+// tested = parameter, for a value of the family; nothing where that would be an error.
+std::optional<truth> compare_alike(const value_view& tested, value_family family, const value& parameter) {
+  const auto* const number = std::get_if<std::int64_t>(&tested);
+  const auto* const other = std::get_if<std::int64_t>(&parameter);
+  if (number != nullptr && other != nullptr) return to_truth(*number == *other);
+  const value_view view = view_of(parameter);
+  if (family_of(view) == value_family::null) return truth::unknown;
+  if (family_of(view) != family) return std::nullopt;
+  return to_truth(compare_values(tested, view) == std::partial_ordering::equivalent);
 }
 
 truth negate(truth any) { return any == truth::unknown ? any : to_truth(any == truth::no); }
@@ -66,29 +77,32 @@ std::optional<truth> in_list::look_up(const value_view& tested, const execution_
   const value_family family = family_of(tested);
   if (family == value_family::null && parameters_.empty()) return truth::unknown;
   if (family == value_family::null || !literals_.compare_with(family)) return std::nullopt;
-  truth otherwise = literals_.has_null ? truth::unknown : truth::no;
-  for (const value_from_context* each : parameters_) {
-    const value* const parameter = each->find(context);
-    const value_view view = parameter != nullptr ? view_of(*parameter) : value_view();
-    if (family_of(view) == value_family::null) {
-      otherwise = truth::unknown;
-    } else if (family_of(view) != family) {
-      return std::nullopt;
-    } else if (compare_values(tested, view) == std::partial_ordering::equivalent) {
-      return truth::yes;
-    }
+  const std::optional<truth> among_parameters = find_parameter(tested, family, context.variables);
+  if (!among_parameters || among_parameters == truth::yes) return among_parameters;
+  if (literals_.values.contains(tested)) return truth::yes;
+  return literals_.has_null ? truth::unknown : among_parameters;
+}
+
+std::optional<truth> in_list::find_parameter(const value_view& tested, value_family family,
+                                             const std::vector<value>& variables) const {
+  truth found = truth::no;
+  for (const std::size_t position : parameters_) {
+    if (position >= variables.size()) return std::nullopt;
+    const std::optional<truth> one = compare_alike(tested, family, variables[position]);
+    if (!one || *one == truth::yes) return one;
+    if (*one == truth::unknown) found = truth::unknown;
   }
-  return literals_.values.contains(tested) ? truth::yes : otherwise;
+  return found;
 }
 
 truth in_list::compare_in_order(const value_view& tested, const execution_context& context) const {
-  truth otherwise = truth::no;
+  truth found = truth::no;
   for (const auto& each : members_) {
     const auto order = compare_values(tested, view_of(each->at(context)));
-    if (!order) otherwise = truth::unknown;
+    if (!order) found = truth::unknown;
     if (order && *order == 0) return truth::yes;
   }
-  return otherwise;
+  return found;
 }
 
 }  // namespace ov::sql_executor::operators

@@ -1,6 +1,7 @@
 #ifndef OV_SQL_EXECUTOR_EXPRESSIONS_IN_LIST_HPP_
 #define OV_SQL_EXECUTOR_EXPRESSIONS_IN_LIST_HPP_
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <span>
@@ -11,6 +12,7 @@
 #include "ov_sql_executor/expressions/value_from_context.hpp"
 #include "ov_sql_executor/values/equality_set.hpp"
 #include "ov_sql_executor/values/value_family.hpp"
+#include "ov_sql_executor/values/value_view.hpp"
 
 namespace ov::sql_executor::operators {
 
@@ -49,12 +51,15 @@ class in_list final : public truth_operator {
 
   // Whether the value is a member. Nothing where the members must be compared in order.
   std::optional<truth> look_up(const value_view& tested, const execution_context& context) const;
+  // The same for the parameters alone; unknown beside a NULL. Requires a value of the family.
+  std::optional<truth> find_parameter(const value_view& tested, value_family family,
+                                      const std::vector<value>& variables) const;
   truth compare_in_order(const value_view& tested, const execution_context& context) const;
 
   kind kind_;
   operand tested_;
   list_members members_;
-  std::vector<const value_from_context*> parameters_;  // among the members
+  std::vector<std::size_t> parameters_;  // the positions of those among the members
   literal_set literals_;
 };
 

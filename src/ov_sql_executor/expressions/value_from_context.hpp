@@ -26,12 +26,6 @@ class value_from_context final : public lending_operator {
   bool reads_row_stack() const { return source_ == context_list::row_stack; }
   bool reads_constants() const { return source_ == context_list::constants; }
 
-  // Null where the list has no such position.
-  const value* find(const execution_context& context) const {
-    const std::vector<value>& all = list(context);
-    return position() < all.size() ? &all[position()] : nullptr;
-  }
-
   value_view lend(execution_context& context, value& /*scratch*/) const override { return view_of(at(context)); }
   value evaluate(execution_context& context) const override { return error_handling::complete(at(context)); }
 
