@@ -2,8 +2,6 @@
 
 #include <bit>
 
-#include "ov_sql_executor/values/group_key.hpp"
-
 namespace ov::sql_executor {
 
 equality_set::equality_set(std::span<const value_view> members) : slots_(std::bit_ceil(4 * members.size() + 1)) {
@@ -11,11 +9,11 @@ equality_set::equality_set(std::span<const value_view> members) : slots_(std::bi
 }
 
 void equality_set::insert(const value_view& key) {
-  if (!key_equal(key, key)) return;
+  if (!are_equal(key, key)) return;
   const std::uint32_t hash = hash_of(key);
   slot& found = slots_[find(key, hash)];
   if (found.number != nobody) return;
-  keys_.push_back(key);
+  append_value(keys_, key);
   found = {hash, static_cast<std::uint32_t>(keys_.size())};
 }
 

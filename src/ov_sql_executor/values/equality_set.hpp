@@ -1,14 +1,16 @@
 #ifndef OV_SQL_EXECUTOR_VALUES_EQUALITY_SET_HPP_
 #define OV_SQL_EXECUTOR_VALUES_EQUALITY_SET_HPP_
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
 
+#include "ov_sql_executor/values/comparison.hpp"
 #include "ov_sql_executor/values/equality_key.hpp"
 #include "ov_sql_executor/values/keyed_hash.hpp"
-#include "ov_sql_executor/values/packed_values.hpp"
+#include "ov_sql_executor/values/value.hpp"
 #include "ov_sql_executor/values/value_view.hpp"
 
 namespace ov::sql_executor {
@@ -37,19 +39,25 @@ class equality_set {
 
   std::uint32_t hash_of(const value_view& key) const { return static_cast<std::uint32_t>(hash_({&key, 1})); }
 
+  static bool are_equal(const value_view& left, const value_view& right) {
+    return left.index() == right.index() && compare_values(left, right) == std::partial_ordering::equivalent;
+  }
+
+  bool holds(const slot& at, const value_view& key, std::uint32_t hash) const {
+    return at.hash == hash && are_equal(view_of(keys_[at.number - 1]), key);
+  }
+
   // The position of a key, or a free one.
   std::size_t find(const value_view& key, std::uint32_t hash) const {
     std::size_t at = hash & (slots_.size() - 1);
-    while (slots_[at].number != nobody && !(slots_[at].hash == hash && keys_.equals(slots_[at].number - 1, key))) {
-      at = (at + 1) & (slots_.size() - 1);
-    }
+    while (slots_[at].number != nobody && !holds(slots_[at], key, hash)) at = (at + 1) & (slots_.size() - 1);
     return at;
   }
 
   void insert(const value_view& key);
 
   const keyed_hash& hash_ = keyed_hash::of_process();
-  packed_values keys_{packed_values::texts::packed};
+  std::vector<value> keys_;
   std::vector<slot> slots_;  // a power of two of them, at most a quarter in use
 };
 
