@@ -197,6 +197,7 @@ expression plan_maker::condition(const expressions& scope, std::size_t depth) {
     const value_kind both_are = any_kind();
     return from_.of(comparisons)(of(both_are), of(both_are));
   }
+  if (kind == 1 && from_.one_in(8)) return listed(scope, depth);
   if (kind == 1) return from_.of(connectives)(of(boolean), of(boolean));
   if (kind == 2) return negated(of(boolean));
   if (kind == 3) return from_.below(2) == 0 ? is_null(of(any_kind())) : is_not_null(of(any_kind()));
@@ -205,6 +206,20 @@ expression plan_maker::condition(const expressions& scope, std::size_t depth) {
   if (kind == 5) return is_a(of(reference), from_.below(2) == 0 ? "p" : "q");
   if (kind == 6) return to(boolean, of(numeric_kind()));
   return from_.of(comparisons)(of(numeric_kind()), of(numeric_kind()));
+}
+
+// IN or NOT IN.
+expression plan_maker::listed(const expressions& scope, std::size_t depth) {
+  const bool is_in = from_.below(2) == 0;
+  const value_kind kind = any_kind();
+  const expression tested = any_expression(kind, scope, depth);
+  const bool mixes_numbers = kind > value_kind::text && kind < value_kind::binary;
+  expression chain = lit(!is_in);
+  for (std::size_t left = 4 + from_.below(6); left != 0; --left) {
+    const expression member = leaf(mixes_numbers ? numeric_kind() : kind, {});
+    chain = is_in ? either(std::move(chain), eq(tested, member)) : both(std::move(chain), ne(tested, member));
+  }
+  return chain;
 }
 
 expression plan_maker::calculation(value_kind kind, const expressions& scope, std::size_t depth) {

@@ -53,6 +53,7 @@ class plan_maker {
   ovhost::plan generated(const expressions& scope, expressions& columns);
   ovhost::scan_range any_range(ovhost::value_kind kind, const expressions& outer);
   ovhost::expression condition(const expressions& scope, std::size_t depth);
+  ovhost::expression listed(const expressions& scope, std::size_t depth);
   ovhost::expression calculation(ovhost::value_kind kind, const expressions& scope, std::size_t depth);
   ovhost::expression text(const expressions& scope, std::size_t depth);
   ovhost::expression leaf(ovhost::value_kind kind, const expressions& scope);

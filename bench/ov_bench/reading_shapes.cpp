@@ -51,6 +51,43 @@ shape filter_by(std::string name, Condition condition, const std::string& sql, f
       "SELECT id FROM item WHERE " + sql, std::move(floor));
 }
 
+// The ids of the items of which a column has one of the values that a list spells for SQL, each also as an expression.
+struct listed {
+  std::vector<expression> members;
+  std::string sql;
+
+  void add(expression member, const std::string& spelled) {
+    members.push_back(std::move(member));
+    sql += (sql.empty() ? "" : ", ") + spelled;
+  }
+};
+
+shape filter_by_list(std::string name, const std::string& column, const listed& list, floor_loop floor) {
+  const auto any_equal = [column, members = list.members](const table_variable& t) {
+    expression any = eq(t[column], members.front());
+    for (auto each = members.begin() + 1; each != members.end(); ++each) any = either(any, eq(t[column], *each));
+    return any;
+  };
+  return filter_by(std::move(name), any_equal, column + " IN (" + list.sql + ")", std::move(floor));
+}
+
+listed hundred_numbers() {
+  listed list;
+  for (std::int64_t each = 0; each < 1'000'000; each += 10'000) list.add(lit(each), std::to_string(each));
+  return list;
+}
+
+// Of eight letters, as the words are.
+listed hundred_texts() {
+  listed list;
+  for (char each = 0; each < 100; ++each) {
+    const std::string word =
+        std::string("abc") + static_cast<char>('a' + each / 10) + static_cast<char>('a' + each % 10) + "xyz";
+    list.add(text(std::u16string(word.begin(), word.end())), "'" + word + "'");
+  }
+  return list;
+}
+
 template <class Value>
 shape compute(std::string name, Value compute_value, const std::string& sql, floor_loop floor) {
   return over_items(
@@ -120,6 +157,16 @@ std::vector<shape> reading_shapes() {
       filter_by(
           "filter_int_double", [](const auto& t) { return lt(t["v"], lit(10'000.5)); }, "v < 10000.5",
           ids_below("v", 10'001)),
+      filter_by_list("list_100", "v", hundred_numbers(),
+                     [](core_loop& core, std::int64_t) {
+                       const std::uint32_t v = core.column("item.v");
+                       return each_item(
+                           core, [&](object at) -> std::uint64_t { return core.number(at, v) % 10'000 == 0 ? 1 : 0; });
+                     }),
+      filter_by_list(
+          "list_100_texts", "word", hundred_texts(),
+          ids_of_texts("word",
+                       [](std::u16string_view word) { return word.starts_with(u"abc") && word.ends_with(u"xyz"); })),
       compute(
           "arithmetic_int", [](const auto& t, std::size_t) { return add(mul(t["b"], t["c"]), t["v"]); }, "b * c + v",
           reads({"b", "c", "v"})),

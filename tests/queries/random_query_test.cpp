@@ -215,7 +215,7 @@ class random_query {
   }
 
   both_ways condition(const columns& of, int depth = 2) {
-    if (depth == 0 || below(2) == 0) return comparison(of);
+    if (depth == 0 || below(2) == 0) return below(4) == 0 ? listed(of) : comparison(of);
     const both_ways left = condition(of, depth - 1);
     const int kind = below(4);
     const both_ways tested = number(of, 1);
@@ -224,6 +224,22 @@ class random_query {
     if (kind == 1) return {ovhost::is_null(tested.plan), "(" + tested.sql + ") IS NULL"};
     return {kind == 2 ? ovhost::both(left.plan, right.plan) : ovhost::either(left.plan, right.plan),
             "((" + left.sql + (kind == 2 ? ") AND (" : ") OR (") + right.sql + "))"};
+  }
+
+  // IN or NOT IN, as a plan states it: short lists, and longer ones, which are looked up.
+  both_ways listed(const columns& of) {
+    const bool texts = below(3) == 0;
+    const bool is_in = below(3) != 0;
+    const both_ways tested = texts ? text(of) : number(of, 1);
+    std::optional<ovhost::expression> chain;
+    std::string list;
+    for (int left = 1 + below(9); left != 0; --left) {
+      const both_ways member = below(15) == 0 ? both_ways{ovhost::null(), "NULL"} : texts ? text({}) : number({});
+      const auto test = is_in ? ovhost::eq(tested.plan, member.plan) : ovhost::ne(tested.plan, member.plan);
+      chain = !chain ? test : is_in ? ovhost::either(*chain, test) : ovhost::both(*chain, test);
+      add_to(list, member.sql);
+    }
+    return {*chain, "((" + tested.sql + (is_in ? ") IN (" : ") NOT IN (") + list + "))"};
   }
 
   both_ways comparison(const columns& of, int depth = 2) {

@@ -137,6 +137,14 @@ void plan_catalogue::add_operations() {
                          starts_with(name, text(u"B")), starts_with(name, state), is_null(t["before"]),
                          is_not_null(t["crest"]), is_null(parameter(3, value_kind::int64))});
   add_test("connectives", either(both(is_port, negated(eq(name, state))), exclusive(is_port, lt(t["rank"], lit(4)))));
+  const auto among = [](const expression& tested, std::initializer_list<expression> list) {
+    expression any = lit(false);
+    for (const expression& each : list) any = either(std::move(any), eq(tested, each));
+    return any;
+  };
+  add_test("lists", either(among(name, {text(u"Bern"), text(u"Bonn"), text(u"Brno"), null(), text(long_name)}),
+                           negated(among(t["rank"], {lit(1), lit(2U), lit(3.0), decimal("4"), lit(true),
+                                                     parameter(2, value_kind::float64)}))));
   add_test("type test", is_a(t, to(value_kind::set_specifier, concat({text(u"Ci"), text(u"ty")}))));
   add_test("set specifiers read", is_a(t, t["object_type"]));
   add_test("like", like(concat({name, state}), text(u"%E_n%b%")));

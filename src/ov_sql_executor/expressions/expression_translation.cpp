@@ -11,6 +11,7 @@
 #include "ov_sql_executor/errors/subscript.hpp"
 #include "ov_sql_executor/expressions/arithmetic.hpp"
 #include "ov_sql_executor/expressions/cast.hpp"
+#include "ov_sql_executor/expressions/chain_operands.hpp"
 #include "ov_sql_executor/expressions/comparison.hpp"
 #include "ov_sql_executor/expressions/concat.hpp"
 #include "ov_sql_executor/expressions/constants.hpp"
@@ -53,8 +54,12 @@ class expression_translator {
   operator_ptr build(const Less& any) { return binary<operators::less_than>(any); }
   operator_ptr build(const Greater& any) { return binary<operators::greater_than>(any); }
   operator_ptr build(const AtLeast& any) { return binary<operators::greater_than_or_equal>(any); }
-  operator_ptr build(const And& any) { return connective<operators::logical_and, operators::all_of>(any); }
-  operator_ptr build(const Or& any) { return connective<operators::logical_or, operators::any_of>(any); }
+  operator_ptr build(const And& any) {
+    return connective<operators::logical_and, operators::all_of, Inequality, operators::not_equal>(any);
+  }
+  operator_ptr build(const Or& any) {
+    return connective<operators::logical_or, operators::any_of, Equality, operators::equal>(any);
+  }
   operator_ptr build(const Not& any) { return unary<operators::logical_not>(any); }
   operator_ptr build(const NullTest& any) { return unary<operators::is_null>(any); }
   operator_ptr build(const NotNullTest& any) { return unary<operators::is_not_null>(any); }
@@ -135,9 +140,9 @@ class expression_translator {
 
   // Makes one list of the operands of nested ANDs or ORs, in the order of their evaluation. Long chains are common, and
   // brackets in them mean nothing.
-  template <class Two, class Many, class Operation>
+  template <class Two, class Many, class Comparison, class Comparing, class Operation>
   operator_ptr connective(const Operation& any) {
-    std::vector<operator_ptr> operands;
+    operators::chain_operands<Comparing> operands(constants_);
     std::vector<std::pair<const Operation*, std::size_t>> pending = {{&any, 0}};  // and the next operand
     while (!pending.empty()) {
       auto& [inner, next] = pending.back();
@@ -148,12 +153,24 @@ class expression_translator {
         if (const auto* const same = std::get_if<Operation>(&each)) {
           pending.emplace_back(same, 0);
         } else {
-          operands.push_back(translate(each));
+          add_to_chain<Comparison>(operands, each);
         }
       }
     }
-    if (operands.size() > 2) return std::make_unique<Many>(std::move(operands));
-    return std::make_unique<Two>(std::move(operands[0]), std::move(operands[1]));
+    std::vector<operator_ptr> made = operands.finish();
+    if (made.size() == 1) return std::move(made[0]);
+    if (made.size() > 2) return std::make_unique<Many>(std::move(made));
+    return std::make_unique<Two>(std::move(made[0]), std::move(made[1]));
+  }
+
+  template <class Comparison, class Operands>
+  void add_to_chain(Operands& operands, const expression& each) {
+    const auto* const comparison = std::get_if<Comparison>(&each);
+    const auto member = comparison != nullptr ? operators::find_member(*comparison) : std::nullopt;
+    if (!member) return operands.add(translate(each));
+    operator_ptr left = operand(*comparison, 0);
+    operator_ptr right = operand(*comparison, 1);
+    operands.add_test(*comparison, *member, std::move(left), std::move(right));
   }
 
   // Selects the class by the result type.

@@ -25,6 +25,7 @@ class value_from_context final : public lending_operator {
 
   std::size_t position() const { return static_cast<std::size_t>(position_); }
   bool reads_row_stack() const { return source_ == context_list::row_stack; }
+  bool reads_constants() const { return source_ == context_list::constants; }
 
   value_view lend(execution_context& context, value& /*scratch*/) const override { return view_of(at(context)); }
   value evaluate(execution_context& context) const override { return error_handling::require_value(at(context)); }
