@@ -35,6 +35,13 @@
 #define ORV_API
 #endif
 
+/* A call that a core may leave out: its address is then null. */
+#if defined(__GNUC__)
+#define ORV_OPTIONAL __attribute__((weak))
+#else
+#define ORV_OPTIONAL
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 typedef char16_t ORV_UCS2; /* one UTF-16 code unit */
@@ -117,6 +124,16 @@ ORV_API uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, u
 
 /* The next object of the range; object_number 0 when the range is exhausted (and again on every later call). */
 ORV_API uint32_t orv_iterator_next(uint64_t iterator, ORV_REFERENCE_VALUE* reference);
+
+/*
+ * Passes over at most count objects, as so many calls of orv_iterator_next would. *skipped receives how many there
+ * were; fewer than count: the range is exhausted. A count of all ones passes over the rest of the range.
+ *
+ * Optional. The executor counts and skips rows by it, and otherwise by orv_iterator_next. It also does the latter where
+ * the two calls are not of the same program or library: a host that puts its own orv_iterator_next in front of a core's
+ * sees every step, unless it defines this call, too.
+ */
+ORV_API ORV_OPTIONAL uint32_t orv_iterator_skip(uint64_t iterator, uint64_t count, uint64_t* skipped);
 
 /*
  * Releases the iterator. A handle that was freed before is refused with ORV_BAD_ITERATOR. The executor does not look at
