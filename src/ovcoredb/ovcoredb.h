@@ -9,8 +9,8 @@
  *     column holds nothing, everything else is a failure and leaves the out parameters unwritten. The statuses that
  *     this core gives are listed below; a caller passes on any that it does not know. So a core may stop a statement:
  *     whatever else it returns from any call (but orv_iterator_free) leaves the executor as db_exception with that
- *     status. It is seen when the executor next calls the core: by a scan at its next row, but not while rows are
- *     sorted, or handed out after they were.
+ *     status. It is seen when the executor next calls the core: by a scan at its next row, or when it has skipped
+ *     some, but not while rows are sorted, or handed out after they were.
  *  3. Result buffers belong to the core. They stay valid until the next call on the same context (an iterator counts as
  *     its context's); the caller copies or compares at once and never frees.
  *  4. Counted blocks (texts as UCS-2, encoded texts) start with a 32-bit little-endian count, followed directly by that

@@ -31,11 +31,11 @@ class adapted_source final : public row_source {
 
 }  // namespace
 
-bool row_source::skip_next(execution_context& context) {
+std::uint64_t row_source::skip(execution_context& context, std::uint64_t count) {
   const std::size_t size = context.row_stack.size();
-  if (!push_next(context)) return false;
-  cut_row_stack(context, size);
-  return true;
+  std::uint64_t skipped = 0;
+  for (; skipped != count && push_next(context); ++skipped) cut_row_stack(context, size);
+  return skipped;
 }
 
 std::optional<row> row_source::next(execution_context& context) {
