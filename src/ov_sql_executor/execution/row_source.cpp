@@ -45,6 +45,11 @@ std::optional<row> row_source::next(execution_context& context) {
   return result;
 }
 
+std::unique_ptr<row_source> open_rows(const node& of, execution_context& context) {
+  if (const auto* own = dynamic_cast<const source_node*>(&of)) return own->open(context, all_rows);
+  return std::make_unique<adapted_source>(of, context);
+}
+
 input_rows input::open(execution_context& context, std::uint64_t most_rows) const {
   input_rows rows(*this);
   rows.start(context, most_rows);

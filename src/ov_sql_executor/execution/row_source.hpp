@@ -50,6 +50,9 @@ class source_node : public destroyed_in_turn<node> {
   enumerator* create_enumerator(execution_context& context) const final { return open(context, all_rows).release(); }
 };
 
+// A new run of any node, on the row stack even if the node is not of this library.
+std::unique_ptr<row_source> open_rows(const node& of, execution_context& context);
+
 class input_rows;
 
 // A node's child: owned, and opened as a row source even if it is not one of this library's.
