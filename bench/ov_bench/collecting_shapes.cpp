@@ -33,6 +33,18 @@ shape group_by(std::string name, const std::vector<std::string>& keys, std::vect
           reads(std::move(key_numbers), std::move(key_texts))};
 }
 
+shape counted() {
+  const auto make = [](query& q, std::size_t) {
+    const table_variable t = q.over("item", "t");
+    const aggregation_column count = q.count_rows("count");
+    return project({count}, group({count}, {}, scan(t, "by_id")));
+  };
+  const auto floor = [](core_loop& core, std::int64_t) {
+    return core.walk_behind(core.index("item.by_id"), ~std::uint64_t{0}, [](object) { return true; });
+  };
+  return {"count_all", make, "SELECT count(*) FROM item", floor};
+}
+
 shape filtered_total() {
   const auto make = [](query& q, std::size_t) {
     const table_variable t = q.over("item", "t");
@@ -91,11 +103,11 @@ shape limited() {
   };
   const auto floor = [](core_loop& core, std::int64_t) {
     const std::uint32_t v = core.column("item.v");
-    std::size_t position = 0;
+    std::size_t found = 0;
     std::uint64_t sum = 0;
-    core.walk(core.index("item.by_id"), [&](object at) {
-      if (position >= core.rows() / 2) sum += static_cast<std::uint64_t>(core.number(at, v));
-      return ++position < core.rows() / 2 + 10;
+    core.walk_behind(core.index("item.by_id"), core.rows() / 2, [&](object at) {
+      sum += static_cast<std::uint64_t>(core.number(at, v));
+      return ++found < 10;
     });
     return sum;
   };
@@ -136,6 +148,7 @@ std::vector<shape> collecting_shapes() {
       group_by("group_half", {"many"}, {"many"}, {}),
       group_by("group_text", {"word"}, {}, {"word"}),
       group_by("group_two_keys", {"tens", "c"}, {"tens", "c"}, {}),
+      counted(),
       filtered_total(),
       distinct("distinct_int", "many", reads({"many"})),
       distinct("distinct_text", "name", reads({}, {"name"})),

@@ -42,6 +42,13 @@ class core_loop {
     walk_between(index, key(first).data(), key(last).data(), take);
   }
 
+  // Calls take like the others, but not for the first objects. Returns how many it passed over.
+  template <class Take>
+  std::uint64_t walk_behind(std::uint64_t index, std::uint64_t first_objects, Take&& take) const {
+    static constexpr std::array<std::uint8_t, 8> everything = {0xC0};
+    return walk_between(index, everything.data(), everything.data(), take, first_objects);
+  }
+
   std::int64_t number(object from, std::uint32_t column) const {
     std::int64_t value = 0;
     orv_context_get_long(context_, from.number, from.second_word, column, &value);
@@ -65,15 +72,19 @@ class core_loop {
   static key_bytes key(std::int64_t value);
 
   template <class Take>
-  void walk_between(std::uint64_t index, const std::uint8_t* first, const std::uint8_t* last, Take&& take) const {
+  std::uint64_t walk_between(std::uint64_t index, const std::uint8_t* first, const std::uint8_t* last, Take&& take,
+                             std::uint64_t to_skip = 0) const {
     std::uint64_t iterator = 0;
+    std::uint64_t skipped = 0;
     constexpr std::uint32_t inclusive = ORV_ITERATOR_FIRST_INCLUSIVE | ORV_ITERATOR_LAST_INCLUSIVE;
-    if (orv_context_create_iterator(context_, index, inclusive, first, last, &iterator) != ORV_OK) return;
+    if (orv_context_create_iterator(context_, index, inclusive, first, last, &iterator) != ORV_OK) return 0;
+    if (to_skip != 0) orv_iterator_skip(iterator, to_skip, &skipped);
     ORV_REFERENCE_VALUE at{};
     while (orv_iterator_next(iterator, &at) == ORV_OK && at.object_number != 0) {
       if (!take(object{at.object_number, at.high_part << 16 | at.low_part})) break;
     }
     orv_iterator_free(iterator);
+    return skipped;
   }
 
   std::uint64_t context_;

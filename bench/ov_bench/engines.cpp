@@ -4,6 +4,7 @@
 #include <optional>
 #include <stdexcept>
 
+#include "ov_sql_executor/execution/cursor.hpp"
 #include "ov_sql_executor/planning/plan.hpp"
 
 namespace bench {
@@ -21,6 +22,17 @@ struct integer_sum {
   template <class Other>
   void operator()(const Other& /*other*/) {}
 };
+
+void look_at_rows(const runnable& statement, const sample& data, std::vector<value> parameters, outcome& so_far) {
+  ov::sql_executor::execution_context context{statement.constants, std::move(parameters), {}, data.context()};
+  ov::sql_executor::cursor rows(statement, context);
+  integer_sum integers;
+  while (rows.next()) {
+    ++so_far.rows;
+    for (const value& each : rows.row()) std::visit(integers, each);
+  }
+  so_far.sum += integers.sum;
+}
 
 void read_rows(const runnable& statement, const sample& data, std::vector<value> parameters, outcome& so_far) {
   ov::sql_executor::execution_context context{statement.constants, std::move(parameters), {}, data.context()};
@@ -74,11 +86,12 @@ prepared prepare_ov(const shape& of, const sample& data) {
   const auto names = std::make_shared<ovhost::query>();
   const auto statement = std::make_shared<runnable>(planned(of.make(*names, data.rows())));
   const auto make_again = of.make_again ? of.make_again(*names) : std::function<ovhost::plan()>();
-  return [&data, names, statement, make_again, parameters = parameters_of(of, data)] {
+  const auto read = of.with_cursor ? look_at_rows : static_cast<decltype(&look_at_rows)>(read_rows);
+  return [&data, names, statement, make_again, read, parameters = parameters_of(of, data)] {
     outcome result;
     for (const std::int64_t parameter : parameters) {
       if (make_again) *statement = planned(make_again());
-      read_rows(*statement, data, {parameter}, result);
+      read(*statement, data, {parameter}, result);
     }
     return result;
   };

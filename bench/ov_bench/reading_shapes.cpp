@@ -40,6 +40,12 @@ shape scan_of(std::string name, std::vector<std::string> columns, std::string sq
       std::move(sql), std::move(floor));
 }
 
+shape with_cursor(std::string name, shape of) {
+  of.name = std::move(name);
+  of.with_cursor = true;
+  return of;
+}
+
 // The ids of the items that a condition leaves.
 template <class Condition>
 shape filter_by(std::string name, Condition condition, const std::string& sql, floor_loop floor) {
@@ -141,8 +147,10 @@ shape hostile_like() {
 }  // namespace
 
 std::vector<shape> reading_shapes() {
+  const shape scan_int = scan_of("scan_int", {"v"}, "SELECT v FROM item", reads({"v"}));
   return {
-      scan_of("scan_int", {"v"}, "SELECT v FROM item", reads({"v"})),
+      scan_int,
+      with_cursor("scan_int_cursor", scan_int),
       scan_of("scan_text", {"name"}, "SELECT name FROM item", reads({}, {"name"})),
       scan_of("scan_five", {"id", "v", "b", "c", "name"}, "SELECT id, v, b, c, name FROM item",
               reads({"id", "v", "b", "c"}, {"name"})),

@@ -35,6 +35,9 @@ struct shape {
   // measured is planning and not the host's search for names. SQLite prepares its statement each time.
   std::function<std::function<ovhost::plan()>(ovhost::query&)> make_again = {};
 
+  // Whether our rows are looked at where they lie, instead of being handed out.
+  bool with_cursor = false;
+
   // What the time is divided by: input rows, or lookups.
   std::function<std::size_t(std::size_t rows)> steps = [](std::size_t rows) { return rows; };
 };

@@ -9,8 +9,8 @@
  *     column holds nothing, everything else is a failure and leaves the out parameters unwritten. The statuses that
  *     this core gives are listed below; a caller passes on any that it does not know. So a core may stop a statement:
  *     whatever else it returns from any call (but orv_iterator_free) leaves the executor as db_exception with that
- *     status. It is seen when the executor next calls the core: by a scan at its next row, but not while rows are
- *     sorted, or handed out after they were.
+ *     status. It is seen when the executor next calls the core: by a scan at its next row, or when it has skipped
+ *     some, but not while rows are sorted, or handed out after they were.
  *  3. Result buffers belong to the core. They stay valid until the next call on the same context (an iterator counts as
  *     its context's); the caller copies or compares at once and never frees.
  *  4. Counted blocks (texts as UCS-2, encoded texts) start with a 32-bit little-endian count, followed directly by that
@@ -33,6 +33,13 @@
 #define ORV_API __attribute__((visibility("default")))
 #else
 #define ORV_API
+#endif
+
+/* A call that a core may leave out: its address is then null. */
+#if defined(__GNUC__)
+#define ORV_OPTIONAL __attribute__((weak))
+#else
+#define ORV_OPTIONAL
 #endif
 
 #ifdef __cplusplus
@@ -117,6 +124,16 @@ ORV_API uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, u
 
 /* The next object of the range; object_number 0 when the range is exhausted (and again on every later call). */
 ORV_API uint32_t orv_iterator_next(uint64_t iterator, ORV_REFERENCE_VALUE* reference);
+
+/*
+ * Passes over at most count objects, as so many calls of orv_iterator_next would. *skipped receives how many there
+ * were; fewer than count: the range is exhausted. A count of all ones passes over the rest of the range.
+ *
+ * Optional. The executor counts and skips rows by it, and otherwise by orv_iterator_next. It also does the latter where
+ * the two calls are not of the same program or library: a host that puts its own orv_iterator_next in front of a core's
+ * sees every step, unless it defines this call, too.
+ */
+ORV_API ORV_OPTIONAL uint32_t orv_iterator_skip(uint64_t iterator, uint64_t count, uint64_t* skipped);
 
 /*
  * Releases the iterator. A handle that was freed before is refused with ORV_BAD_ITERATOR. The executor does not look at

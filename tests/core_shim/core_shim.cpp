@@ -139,6 +139,9 @@ CORE_SHIM_SIZE(int32_t, orv_convert_turbotext_to_ucs2, const uint8_t*, uint32_t,
 CORE_SHIM_SIZE(int32_t, orv_convert_turbotext_to_base_ucs2, const uint8_t*, uint32_t, ORV_UCS2*, uint32_t)
 CORE_SHIM_SIZE(uint32_t, orv_convert_ucs2_to_turbotext, const ORV_UCS2*, uint8_t, uint8_t*, uint32_t)
 CORE_SHIM_CALL(orv_iterator_next, uint64_t, ORV_REFERENCE_VALUE*)
+#ifndef CORE_SHIM_ONLY_STEPS
+CORE_SHIM_CALL(orv_iterator_skip, uint64_t, uint64_t, uint64_t*)
+#endif
 
 uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, uint32_t flags, const uint8_t* first_key,
                                      const uint8_t* last_key, uint64_t* iterator) {

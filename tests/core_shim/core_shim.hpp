@@ -1,6 +1,6 @@
 // A core in front of the core. A test program that links it defines every symbol of the C interface itself and hands
 // each call on to the definition that it would have found otherwise. Calls of the metadata layer pass it, too. One
-// thread at a time.
+// thread at a time. With CORE_SHIM_ONLY_STEPS it leaves out orv_iterator_skip, as a core may.
 #ifndef TESTS_CORE_SHIM_CORE_SHIM_HPP_
 #define TESTS_CORE_SHIM_CORE_SHIM_HPP_
 

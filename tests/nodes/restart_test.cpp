@@ -1,4 +1,5 @@
-// An inner side is restarted for every outer row; one of the host's own is opened anew. Both give the same rows.
+// An inner side is restarted for every outer row; one of the host's own is opened anew. Both give the same rows. So do
+// steps among skips.
 #include <random>
 
 #include "nodes/given_rows.hpp"
@@ -88,6 +89,38 @@ TEST(Restart, gives_the_rows_of_a_new_enumerator) {
     };
     const std::string expected = joined(std::make_unique<foreign>(make(choice)));
     ASSERT_EQ(joined(make(choice)), expected) << said;
+  }
+}
+
+TEST(Skip, passes_over_what_steps_would_yield) {
+  const unsigned seed = std::random_device{}();
+  SCOPED_TRACE(seed);
+  std::mt19937 random(seed);
+  for (int round = 0; round < 500; ++round) {
+    std::unique_ptr<node> source = by_outer_row();
+    std::string said;
+    for (std::uint32_t depth = random() % 4; depth > 0; --depth) {
+      const auto& [name, outer] = nodes[random() % std::size(nodes)];
+      source = outer(std::move(source));
+      said = name + (" of " + said);
+    }
+    if (dynamic_cast<const source_node*>(source.get()) == nullptr) continue;
+    execution_context context{vals("u1"), {}, vals("i3"), 0};
+    const auto open = [&] { return dynamic_cast<const source_node&>(*source).open(context, all_rows); };
+    const std::unique_ptr<row_source> stepped = open();
+    const std::unique_ptr<row_source> tested = open();
+    for (int move = 0; move < 8; ++move) {
+      const std::uint64_t count = random() % 5 == 0 ? all_rows : random() % 4;
+      std::uint64_t expected = 0;
+      while (expected < count && stepped->next(context)) ++expected;
+      ASSERT_EQ(tested->skip(context, count), expected) << said;
+      ASSERT_EQ(context.row_stack.size(), 1U) << said;
+      const auto next_of = [&context](row_source& of) {
+        const std::optional<row> next = of.next(context);
+        return next ? spell(*next) : "the end";
+      };
+      ASSERT_EQ(next_of(*tested), next_of(*stepped)) << said;
+    }
   }
 }
 

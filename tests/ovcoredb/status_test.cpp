@@ -93,6 +93,7 @@ TEST_F(status_test, arguments_of_the_other_calls) {
                                          orv_context_create_iterator(handle, db.by_id, 0, k, k, nullptr),
                                          orv_context_create_iterator(handle, db.by_id, 0x1, k, k, &iterator),
                                          orv_iterator_next(iterator, nullptr),
+                                         orv_iterator_skip(iterator, 1, nullptr),
                                          orv_context_get_setspec(handle, 1, db.place, nullptr),
                                          orv_context_lookup(handle, 1, nullptr),
                                          orv_context_convert_ucs2_to_turbotext(handle, nullptr, 0, &block),
@@ -147,8 +148,10 @@ TEST_F(status_test, keys_that_are_not_well_formed) {
 
 TEST_F(status_test, stale_iterators_and_contexts) {
   ORV_REFERENCE_VALUE reference{};
+  std::uint64_t skipped = 0;
   const auto expect_gone = [&](std::uint64_t iterator) {
     EXPECT_EQ(orv_iterator_next(iterator, &reference), ORV_BAD_ITERATOR);
+    EXPECT_EQ(orv_iterator_skip(iterator, 1, &skipped), ORV_BAD_ITERATOR);
     EXPECT_EQ(orv_iterator_free(iterator), ORV_BAD_ITERATOR);
   };
   const std::uint64_t freed = open(handle);

@@ -16,6 +16,7 @@
 #include "ov_sql_executor/errors/db_exception.hpp"
 #include "ov_sql_executor/errors/describe.hpp"
 #include "ov_sql_executor/errors/ov_exception.hpp"
+#include "ov_sql_executor/execution/cursor.hpp"
 #include "ov_sql_executor/planning/plan.hpp"
 #include "valueless.hpp"
 
@@ -48,6 +49,19 @@ TEST(LibraryBoundary, ExecutionErrorsAreCaughtByTheirTypes) {
   ov::sql_executor::execution_context context{statement.constants, {}, {}, 0};
   const std::unique_ptr<ov::sql_executor::enumerator> rows(statement.root->create_enumerator(context));
   EXPECT_THROW(rows->next(context), db_util::db_exception);
+  ov::sql_executor::execution_context other{statement.constants, {}, {}, 0};
+  ov::sql_executor::cursor shown(statement, other);
+  EXPECT_THROW(shown.next(), db_util::db_exception);
+}
+
+TEST(LibraryBoundary, RowsAreLookedAtInTheContext) {
+  const auto [statement, columns] = physical_to_exec::Plan(select(literal(true)));
+  ov::sql_executor::execution_context context{statement.constants, {}, {}, 0};
+  ov::sql_executor::cursor rows(statement, context);
+  ASSERT_TRUE(rows.next());
+  EXPECT_EQ(rows.row().data(), context.row_stack.data());
+  EXPECT_TRUE(std::get<bool>(rows.row().front()));
+  EXPECT_FALSE(rows.next());
 }
 
 TEST(LibraryBoundary, AVariableMovedFromIsStillOne) {

@@ -242,6 +242,8 @@ void plan_catalogue::add_aggregates() {
   }
   key_columns.pop_back();  // the last is of no type that a result may have
   add("many keys", key_columns, [=] { return group({}, keys, all()); });
+  const auto count = query_.count_rows("count");
+  add("count of rows", {count}, [=] { return group({count}, {}, all()); });
   const auto length = query_.define("length", mul(t["size"], lit(2)));
   const auto total = query_.sum("total", ovhost::add(length, t["rank"]));
   const auto again = query_.define("again", length);

@@ -21,17 +21,37 @@ constexpr std::size_t few_groups = 1024;
 
 bool counts_rows(const aggregate_entry& aggregate) { return std::holds_alternative<aggregates::count_rows>(aggregate); }
 
+// Nothing looks at the rows, so that they are not even fetched where the child can tell how many there are.
+class row_count_enumerator final : public row_source {
+ public:
+  row_count_enumerator(std::size_t width, input_rows child) : width_(width), child_(std::move(child)) {}
+
+  bool push_next(execution_context& context) override {
+    if (!child_.is_open()) return false;
+    const auto count = static_cast<std::int64_t>(child_.skip(context, all_rows));
+    child_.close();
+    for (std::size_t i = 0; i < width_; ++i) push_value(context, count);
+    return true;
+  }
+
+  void restart(execution_context& context, opening how) override { child_.start(context, how.for_all_rows()); }
+
+ private:
+  std::size_t width_;  // how often the count is asked for
+  input_rows child_;   // until it is exhausted
+};
+
 class empty_group_by_aggregator_enumerator final : public row_source {
  public:
   empty_group_by_aggregator_enumerator(const std::vector<aggregate_entry>& aggregates, input_rows child)
-      : aggregates_(aggregates), only_counts_(std::ranges::all_of(aggregates, counts_rows)), child_(std::move(child)) {
+      : aggregates_(aggregates), child_(std::move(child)) {
     start();
   }
 
   bool push_next(execution_context& context) override {
     if (!child_.is_open()) return false;
     const std::size_t size = context.row_stack.size();
-    while (only_counts_ ? child_.skip_next(context) : child_.push_next(context)) {
+    while (child_.push_next(context)) {
       accumulators_->add_row(0, context);
       cut_row_stack(context, size);
     }
@@ -52,7 +72,6 @@ class empty_group_by_aggregator_enumerator final : public row_source {
   }
 
   const std::vector<aggregate_entry>& aggregates_;  // the node's
-  bool only_counts_;                                // nothing looks at the rows
   std::optional<group_accumulators> accumulators_;
   input_rows child_;  // until it is exhausted
 };
@@ -136,6 +155,9 @@ aggregator::aggregator(std::unique_ptr<node> child, std::vector<std::unique_ptr<
 std::unique_ptr<row_source> aggregator::open(execution_context& context, std::uint64_t /*most_rows*/) const {
   input_rows child = child_.open(context);
   if (group_keys_.empty()) {
+    if (std::ranges::all_of(aggregates_, counts_rows)) {
+      return std::make_unique<row_count_enumerator>(aggregates_.size(), std::move(child));
+    }
     return std::make_unique<empty_group_by_aggregator_enumerator>(aggregates_, std::move(child));
   }
   return std::make_unique<aggregator_enumerator>(group_keys_, aggregates_, std::move(child));

@@ -1,5 +1,6 @@
 #include "ov_sql_executor/execution/limit_offset.hpp"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "ov_sql_executor/errors/db_exception.hpp"
@@ -26,26 +27,26 @@ class limit_offset_enumerator final : public row_source {
     return child_.push_next(context);
   }
 
+  std::uint64_t skip(execution_context& context, std::uint64_t count) override {
+    const std::uint64_t wanted = std::min(count, limit_ - count_);
+    count_ += wanted;
+    return child_.skip(context, wanted);
+  }
+
   void restart(execution_context& context, opening how) override { start(context, how.changed_from); }
 
  private:
   void start(execution_context& context, std::size_t changed_from) {
     const auto [limit, offset] = limit_offset_.count_rows(context);
     child_.start(context, {sum_or_most(limit, offset), changed_from});
-    limit_ = skip(offset, context) ? limit : 0;
+    limit_ = child_.skip(context, offset) == offset ? limit : 0;
     count_ = 0;
-  }
-
-  // Whether there were as many rows.
-  bool skip(std::uint64_t count, execution_context& context) {
-    while (count > 0 && child_.skip_next(context)) --count;
-    return count == 0;
   }
 
   const limit_offset& limit_offset_;  // the node
   std::uint64_t limit_ = 0;
   input_rows child_;
-  std::uint64_t count_ = 0;  // rows asked of the child
+  std::uint64_t count_ = 0;  // rows asked of the child, at most limit_
 };
 
 std::uint64_t row_count(const value& any) {

@@ -29,11 +29,11 @@ class adapted_source final : public row_source {
 
 }  // namespace
 
-bool row_source::skip_next(execution_context& context) {
+std::uint64_t row_source::skip(execution_context& context, std::uint64_t count) {
   const std::size_t size = context.row_stack.size();
-  if (!push_next(context)) return false;
-  cut_row_stack(context, size);
-  return true;
+  std::uint64_t skipped = 0;
+  for (; skipped != count && push_next(context); ++skipped) cut_row_stack(context, size);
+  return skipped;
 }
 
 std::optional<row> row_source::next(execution_context& context) {
@@ -41,6 +41,11 @@ std::optional<row> row_source::next(execution_context& context) {
   const std::size_t size = context.row_stack.size();
   if (push_next(context)) move_from_stack(context, size, result.emplace());
   return result;
+}
+
+std::unique_ptr<row_source> open_rows(const node& of, execution_context& context) {
+  if (const auto* own = dynamic_cast<const source_node*>(&of)) return own->open(context, all_rows);
+  return std::make_unique<adapted_source>(of, context);
 }
 
 input_rows input::open(execution_context& context, std::uint64_t most_rows) const {

@@ -36,8 +36,9 @@ class row_source : public enumerator {
   // call, with the stack as it was.
   virtual bool push_next(execution_context& context) = 0;
 
-  // Passes over the next row and returns whether there was one. What evaluating the row throws is thrown here, too.
-  virtual bool skip_next(execution_context& context);
+  // Passes over the next rows, at most count, and returns how many there were; fewer only at the end. What evaluating
+  // them throws is thrown here, too.
+  virtual std::uint64_t skip(execution_context& context, std::uint64_t count);
 
   // Starts over, for the rows that are in scope now. What it opens anew in the core, or of a host's node, is there
   // before the old one goes. After an exception the source can only be destroyed.
@@ -72,6 +73,9 @@ class source_node : public destroyed_in_turn<node> {
 
   enumerator* create_enumerator(execution_context& context) const final { return open(context, all_rows).release(); }
 };
+
+// A new run of any node, on the row stack even if the node is not of this library.
+std::unique_ptr<row_source> open_rows(const node& of, execution_context& context);
 
 class input_rows;
 
@@ -132,9 +136,9 @@ class input_rows {
     assert(has_grown_by(context.row_stack.size() - before, found));
     return found;
   }
-  bool skip_next(execution_context& context) {
+  std::uint64_t skip(execution_context& context, std::uint64_t count) {
     assert(is_open());
-    return source_->skip_next(context);
+    return source_->skip(context, count);
   }
   std::optional<row> next(execution_context& context) {
     assert(is_open());

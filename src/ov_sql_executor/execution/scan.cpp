@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "ov_sql_executor/database/iterator_skip.hpp"
 #include "ov_sql_executor/database/obj_ref.hpp"
 #include "ov_sql_executor/database/status.hpp"
 #include "ov_sql_executor/execution/key_ranges/scan_keys.hpp"
@@ -27,25 +28,23 @@ class scan_enumerator final : public row_source {
   }
 
   bool push_next(execution_context& context) override {
+    if (done_) return false;
     ORV_REFERENCE_VALUE reference{};
-    if (!step(reference)) return false;
+    db_util::check(orv_iterator_next(iterator_, &reference));
+    done_ = reference.object_number == 0;
+    if (done_) return false;
     push_value(context, db_util::to_obj_ref(reference));
     return true;
   }
 
-  bool skip_next(execution_context& /*context*/) override {
-    ORV_REFERENCE_VALUE reference{};
-    return step(reference);
+  std::uint64_t skip(execution_context& /*context*/, std::uint64_t count) override {
+    if (done_ || count == 0) return 0;
+    const std::uint64_t skipped = db_util::skip_objects(iterator_, count);
+    done_ = skipped < count;
+    return skipped;
   }
 
  private:
-  bool step(ORV_REFERENCE_VALUE& reference) {
-    if (done_) return false;
-    db_util::check(orv_iterator_next(iterator_, &reference));
-    done_ = reference.object_number == 0;
-    return !done_;
-  }
-
   const scan& scan_;  // the node
   std::uint64_t iterator_;
   bool done_ = false;

@@ -14,6 +14,16 @@ class uniond_enumerator final : public row_source {
     return next_of_either([&](input_rows& side) { return side.push_next(context); });
   }
 
+  std::uint64_t skip(execution_context& context, std::uint64_t count) override {
+    std::uint64_t skipped = 0;
+    if (on_left_) {
+      skipped = left_.skip(context, count);
+      if (skipped == count) return count;
+      leave_left();
+    }
+    return skipped + right_.skip(context, count - skipped);
+  }
+
   void restart(execution_context& context, opening how) override {
     left_.start(context, how.for_all_rows());
     right_.start(context, how.for_all_rows());
@@ -30,11 +40,15 @@ class uniond_enumerator final : public row_source {
   std::invoke_result_t<Ask, input_rows&> next_of_either(Ask ask) {
     auto found = ask(on_left_ ? left_ : right_);
     if (!found && on_left_) {
-      on_left_ = false;
-      left_.close();
+      leave_left();
       found = ask(right_);
     }
     return found;
+  }
+
+  void leave_left() {
+    on_left_ = false;
+    left_.close();
   }
 
   bool on_left_ = true;

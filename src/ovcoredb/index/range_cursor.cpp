@@ -1,5 +1,7 @@
 #include "ovcoredb/index/range_cursor.hpp"
 
+#include <algorithm>
+
 namespace ovcoredb {
 namespace {
 
@@ -22,6 +24,17 @@ bool range_cursor::open(const ordered_index& index, const key_range& range, rang
   knows_end_ = false;
   begin_batch(start);
   return true;
+}
+
+std::uint64_t range_cursor::skip(std::uint64_t count) {
+  std::uint64_t left = count;
+  do {
+    const std::uint32_t in_batch = (limit_ - at_) * step_;
+    const auto taken = static_cast<std::uint32_t>(std::min<std::uint64_t>(left, in_batch));
+    at_ += taken * step_;
+    left -= taken;
+  } while (left != 0 && find_batch());
+  return count - left;
 }
 
 bool range_cursor::find_batch_from(entry_position at) {

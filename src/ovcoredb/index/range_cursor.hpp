@@ -45,6 +45,9 @@ class range_cursor {
     at_ += step_;
   }
 
+  // Passes over at most so many entries. Returns how many there were; fewer only at the end of the range.
+  std::uint64_t skip(std::uint64_t count);
+
   // Finds another batch. False at the end of the range, and then again. Requires: the batch is used up.
   bool find_batch() {
     assert(!has_entry());

@@ -85,6 +85,14 @@ uint32_t orv_iterator_next(uint64_t iterator, ORV_REFERENCE_VALUE* reference) {
   return step(*found, *reference);
 }
 
+uint32_t orv_iterator_skip(uint64_t iterator, uint64_t count, uint64_t* skipped) {
+  if (skipped == nullptr) return ORV_BAD_ARGUMENT;
+  iterator_state* const found = find_iterator(iterator);
+  if (found == nullptr) return ORV_BAD_ITERATOR;
+  *skipped = found->cursor.skip(count);
+  return ORV_OK;
+}
+
 uint32_t orv_iterator_free(uint64_t iterator) {
   iterator_state* const found = find_iterator(iterator);
   if (found == nullptr) return ORV_BAD_ITERATOR;
