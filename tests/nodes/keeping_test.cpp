@@ -1,0 +1,126 @@
+// Inner sides that are kept and hashed give what trying every pair gives: rows, order and errors.
+#include <random>
+
+#include "nodes/given_rows.hpp"
+#include "ov_sql_executor/execution/describe.hpp"
+#include "ov_sql_executor/execution/keeping/kept_side.hpp"
+#include "ov_sql_executor/execution/keeping/lookup_filter.hpp"
+#include "ov_sql_executor/expressions/comparison.hpp"
+#include "ov_sql_executor/expressions/logical.hpp"
+
+namespace tests {
+namespace {
+
+// Looks at a value and refuses texts that begin with '!', so that errors have a place among the rows.
+class refusing final : public operators::making_operator {
+ public:
+  explicit refusing(std::int16_t position) : value_(column(position)) {}
+  value evaluate(execution_context& context) const override {
+    const value seen = value_.evaluate(context);
+    if (spell(seen) == "'!'") throw db_util::db_exception{4711};
+    return seen;
+  }
+
+ private:
+  operators::operand value_;
+};
+operator_ptr look_at(std::int16_t position) { return std::make_unique<refusing>(position); }
+
+using operator_list = std::vector<operator_ptr>;
+
+// outer.0 = inner.0, either way around, and outer.1 <> inner.1 after it; the outer row begins at 0, the inner one at 2.
+operator_ptr plain_condition(bool key_is_left, bool has_rest) {
+  auto equality = std::make_unique<operators::equal>(look_at(key_is_left ? 2 : 0), look_at(key_is_left ? 0 : 2));
+  if (!has_rest) return equality;
+  return std::make_unique<operators::logical_and>(
+      operator_ptr(std::move(equality)), operator_ptr(std::make_unique<operators::not_equal>(look_at(1), look_at(3))));
+}
+keyed_condition hashed_condition(bool key_is_left, bool has_rest) {
+  operator_list rest;
+  if (has_rest) rest.push_back(std::make_unique<operators::not_equal>(look_at(1), look_at(3)));
+  const auto side = key_is_left ? keyed_condition::key_side::left : keyed_condition::key_side::right;
+  return {look_at(2), look_at(0), side, std::move(rest)};
+}
+
+class Keeping : public testing::Test {
+ protected:
+  rows some_rows(const std::vector<const char*>& keys, std::size_t most) {
+    rows made(random() % (most + 1));
+    for (row& each : made) each = {val(keys[random() % keys.size()]), val(keys[random() % keys.size()])};
+    return made;
+  }
+  // The rows up to the end or an error, which is one of the outcomes.
+  static std::string run_to_the_end(const node& root) {
+    execution_context context{vals("u1 u0"), {}, {}, 0};
+    std::string found;
+    found += outcome([&] {
+      const std::unique_ptr<enumerator> source(root.create_enumerator(context));
+      while (const std::optional<row> next = source->next(context)) found += spell(rows{*next});
+    });
+    return found;
+  }
+  static std::unique_ptr<node> limited(bool is_limited, std::unique_ptr<node> of) {
+    if (!is_limited) return of;
+    return std::make_unique<limit_offset>(std::move(of), constant(0), constant(1));
+  }
+
+  const unsigned seed = std::random_device{}();
+  std::mt19937 random{seed};
+  // Numbers of all types that meet, texts beside them, and what raises.
+  const std::vector<std::vector<const char*>> key_sets = {
+      {"i1", "i2", "u1", "dec1000000", "d1", "true", "d1.5", "dec1500000", "i3"},
+      {"i1", "u1", "d2", "NULL"},
+      {"'a'", "'b'", "NULL"},
+      {"i1", "i2", "NULL", "'a'"},
+      {"'a'", "'!'", "'b'"},
+      {"d1", "dnan", "f1"},
+      {"ref1", "ref2", "NULL"}};
+};
+
+TEST_F(Keeping, joins_as_if_every_pair_were_tried) {
+  SCOPED_TRACE(seed);
+  for (int round = 0; round < 3000; ++round) {
+    const auto& keys = key_sets[random() % key_sets.size()];
+    const rows outer = some_rows(keys, 8);
+    const rows inner = some_rows(keys, 8);
+    const bool key_is_left = random() % 2 == 0;
+    const bool has_rest = random() % 2 == 0;
+    const bool is_limited = random() % 3 == 0;
+    const bool is_left_join = random() % 2 == 0;
+    const auto joined = [&](std::unique_ptr<node> side) -> std::string {
+      side = limited(is_limited, std::move(side));
+      if (is_left_join) return run_to_the_end(left_join(given(outer), std::move(side), 2));
+      return run_to_the_end(nested_loop_inner_join(given(outer), std::move(side)));
+    };
+    const std::string expected = joined(std::make_unique<filter>(given(inner), plain_condition(key_is_left, has_rest)));
+    ASSERT_EQ(
+        joined(std::make_unique<lookup_filter>(given(inner), hashed_condition(key_is_left, has_rest), std::nullopt)),
+        expected)
+        << spell(outer) << " | " << spell(inner) << key_is_left << has_rest << is_limited;
+    auto kept = std::make_unique<kept_side>(given(inner), std::nullopt);
+    ASSERT_EQ(joined(std::make_unique<filter>(std::move(kept), plain_condition(key_is_left, has_rest))), expected);
+    const auto full = [&](auto condition) {
+      return run_to_the_end(full_join(given(outer), given(inner), 2, 2, std::move(condition)));
+    };
+    ASSERT_EQ(full(hashed_condition(key_is_left, has_rest)),
+              full(std::optional<operator_ptr>(plain_condition(key_is_left, has_rest))))
+        << spell(outer) << " | " << spell(inner) << key_is_left << has_rest;
+  }
+}
+
+// One row for every opening of the child; what it depends on is at position 0 of the row stack.
+TEST_F(Keeping, reads_again_what_depends_on_a_row_that_changed) {
+  const auto log = std::make_shared<journal>();
+  const auto by_first = [](const execution_context& context) { return rows{{context.row_stack.at(0)}, {i(9)}}; };
+  auto kept = std::make_unique<kept_side>(given(by_first, log, "k"), 0);
+  auto inner = std::make_unique<nested_loop_inner_join>(given("(i7)(i8)(i9)"), std::move(kept));
+  const std::string found = run_to_the_end(nested_loop_inner_join(given("(i1)(i2)"), std::move(inner)));
+  EXPECT_EQ(found,
+            "(i1 i7 i1)(i1 i7 i9)(i1 i8 i1)(i1 i8 i9)(i1 i9 i1)(i1 i9 i9)"
+            "(i2 i7 i2)(i2 i7 i9)(i2 i8 i2)(i2 i8 i9)(i2 i9 i2)(i2 i9 i9)ok");
+  EXPECT_EQ(log->events, "+k-k+k-k+k-k+k-k") << "twice for each outer row: once as it comes, once to be kept";
+  EXPECT_EQ(log->alive, 0);
+}
+
+}  // namespace
+}  // namespace tests
