@@ -59,11 +59,6 @@ std::unique_ptr<row_source> input::open_source(execution_context& context, std::
   return std::make_unique<adapted_source>(*child_, context);
 }
 
-std::optional<std::size_t> input::row_width() const {
-  const source_node* const own = child_.own();
-  return own != nullptr ? own->row_width() : std::nullopt;
-}
-
 bool input_rows::has_grown_by(std::size_t count, bool found) const {
   if (!found) return count == 0;
   return count == input_->row_width().value_or(count);

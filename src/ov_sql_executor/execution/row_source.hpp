@@ -87,13 +87,17 @@ inline std::optional<std::size_t> add_widths(std::optional<std::size_t> left, st
 // A node's child: owned, and opened as a row source even if it is not one of this library's.
 class input {
  public:
-  explicit input(std::unique_ptr<node> child)
-      : child_(std::move(child)), keeps_rows_(child_.own() != nullptr && child_.own()->keeps_rows()) {}
+  explicit input(std::unique_ptr<node> child) : child_(std::move(child)) {
+    if (const source_node* const own = child_.own()) {
+      row_width_ = own->row_width();
+      keeps_rows_ = own->keeps_rows();
+    }
+  }
 
   input_rows open(execution_context& context, std::uint64_t most_rows = all_rows) const;
 
   // See source_node.
-  std::optional<std::size_t> row_width() const;
+  std::optional<std::size_t> row_width() const { return row_width_; }
 
   bool keeps_rows() const { return keeps_rows_; }
 
@@ -104,7 +108,8 @@ class input {
   std::unique_ptr<row_source> open_source(execution_context& context, std::uint64_t most_rows) const;
 
   owned_part<node, source_node> child_;
-  bool keeps_rows_;
+  std::optional<std::size_t> row_width_;  // asked for once: trees are deep
+  bool keeps_rows_ = false;
 };
 
 // The rows of an input, as far as its node's enumerator wants them.

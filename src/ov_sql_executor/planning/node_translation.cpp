@@ -69,8 +69,10 @@ class node_translator {
   translation operator()(const Filter& plan) const {
     translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
-    split_condition condition(plan.predicate, constants_, inner);
-    if (is_constant(child.reads) && !is_constant(condition.reads()) &&
+    const bool may_have_key = changing_.begin < changing_.end && is_constant(child.reads);
+    split_condition condition(plan.predicate, constants_, inner,
+                              may_have_key ? split_condition::use::by_key : split_condition::use::as_a_whole);
+    if (may_have_key && !is_constant(condition.reads()) &&
         condition.find_key({outer_.size(), outer_.size() + child.columns.size()}, changing_)) {
       read_list kept_by = child.reads;
       add_reads(kept_by, condition.key_reads());
@@ -153,7 +155,7 @@ class node_translator {
     }
     const scope both = join_scopes(left.columns, right.columns);
     const visible_columns inner(outer_, both);
-    split_condition condition(*plan.condition, constants_, inner);
+    split_condition condition(*plan.condition, constants_, inner, split_condition::use::by_key);
     keep_changing_sides(left, right, condition.reads());
     const std::size_t right_start = outer_.size() + left_width;
     if (condition.find_key({right_start, right_start + right_width}, {outer_.size(), right_start})) {

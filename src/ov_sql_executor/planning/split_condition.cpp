@@ -63,14 +63,14 @@ bool position_range::contains_any(const read_list& reads) const {
 }
 
 split_condition::split_condition(const expression& condition, std::vector<value>& constants,
-                                 const visible_columns& columns) {
+                                 const visible_columns& columns, use purpose) {
   const auto read = [&] {
     read_list reads = columns.take_reads();
     reads_.insert(reads_.end(), reads.begin(), reads.end());
     return reads;
   };
   const auto* const equality = std::get_if<Equality>(&first_of(condition));
-  if (equality == nullptr || equality->operands.size() < 2) {
+  if (purpose == use::as_a_whole || equality == nullptr || equality->operands.size() < 2) {
     whole_ = translate_expression(condition, constants, columns);
     read();
     return;

@@ -25,12 +25,14 @@ struct position_range {
   bool contains_any(const read_list& reads) const;
 };
 
-// A condition, translated: as it stands, and with the equality that it begins with apart, if it begins with one.
+// A condition, translated: as it stands or, if it begins with an equality and a key may be of use, split after that.
 class split_condition {
  public:
+  enum class use : bool { as_a_whole, by_key };
+
   // Throws what translate_expression throws, in the same order, and appends the same constants.
   split_condition(const physical_queryplan::expression& condition, std::vector<ov::sql_executor::value>& constants,
-                  const ov::sql_executor::visible_columns& columns);
+                  const ov::sql_executor::visible_columns& columns, use purpose);
 
   // What the condition reads.
   const read_list& reads() const { return reads_; }
