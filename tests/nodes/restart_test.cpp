@@ -41,24 +41,34 @@ std::vector<aggregate_entry> every_aggregate() {
                                   kinds::count_distinct_values{operators::operand(column(1))}, kinds::count_rows{});
 }
 
+// Where a width is told, or must be that of others.
+std::unique_ptr<node> one_value_of(std::unique_ptr<node> of) {
+  return std::make_unique<projection>(std::move(of), columns({1}));
+}
+
 // Inner sides whose rows have one value or more. Those of the outer row and of the node itself lie before position 1.
 using maker = std::function<std::unique_ptr<node>(std::unique_ptr<node>)>;
 const std::pair<const char*, maker> nodes[] = {
     {"filter", [](auto of) { return std::make_unique<filter>(std::move(of), differs(1, 0)); }},
-    {"projection", [](auto of) { return std::make_unique<projection>(std::move(of), columns({1})); }},
+    {"projection", one_value_of},
     {"extension",
      [](auto of) {
        return extended(std::move(of), columns({0, 1}));
      }},
     {"order", [](auto of) { return std::make_unique<order_by>(std::move(of), columns({1}), std::vector{false}); }},
     {"limit", [](auto of) { return std::make_unique<limit_offset>(std::move(of), column(0), constant(0)); }},
-    {"union", [](auto of) { return std::make_unique<uniond>(std::move(of), by_outer_row()); }},
+    {"union", [](auto of) { return std::make_unique<uniond>(one_value_of(std::move(of)), by_outer_row()); }},
     {"join", [](auto of) { return std::make_unique<nested_loop_inner_join>(std::move(of), by_outer_row()); }},
     {"join in", [](auto of) { return std::make_unique<nested_loop_inner_join>(by_outer_row(), std::move(of)); }},
-    {"left join", [](auto of) { return std::make_unique<left_join>(by_outer_row(), std::move(of), 1); }},
-    {"pairs", [](auto of) { return std::make_unique<full_join>(by_outer_row(), std::move(of), 1, 1, std::nullopt); }},
+    {"left join", [](auto of) { return std::make_unique<left_join>(by_outer_row(), one_value_of(std::move(of)), 1); }},
+    {"pairs",
+     [](auto of) {
+       return std::make_unique<full_join>(by_outer_row(), one_value_of(std::move(of)), 1, 1, std::nullopt);
+     }},
     {"full join",
-     [](auto of) { return std::make_unique<full_join>(std::move(of), by_outer_row(), 1, 1, differs(1, 2)); }},
+     [](auto of) {
+       return std::make_unique<full_join>(one_value_of(std::move(of)), by_outer_row(), 1, 1, differs(1, 2));
+     }},
     {"groups",
      [](auto of) {
        return std::make_unique<aggregator>(std::move(of), columns({1, 0}), every_aggregate());
