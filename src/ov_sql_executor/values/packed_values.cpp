@@ -60,8 +60,9 @@ void packed_values::push_back(value& moved) {
         moved);
     if (is_in_word) return;
   }
-  push(kind_out_of_line, out_of_line_.size());
-  out_of_line_.push_back(std::move(moved));
+  const std::size_t index = out_of_line_count();
+  push(kind_out_of_line, index);
+  push_out_of_line(std::move(moved));
 }
 
 void packed_values::push_back(const value_view& view) {
@@ -78,8 +79,8 @@ void packed_values::push_back(const value_view& view) {
           return to_word(seen);
         }
         kind = kind_out_of_line;
-        out_of_line_.push_back(to_value(view));
-        return out_of_line_.size() - 1;
+        push_out_of_line(to_value(view));
+        return out_of_line_->size() - 1;
       },
       view);
   push(kind, word);
@@ -95,7 +96,7 @@ value_view packed_values::operator[](std::size_t position) const {
   assert(position < size());
   const std::uint64_t word = words_[position];
   const std::uint8_t kind = kinds_[position];
-  if (kind == kind_out_of_line) return view_of(out_of_line_[word]);
+  if (kind == kind_out_of_line) return view_of((*out_of_line_)[word]);
   return boost::mp11::mp_with_index<std::variant_size_v<value>>(kind, [&](auto alternative) -> value_view {
     using held = std::variant_alternative_t<alternative, value>;
     if constexpr (std::same_as<held, OV_OBJ_REF>) {
@@ -122,14 +123,14 @@ bool packed_values::equals(std::size_t position, const value_view& other) const 
 
 std::size_t packed_values::byte_count() const {
   constexpr std::size_t out_of_line_size = sizeof(value) + 64;  // with what most of them have on the heap
-  return words_.size() * (sizeof words_[0] + sizeof kinds_[0]) + bytes_.size() + out_of_line_.size() * out_of_line_size;
+  return words_.size() * (sizeof words_[0] + sizeof kinds_[0]) + bytes_.size() + out_of_line_count() * out_of_line_size;
 }
 
 void packed_values::give(std::size_t position, std::vector<value>& list) {
   assert(position < size());
   const std::uint64_t word = words_[position];
   const std::uint8_t kind = kinds_[position];
-  if (kind == kind_out_of_line) return append_in_place(list, std::move(out_of_line_[word]));
+  if (kind == kind_out_of_line) return append_in_place(list, std::move((*out_of_line_)[word]));
   boost::mp11::mp_with_index<std::variant_size_v<value>>(kind, [&](auto alternative) {
     using held = std::variant_alternative_t<alternative, value>;
     if constexpr (std::same_as<held, OV_OBJ_REF>) {
@@ -149,12 +150,12 @@ void packed_values::prefetch_text(std::size_t position) const {
 
 void packed_values::take_back(std::size_t position, value& moved) {
   assert(position < size());
-  if (kinds_[position] == kind_out_of_line) out_of_line_[words_[position]] = std::move(moved);
+  if (kinds_[position] == kind_out_of_line) (*out_of_line_)[words_[position]] = std::move(moved);
 }
 
 void packed_values::copy_back(std::size_t position, const value& copied) {
   assert(position < size());
-  if (kinds_[position] == kind_out_of_line) out_of_line_[words_[position]] = copied;
+  if (kinds_[position] == kind_out_of_line) (*out_of_line_)[words_[position]] = copied;
 }
 
 }  // namespace ov::sql_executor

@@ -5,6 +5,7 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -97,7 +98,7 @@ class packed_values {
   std::uint64_t second_word_ = 0;     // the table of the first reference; those to others are out of line
   bool has_references_ = false;
   large_vector<std::uint8_t> bytes_;
-  blocks out_of_line_;
+  std::optional<blocks> out_of_line_;  // none before the first value: moving an empty deque is not defined
 };
 
 }  // namespace ov::sql_executor
