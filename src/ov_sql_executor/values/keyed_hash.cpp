@@ -28,16 +28,24 @@ class mixture {
     add(count);
     const auto* next = static_cast<const std::uint8_t*>(bytes);
     for (; count >= sizeof(std::uint64_t); count -= sizeof(std::uint64_t), next += sizeof(std::uint64_t)) {
-      add(word_at(next, sizeof(std::uint64_t)));
+      add(load<std::uint64_t>(next));
     }
-    if (count != 0) add(word_at(next, count));
+    if (count != 0) add(load_few(next, count));
   }
 
  private:
-  static std::uint64_t word_at(const std::uint8_t* bytes, std::size_t count) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, bytes, count);
+  template <class Word>
+  static std::uint64_t load(const std::uint8_t* bytes) {
+    Word word = 0;
+    std::memcpy(&word, bytes, sizeof(word));
     return word;
+  }
+
+  // One to seven bytes, which the loads may overlap in: different ones give different words.
+  static std::uint64_t load_few(const std::uint8_t* bytes, std::size_t count) {
+    using half = std::uint32_t;
+    if (count >= sizeof(half)) return load<half>(bytes) << 32 | load<half>(bytes + count - sizeof(half));
+    return std::uint64_t{bytes[0]} << 16 | std::uint64_t{bytes[count / 2]} << 8 | bytes[count - 1];
   }
 
   std::uint64_t hash_;
