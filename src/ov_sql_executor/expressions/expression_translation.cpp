@@ -22,6 +22,7 @@
 #include "ov_sql_executor/expressions/null_test.hpp"
 #include "ov_sql_executor/expressions/object_cast.hpp"
 #include "ov_sql_executor/expressions/oid.hpp"
+#include "ov_sql_executor/expressions/operand_chain.hpp"
 #include "ov_sql_executor/expressions/property_read.hpp"
 #include "ov_sql_executor/expressions/starts_with.hpp"
 #include "ov_sql_executor/expressions/value_from_context.hpp"
@@ -138,25 +139,11 @@ class expression_translator {
     return std::make_unique<Operator>(std::move(left), std::move(right));
   }
 
-  // Makes one list of the operands of nested ANDs or ORs, in the order of their evaluation. Long chains are common, and
-  // brackets in them mean nothing.
+  // Makes one list of the operands of nested ANDs or ORs.
   template <class Two, class Many, class Comparison, class Comparing, class Operation>
   operator_ptr connective(const Operation& any) {
     operators::chain_operands<Comparing> operands(constants_);
-    std::vector<std::pair<const Operation*, std::size_t>> pending = {{&any, 0}};  // and the next operand
-    while (!pending.empty()) {
-      auto& [inner, next] = pending.back();
-      if (next == 2) {
-        pending.pop_back();
-      } else {
-        const expression& each = error_handling::element_at(inner->operands, next++);
-        if (const auto* const same = std::get_if<Operation>(&each)) {
-          pending.emplace_back(same, 0);
-        } else {
-          add_to_chain<Comparison>(operands, each);
-        }
-      }
-    }
+    visit_chain(any, [&](const expression& each) { add_to_chain<Comparison>(operands, each); });
     std::vector<operator_ptr> made = operands.finish();
     if (made.size() == 1) return std::move(made[0]);
     if (made.size() > 2) return std::make_unique<Many>(std::move(made));

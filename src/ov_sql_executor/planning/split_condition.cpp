@@ -4,10 +4,10 @@
 #include <utility>
 #include <variant>
 
-#include "ov_sql_executor/errors/subscript.hpp"
 #include "ov_sql_executor/expressions/comparison.hpp"
 #include "ov_sql_executor/expressions/expression_translation.hpp"
 #include "ov_sql_executor/expressions/logical.hpp"
+#include "ov_sql_executor/expressions/operand_chain.hpp"
 
 namespace physical_to_exec {
 
@@ -32,27 +32,6 @@ const expression& first_of(const expression& any) {
   return *first;
 }
 
-// Calls visit with the operands of a chain of ANDs, however they are bracketed, in the order of their evaluation.
-template <class Visit>
-void visit_operands(const expression& any, Visit visit) {
-  const auto* const chain = std::get_if<And>(&any);
-  if (chain == nullptr) return visit(any);
-  std::vector<std::pair<const And*, std::size_t>> open = {{chain, 0}};  // and the next operand
-  while (!open.empty()) {
-    auto& [inner, next] = open.back();
-    if (next == 2) {
-      open.pop_back();
-    } else {
-      const expression& each = error_handling::element_at(inner->operands, next++);
-      if (const auto* const same = std::get_if<And>(&each)) {
-        open.emplace_back(same, 0);
-      } else {
-        visit(each);
-      }
-    }
-  }
-}
-
 }  // namespace
 
 bool position_range::contains_any(const read_list& reads) const {
@@ -75,7 +54,7 @@ split_condition::split_condition(const expression& condition, std::vector<value>
     read();
     return;
   }
-  visit_operands(condition, [&](const expression& each) {
+  const auto add = [&](const expression& each) {
     if (left_ != nullptr) {
       rest_.push_back(translate_expression(each, constants, columns));
       read();
@@ -85,7 +64,12 @@ split_condition::split_condition(const expression& condition, std::vector<value>
     left_reads_ = read();
     right_ = translate_expression(equality->operands[1], constants, columns);
     right_reads_ = read();
-  });
+  };
+  if (const auto* const chain = std::get_if<And>(&condition)) {
+    ov::sql_executor::visit_chain(*chain, add);
+  } else {
+    add(condition);
+  }
 }
 
 bool split_condition::find_key(position_range kept_row, position_range changing) {

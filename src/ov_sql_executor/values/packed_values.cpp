@@ -60,8 +60,7 @@ void packed_values::push_back(value& moved) {
         moved);
     if (is_in_word) return;
   }
-  const std::size_t index = out_of_line_count();
-  push(kind_out_of_line, index);
+  push(kind_out_of_line, out_of_line_count());
   push_out_of_line(std::move(moved));
 }
 
@@ -84,6 +83,11 @@ void packed_values::push_back(const value_view& view) {
       },
       view);
   push(kind, word);
+}
+
+void packed_values::push_out_of_line(value held) {
+  if (!out_of_line_) out_of_line_.emplace();
+  out_of_line_->push_back(std::move(held));
 }
 
 void packed_values::grow() {

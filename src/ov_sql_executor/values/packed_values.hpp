@@ -88,6 +88,9 @@ class packed_values {
   }
   [[gnu::noinline]] void grow();
 
+  std::size_t out_of_line_count() const { return out_of_line_ ? out_of_line_->size() : 0; }
+  void push_out_of_line(value held);
+
   bool matches_table(const OV_OBJ_REF& reference);
   bool can_pack(std::size_t text_length) const;
   std::uint64_t copy_bytes(std::span<const std::uint8_t> text);
