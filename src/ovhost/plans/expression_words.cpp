@@ -109,6 +109,7 @@ struct word_chooser {
  private:
   std::string say_operation(const phrase& how, const std::vector<expression>& of) const {
     std::vector<std::string> operands;
+    operands.reserve(of.size());
     for (const expression& each : of) operands.push_back(say_operand(how, each));
     switch (how.stands) {
       case form::between:
