@@ -29,6 +29,13 @@ FLOORS = [floor.split() for floor in """
     ovhost/values/
     ovhost/schema/
     ovhost/csv/ ovhost/plans/
+    ovsql/errors/
+    ovsql/syntax/
+    ovsql/catalog/
+    ovsql/binding/
+    ovsql/planning/
+    ovsql/session/
+    ovsql/import/
 """.strip().splitlines()]
 FLOOR_OF = {room: floor for floor, rooms in enumerate(FLOORS) for room in rooms}
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)

@@ -1,0 +1,51 @@
+#ifndef OVSQL_SYNTAX_MEMORY_HPP_
+#define OVSQL_SYNTAX_MEMORY_HPP_
+
+#include <algorithm>
+#include <memory_resource>
+#include <new>
+#include <span>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace ovsql::syntax {
+
+// Holds the trees of one text. What is made in it lives as long as it does and is never destroyed piece by piece, so
+// that no tree is too deep to free.
+class memory {
+ public:
+  memory() = default;
+  memory(const memory&) = delete;
+  memory& operator=(const memory&) = delete;
+
+  template <class T>
+  const T* make(T of) {
+    static_assert(std::is_trivially_destructible_v<T>);
+    return new (bytes_.allocate(sizeof(T), alignof(T))) T(std::move(of));
+  }
+
+  template <class T>
+  std::span<const T> keep(const std::vector<T>& list) {
+    static_assert(std::is_trivially_destructible_v<T>);
+    if (list.empty()) return {};
+    T* const first = static_cast<T*>(bytes_.allocate(list.size() * sizeof(T), alignof(T)));
+    std::uninitialized_copy(list.begin(), list.end(), first);
+    return {first, list.size()};
+  }
+
+  std::string_view keep(std::string_view text) {
+    if (text.empty()) return {};
+    char* const first = static_cast<char*>(bytes_.allocate(text.size(), 1));
+    std::copy(text.begin(), text.end(), first);
+    return {first, text.size()};
+  }
+
+ private:
+  std::pmr::monotonic_buffer_resource bytes_{1024};
+};
+
+}  // namespace ovsql::syntax
+
+#endif  // OVSQL_SYNTAX_MEMORY_HPP_
