@@ -41,6 +41,30 @@ TEST_F(Staff, RefusesAFileThatDoesNotFitAndLoadsNothingOfIt) {
   EXPECT_EQ(load("Staff.Employee", five_employees, by_names), 5U);
 }
 
+// With a list of the columns, headings are skipped or left out.
+TEST_F(Staff, TakesTheColumnsFromAList) {
+  const auto listed = [](bool headings, std::vector<std::string> order) {
+    return csv_options{.columns = {}, .separator = ';', .headings = headings, .order = std::move(order)};
+  };
+  EXPECT_EQ(load("Staff.Employee", "x;y\n7;Ada\n", listed(true, {"born", "name"})), 1U);
+  EXPECT_EQ(load("Staff.Employee", "Ben; 8 \nCyd;9\n", listed(false, {"name", "born"})), 2U);
+  EXPECT_EQ(load("Staff.Employee", "", listed(false, {"name"})), 0U);
+  EXPECT_EQ(load("Staff.Employee", "Dan; True\nEve;FALSE\n", listed(false, {"name", "active"})), 2U);
+  EXPECT_EQ(rows_of_plan(project({e["name"], e["born"], e["active"]}, scan(e, "by_name"))),
+            "('Ada' i7 NULL)('Ben' i8 NULL)('Cyd' i9 NULL)('Dan' NULL true)('Eve' NULL false)");
+  expect_refused<csv_error>("staff.csv:2: 1 fields where the columns are 2", [&] {
+    load("Staff.Employee", "F;1\nG\n", listed(false, {"name", "born"}));
+  });
+  expect_refused<csv_error>("staff.csv:1: 3 fields where the columns are 2", [&] {
+    load("Staff.Employee", "a;b;c\n", listed(true, {"name", "born"}));
+  });
+  expect_refused<csv_error>("column name: the property has two columns", [&] {
+    load("Staff.Employee", "", listed(false, {"name", "name"}));
+  });
+  expect_refused<unknown_name>("shoe", [&] { load("Staff.Employee", "", listed(false, {"shoe"})); });
+  expect_refused<std::invalid_argument>("list of its columns", [&] { load("Staff.Employee", "", listed(false, {})); });
+}
+
 TEST_F(Staff, RefusesOptionsThatDoNotFitTheTable) {
   const auto loading = [this](const csv_column& column) {
     return [this, column] { load("Staff.Employee", "name,boss\nAda,\n", {{column}}); };

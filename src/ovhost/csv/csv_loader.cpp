@@ -38,9 +38,7 @@ class csv_load {
   }
 
   std::size_t run() {
-    const std::optional<csv_row> headings = next_row();
-    if (!headings) fail(1, "the file is empty");
-    plan_columns(*headings);
+    plan_columns(options_.headings ? read_headings() : csv_row{});
     ovcoredb::savepoint before(database_);
     std::size_t count = 0;
     for (; const auto row = next_row(); ++count) load(*row);
@@ -65,22 +63,52 @@ class csv_load {
     }
   }
 
+  csv_row read_headings() {
+    std::optional<csv_row> headings = next_row();
+    if (!headings) fail(1, "the file is empty");
+    return *std::move(headings);
+  }
+
   void plan_columns(const csv_row& headings) {
+    if (!options_.order.empty()) return plan_listed_columns(headings);
+    if (!options_.headings) throw std::invalid_argument("a file without headings needs a list of its columns");
     for (const csv_field& heading : headings.fields) {
-      column_plan plan = plan_column(headings.line, heading.value_or(""));
-      if (std::any_of(columns_.begin(), columns_.end(), [&](const auto& each) { return each.cell == plan.cell; })) {
-        fail(headings.line, plan.header, "the property has two columns");
-      }
-      columns_.push_back(std::move(plan));
+      add_column(headings.line, plan_column(headings.line, heading.value_or("")));
     }
+  }
+
+  void plan_listed_columns(const csv_row& headings) {
+    for (const std::string& property : options_.order) {
+      const std::size_t at = position_of(names_.property(table_, property).name);
+      add_column(1, plan_column(at, options_of(properties_[at])));
+    }
+    if (options_.headings) check_width(headings);
+  }
+
+  void add_column(std::size_t line, column_plan plan) {
+    if (std::any_of(columns_.begin(), columns_.end(), [&](const auto& each) { return each.cell == plan.cell; })) {
+      fail(line, plan.header, "the property has two columns");
+    }
+    columns_.push_back(std::move(plan));
   }
 
   column_plan plan_column(std::size_t line, const std::string& header) const {
     for (std::size_t at = 0; at < properties_.size(); ++at) {
       const csv_column how = options_of(properties_[at]);
-      if (how.header == header) return {header, at, how.null_words, make_reader(properties_[at], how)};
+      if (how.header == header) return plan_column(at, how);
     }
     fail(line, header, "table \"" + table_.name + "\" has no such property");
+  }
+
+  column_plan plan_column(std::size_t at, const csv_column& how) const {
+    return {how.header, at, how.null_words, make_reader(properties_[at], how)};
+  }
+
+  // Requires: the table has the property.
+  std::size_t position_of(const std::string& property) const {
+    const auto found = std::find_if(properties_.begin(), properties_.end(),
+                                    [&](const property_info& each) { return each.name == property; });
+    return static_cast<std::size_t>(found - properties_.begin());
   }
 
   csv_column options_of(const property_info& property) const {
@@ -99,11 +127,14 @@ class csv_load {
     return make_reference_reader(names_, names_.table(property.target), how.key);
   }
 
+  void check_width(const csv_row& row) const {
+    if (row.fields.size() == columns_.size()) return;
+    fail(row.line, std::to_string(row.fields.size()) + " fields where the " +
+                       (options_.order.empty() ? "headings" : "columns") + " are " + std::to_string(columns_.size()));
+  }
+
   void load(const csv_row& row) {
-    if (row.fields.size() != columns_.size()) {
-      fail(row.line,
-           std::to_string(row.fields.size()) + " fields where the headings are " + std::to_string(columns_.size()));
-    }
+    check_width(row);
     std::vector<cell> cells(properties_.size());
     for (std::size_t at = 0; at < columns_.size(); ++at) cells[columns_[at].cell] = read(row, at);
     try {

@@ -24,6 +24,11 @@ struct csv_column {
 struct csv_options {
   std::vector<csv_column> columns = {};  // a property that is not listed has a column of its name
   char separator = ',';
+
+  // The first row holds headings. Without them the properties are listed here, in the order of the fields; with them a
+  // list that is not empty replaces the headings, which are then not looked at.
+  bool headings = true;
+  std::vector<std::string> order = {};
 };
 
 // A file that does not fit its table. The message begins "FILE:LINE: column NAME: ", as far as these apply.
@@ -32,13 +37,14 @@ class OVHOST_API csv_error : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Loads rows of comma-separated UTF-8 text into a table and returns their number. The first row holds the headings.
-// Properties without a column are NULL, and so are empty fields; a quoted empty field is the empty text. Loads all rows
-// or, when it throws, none. Reads metadata on the thread's metadata context, which must be one on this database (see
-// session). file_name is for messages only.
+// Loads rows of comma-separated UTF-8 text into a table and returns their number. Properties without a column are NULL,
+// and so are empty fields; a quoted empty field is the empty text. Loads all rows or, when it throws, none. Reads
+// metadata on the thread's metadata context, which must be one on this database (see session). file_name is for
+// messages only.
 //
 // Throws csv_error for what is wrong with the file, unknown_name for a table or property that does not exist, and
-// std::invalid_argument for a reference column without a key by which its target is looked up.
+// std::invalid_argument for a reference column without a key by which its target is looked up, and for a file whose
+// columns neither headings nor a list name.
 OVHOST_API std::size_t load_csv(ovcoredb::database& database, std::string_view table, std::istream& input,
                                 const std::string& file_name, const csv_options& options = {});
 

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "ovhost/csv/field_text.hpp"
 #include "ovhost/values/decimal_text.hpp"
 #include "ovhost/values/number_text.hpp"
 #include "ovhost/values/text.hpp"
@@ -26,7 +27,7 @@ class number_reader final : public field_reader {
  public:
   explicit number_reader(value_kind kind) : kind_(kind) {}
   cell read(const std::string& field) override {
-    if (const auto number = parse_number<Number>(field)) return *number;
+    if (const auto number = parse_number<Number>(without_blanks(field))) return *number;
     refuse(field, name_of(kind_));
   }
 
@@ -37,7 +38,7 @@ class number_reader final : public field_reader {
 class decimal_reader final : public field_reader {
  public:
   cell read(const std::string& field) override {
-    if (const auto number = parse_decimal(field)) return ovcoredb::decimal{number->raw};
+    if (const auto number = parse_decimal(without_blanks(field))) return ovcoredb::decimal{number->raw};
     refuse(field, "decimal (at most six digits after the point)");
   }
 };
@@ -45,8 +46,10 @@ class decimal_reader final : public field_reader {
 class boolean_reader final : public field_reader {
  public:
   cell read(const std::string& field) override {
-    if (field != "true" && field != "false") refuse(field, "bool (true or false)");
-    return field == "true";
+    const std::string_view word = without_blanks(field);
+    const bool truth = is_word(word, "true");
+    if (!truth && !is_word(word, "false")) refuse(field, "bool (true or false)");
+    return truth;
   }
 };
 

@@ -27,7 +27,8 @@ class field_reader {
 };
 
 // Makes a reader for cells of any kind but references. text: UTF-8. numbers: digits, with a point where the kind has
-// one; a decimal has at most six digits after it. bool: true or false. binary: pairs of hexadecimal digits.
+// one; a decimal has at most six digits after it. bool: true or false in any case. Blanks around these are skipped.
+// binary: pairs of hexadecimal digits.
 std::unique_ptr<field_reader> make_field_reader(value_kind kind);
 
 }  // namespace ovhost
