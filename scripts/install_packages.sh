@@ -10,6 +10,7 @@ packages=(
   libabsl-dev           # core_bench: a B-tree to compare the indexes with
   libicu-dev            # the embedded core: case folding; the host: UTF-8
   libcsv-dev            # the host: CSV files
+  libmd-dev             # ovsql_slt: MD5
   libgtest-dev libgmock-dev libbenchmark-dev libsqlite3-dev
   clang-format clang-tidy libclang-rt-14-dev
   gcovr
