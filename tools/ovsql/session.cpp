@@ -1,0 +1,153 @@
+#include "session.hpp"
+
+#include <algorithm>
+#include <exception>
+#include <iostream>
+#include <iterator>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+#include "commands/commands.hpp"
+#include "text/script_scan.hpp"
+
+namespace shell {
+namespace {
+
+constexpr std::size_t most_files = 50;  // that read each other
+
+class stopwatch {
+ public:
+  // "0.012 s"
+  std::string text() const {
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin_;
+    std::string digits = std::to_string(seconds.count());
+    return digits.substr(0, digits.size() - 3) + " s";
+  }
+
+ private:
+  std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+};
+
+std::string read_all(std::istream& input) {
+  return {std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
+}
+
+std::string read_file(const std::string& path) {
+  if (path == "-") return read_all(std::cin);
+  std::ifstream input(path, std::ios::binary);
+  if (!input) throw std::runtime_error(path + " cannot be opened");
+  std::string text = read_all(input);
+  if (input.bad()) throw std::runtime_error(path + " cannot be read");
+  return text;
+}
+
+// The rows of EXPLAIN are lines of one text.
+bool is_explanation(std::string_view sql) {
+  const std::vector<std::string> words = split_words(sql.substr(skip_blanks_and_comments(sql, 0), 8));
+  std::string first = words.empty() ? "" : words.front();
+  std::transform(first.begin(), first.end(), first.begin(), [](char each) { return static_cast<char>(each | 0x20); });
+  return first == "explain";
+}
+
+}  // namespace
+
+session::session(std::ostream& out, std::ostream& errors, const shell_settings& settings)
+    : settings_(settings), first_out_(out), out_(&out), errors_(errors) {}
+
+void session::run(std::string_view script, const std::string& file) {
+  const std::string source_before = std::exchange(source_, file);
+  for (std::size_t next = 0; !stopped();) {
+    next = skip_blanks_and_comments(script, next);
+    if (next == script.size()) break;
+    if (script[next] == '.') {
+      const std::size_t end = std::min(script.find('\n', next), script.size());
+      run_command(script.substr(next + 1, end - next - 1));
+      next = end;
+    } else {
+      run_next(script, next);
+    }
+  }
+  source_ = source_before;
+}
+
+void session::run_file(const std::string& path) {
+  if (depth_ == most_files) throw std::runtime_error("files read each other more than 50 deep");
+  const std::string text = read_file(path);
+  ++depth_;
+  run(text, path == "-" ? "" : path);
+  --depth_;
+}
+
+void session::run_command(std::string_view line) try {
+  shell::run_command(*this, line);
+} catch (const std::exception& error) {
+  report(std::string("error: ") + error.what());
+}
+
+// An error shows its line of the whole script.
+void session::run_next(std::string_view script, std::size_t& next) try {
+  std::optional<ovsql::statement> of = database_.prepare_next(script, next);
+  if (of) run_statement(*of);
+} catch (const ovsql::error& error) {
+  report(error.describe(script));
+} catch (const std::exception& error) {
+  report(std::string("error: ") + error.what());
+}
+
+void session::run_statement(ovsql::statement& of) {
+  const stopwatch watch;
+  if (settings_.explain && of.column_count() > 0 && !is_explanation(of.sql())) {
+    ovsql::statement explanation = database_.prepare("EXPLAIN " + std::string(of.sql()));
+    write_lines(explanation);
+  }
+  if (of.column_count() == 0) {
+    of.step();
+  } else {
+    is_explanation(of.sql()) ? write_lines(of) : write_rows(of);
+  }
+  if (settings_.timer) *out_ << "time: " << watch.text() << '\n';
+}
+
+void session::write_rows(ovsql::statement& of) {
+  output_settings how = settings_.output;
+  if (out_ == &file_) how.width = 0, how.colours = false;
+  const auto writer = settings_.mode->make(of, *out_, how);
+  std::size_t rows = 0;
+  while (of.step()) {
+    if (settings_.limit != 0 && rows++ == settings_.limit) {
+      writer->end();
+      errors_ << "there are more rows; .limit is " << settings_.limit << '\n';
+      return of.reset();
+    }
+    writer->add(of);
+  }
+  writer->end();
+}
+
+void session::write_lines(ovsql::statement& of) {
+  while (of.step()) *out_ << of.text(0) << '\n';
+}
+
+void session::print(std::string_view sql) {
+  ovsql::statement of = database_.prepare(sql);
+  write_rows(of);
+}
+
+void session::write_to(const std::string& path) {
+  file_.close();
+  file_.clear();
+  out_ = &first_out_;
+  if (path.empty()) return;
+  file_.open(path, std::ios::binary);
+  if (!file_) throw std::runtime_error(path + " cannot be written");
+  out_ = &file_;
+}
+
+void session::report(const std::string& message) {
+  failed_ = true;
+  out_->flush();
+  errors_ << (source_.empty() ? "" : source_ + ": ") << message << '\n';
+}
+
+}  // namespace shell

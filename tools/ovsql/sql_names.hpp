@@ -1,0 +1,22 @@
+#ifndef OVSQL_SQL_NAMES_HPP_
+#define OVSQL_SQL_NAMES_HPP_
+
+#include <string>
+#include <string_view>
+
+#include "ovsql/session/statement.hpp"
+
+namespace shell {
+
+// A name as a statement has it, in quotes where it needs them.
+std::string sql_name(std::string_view name);
+
+// The name of a type in SQL.
+std::string sql_type(ovsql::value_kind kind);
+
+// Compares names as SQL does, without regard to the case of ASCII letters.
+bool is_same_name(std::string_view left, std::string_view right);
+
+}  // namespace shell
+
+#endif  // OVSQL_SQL_NAMES_HPP_
