@@ -11,6 +11,7 @@ packages=(
   libicu-dev            # the embedded core: case folding; the host: UTF-8
   libcsv-dev            # the host: CSV files
   libmd-dev             # ovsql_slt: MD5
+  libedit-dev           # ovsql: line editing
   libgtest-dev libgmock-dev libbenchmark-dev libsqlite3-dev
   clang-format clang-tidy libclang-rt-14-dev
   gcovr

@@ -4,7 +4,7 @@
 #include <iostream>
 
 #include "command_line.hpp"
-#include "ovsql/import/csv_import.hpp"
+#include "interactive/interactive.hpp"
 #include "session.hpp"
 #include "terminal.hpp"
 
@@ -20,8 +20,11 @@ shell_settings settings_of(const command_line& wanted) {
   settings.mode = wanted.mode != nullptr ? wanted.mode : find_output_mode(terminal ? "box" : "table");
   settings.output = {wanted.headers, terminal_width(), terminal && !wants_no_colours()};
   settings.bail = wanted.bail;
+  settings.interactive = wanted.scripts.empty() && is_terminal(0);
   return settings;
 }
+
+void run_input(session& on) { on.settings().interactive ? run_interactively(on) : on.run_file("-"); }
 
 void run_scripts(session& on, const std::vector<script_argument>& scripts) {
   for (const script_argument& each : scripts) {
@@ -32,8 +35,8 @@ void run_scripts(session& on, const std::vector<script_argument>& scripts) {
 
 int run(const command_line& wanted) {
   session on(std::cout, std::cerr, settings_of(wanted));
-  for (const std::string& each : wanted.csv_files) ovsql::import_csv(on.database(), each);
-  wanted.scripts.empty() ? on.run_file("-") : run_scripts(on, wanted.scripts);
+  for (const std::string& each : wanted.csv_files) on.import(each);
+  wanted.scripts.empty() ? run_input(on) : run_scripts(on, wanted.scripts);
   if (!std::cout.flush()) throw std::runtime_error("the output cannot be written");
   return on.failed() ? EXIT_FAILURE : EXIT_SUCCESS;
 }

@@ -1,6 +1,8 @@
 #include "session.hpp"
 
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
 #include <exception>
 #include <iostream>
 #include <iterator>
@@ -9,6 +11,7 @@
 #include <utility>
 
 #include "commands/commands.hpp"
+#include "interactive/interrupt.hpp"
 #include "text/script_scan.hpp"
 
 namespace shell {
@@ -18,16 +21,19 @@ constexpr std::size_t most_files = 50;  // that read each other
 
 class stopwatch {
  public:
+  double seconds() const { return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin_).count(); }
+
   // "0.012 s"
   std::string text() const {
-    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin_;
-    std::string digits = std::to_string(seconds.count());
+    const std::string digits = std::to_string(seconds());
     return digits.substr(0, digits.size() - 3) + " s";
   }
 
  private:
   std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
 };
+
+std::string counted_rows(std::uint64_t count) { return std::to_string(count) + (count == 1 ? " row" : " rows"); }
 
 std::string read_all(std::istream& input) {
   return {std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
@@ -102,11 +108,16 @@ void session::run_statement(ovsql::statement& of) {
     write_lines(explanation);
   }
   if (of.column_count() == 0) {
-    of.step();
+    run_without_rows(of);
   } else {
     is_explanation(of.sql()) ? write_lines(of) : write_rows(of);
   }
   if (settings_.timer) *out_ << "time: " << watch.text() << '\n';
+}
+
+void session::run_without_rows(ovsql::statement& of) {
+  of.step();
+  if (of.changes() != 0) note(counted_rows(of.changes()));
 }
 
 void session::write_rows(ovsql::statement& of) {
@@ -114,24 +125,36 @@ void session::write_rows(ovsql::statement& of) {
   if (out_ == &file_) how.width = 0, how.colours = false;
   const auto writer = settings_.mode->make(of, *out_, how);
   std::size_t rows = 0;
-  while (of.step()) {
-    if (settings_.limit != 0 && rows++ == settings_.limit) {
-      writer->end();
-      errors_ << "there are more rows; .limit is " << settings_.limit << '\n';
-      return of.reset();
-    }
-    writer->add(of);
-  }
+  for (; of.step() && goes_on(of, rows); ++rows) writer->add(of);
   writer->end();
+  note(counted_rows(rows));
+}
+
+// Ends the run where the user has enough.
+bool session::goes_on(ovsql::statement& of, std::size_t rows) {
+  const bool enough = settings_.limit != 0 && rows == settings_.limit;
+  const bool interrupted = settings_.interactive && take_interrupt();
+  if (!enough && !interrupted) return true;
+  of.reset();
+  errors_ << (interrupted ? "stopped" : "there are more rows; .limit is " + std::to_string(rows)) << '\n';
+  return false;
 }
 
 void session::write_lines(ovsql::statement& of) {
   while (of.step()) *out_ << of.text(0) << '\n';
 }
 
-void session::print(std::string_view sql) {
-  ovsql::statement of = database_.prepare(sql);
-  write_rows(of);
+void session::import(const std::string& path, const ovsql::csv_import_options& how) {
+  const stopwatch watch;
+  const ovsql::csv_import made = ovsql::import_csv(database_, path, how);
+  const double rate = static_cast<double>(made.rows) / std::max(watch.seconds(), 1e-6);
+  note(made.table + ": " + counted_rows(made.rows) + ", " + std::to_string(made.columns.size()) + " columns (" +
+       watch.text() + ", " + std::to_string(static_cast<std::uint64_t>(rate)) + " rows a second)");
+}
+
+// Says what nobody but a user at a terminal wants to know.
+void session::note(const std::string& message) {
+  if (settings_.interactive) errors_ << message << '\n';
 }
 
 void session::write_to(const std::string& path) {

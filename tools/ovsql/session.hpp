@@ -1,7 +1,6 @@
 #ifndef OVSQL_SESSION_HPP_
 #define OVSQL_SESSION_HPP_
 
-#include <chrono>
 #include <cstddef>
 #include <fstream>
 #include <ostream>
@@ -9,6 +8,7 @@
 #include <string_view>
 
 #include "output/result_writer.hpp"
+#include "ovsql/import/csv_import.hpp"
 #include "ovsql/session/database.hpp"
 
 namespace shell {
@@ -19,7 +19,8 @@ struct shell_settings {
   bool timer = false;
   bool explain = false;
   bool bail = false;
-  std::size_t limit = 0;  // rows of a result that are shown; 0: all
+  bool interactive = false;  // say how many rows there were; Ctrl-C stops a statement
+  std::size_t limit = 0;     // rows of a result that are shown; 0: all
 };
 
 // Runs statements and dot commands on one database and writes what comes of them.
@@ -42,19 +43,23 @@ class session {
 
   // Whether nothing more is to be run: .quit, or a failure with .bail.
   bool stopped() const { return quit_ || (failed_ && settings_.bail); }
+  bool quits() const { return quit_; }
 
   // What dot commands work on.
   ovsql::database& database() { return database_; }
   shell_settings& settings() { return settings_; }
   std::ostream& out() { return *out_; }
   void quit() { quit_ = true; }
-  void print(std::string_view sql);        // the rows of a query
+  void import(const std::string& path, const ovsql::csv_import_options& how = {});
   void write_to(const std::string& path);  // empty: to where the session wrote at first
 
  private:
   void run_next(std::string_view script, std::size_t& next);
   void run_statement(ovsql::statement& of);
+  void run_without_rows(ovsql::statement& of);
   void write_rows(ovsql::statement& of);
+  bool goes_on(ovsql::statement& of, std::size_t rows);
+  void note(const std::string& message);
   void write_lines(ovsql::statement& of);
   void report(const std::string& message);
 

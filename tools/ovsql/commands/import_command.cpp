@@ -66,7 +66,7 @@ class import_arguments {
 
 void import_file(session& on, const std::vector<std::string>& arguments) {
   const import_arguments wanted(arguments);
-  ovsql::import_csv(on.database(), wanted.file, wanted.how);
+  on.import(wanted.file, wanted.how);
 }
 
 }  // namespace shell
