@@ -9,7 +9,6 @@
 #include <pthread.h>
 #endif
 
-#include "ov_sql_executor/errors/raise.hpp"
 #include "ov_sql_executor/support/stack_weights.hpp"
 
 namespace ov::sql_executor {
@@ -70,12 +69,12 @@ bool has_left(std::size_t bytes) {
 
 }  // namespace
 
-void require_stack(std::size_t bytes) {
-  if (has_left(bytes)) return;
+bool has_stack(std::size_t bytes) {
+  if (has_left(bytes)) return true;
   thread_range = stack_of_thread();
   const std::uintptr_t now = stack_position();
   if (!is_in_range(now)) thread_range = {now - assumed_size, now};  // a stack that the host made
-  if (!has_left(bytes)) error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
+  return has_left(bytes);
 }
 
 }  // namespace ov::sql_executor

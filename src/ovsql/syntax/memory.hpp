@@ -2,6 +2,8 @@
 #define OVSQL_SYNTAX_MEMORY_HPP_
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 #include <memory_resource>
 #include <new>
 #include <span>
@@ -21,7 +23,7 @@ class memory {
   memory& operator=(const memory&) = delete;
 
   template <class T>
-  const T* make(T of) {
+  T* make(T of) {
     static_assert(std::is_trivially_destructible_v<T>);
     return new (bytes_.allocate(sizeof(T), alignof(T))) T(std::move(of));
   }
@@ -33,6 +35,16 @@ class memory {
     T* const first = static_cast<T*>(bytes_.allocate(list.size() * sizeof(T), alignof(T)));
     std::uninitialized_copy(list.begin(), list.end(), first);
     return {first, list.size()};
+  }
+
+  // Copies a list whose items lie there as bytes.
+  template <class T>
+  std::span<const T> keep_bytes(const std::byte* items, std::size_t count) {
+    static_assert(std::is_trivially_copyable_v<T>);
+    if (count == 0) return {};
+    void* const first = bytes_.allocate(count * sizeof(T), alignof(T));
+    std::memcpy(first, items, count * sizeof(T));
+    return {static_cast<const T*>(first), count};
   }
 
   std::string_view keep(std::string_view text) {
