@@ -9,8 +9,6 @@ namespace {
 
 constexpr std::string_view object_number = "object_number";
 
-std::string quoted(std::string_view name) { return "\"" + std::string(name) + "\""; }
-
 std::string spelled(const syntax::column& written) {
   std::string name;
   for (const syntax::name& each : written.parts) name += (name.empty() ? "" : ".") + std::string(each.text);

@@ -1,12 +1,10 @@
 #include <string>
 
-#include "ov_sql_executor/errors/ov_exception.hpp"
-#include "ov_sql_executor/support/stack_weights.hpp"
-#include "ov_sql_executor/support/thread_stack.hpp"
 #include "ov_sql_executor/values/value.hpp"
 #include "ovhost/plans/expressions.hpp"
 #include "ovhost/values/text.hpp"
 #include "ovsql/binding/binder.hpp"
+#include "ovsql/binding/stack_room.hpp"
 #include "ovsql/errors/error.hpp"
 
 namespace ovsql {
@@ -180,7 +178,7 @@ struct expression_visitor {
 };
 
 bound binder::bind(const syntax::expression& written, const expression_site& at) {
-  ov::sql_executor::require_stack(4 * ov::sql_executor::stack_weights::node);
+  require_room(written.at);
   if (at.scope->groups != nullptr) {
     if (auto key = as_group_key(written, at)) return *std::move(key);
   }

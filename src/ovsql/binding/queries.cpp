@@ -1,9 +1,8 @@
 #include <string>
 
-#include "ov_sql_executor/support/stack_weights.hpp"
-#include "ov_sql_executor/support/thread_stack.hpp"
 #include "ovhost/plans/expressions.hpp"
 #include "ovsql/binding/binder.hpp"
+#include "ovsql/binding/stack_room.hpp"
 #include "ovsql/errors/error.hpp"
 
 namespace ovsql {
@@ -11,12 +10,10 @@ namespace {
 
 using ovhost::lit;
 
-std::string quoted(std::string_view name) { return "\"" + std::string(name) + "\""; }
-
 }  // namespace
 
 query binder::bind_query(const syntax::query& written, select_scope* outer) {
-  ov::sql_executor::require_stack(8 * ov::sql_executor::stack_weights::node);
+  require_room(written.at);
   const common_tables tables{written.with.data(), written.with.size(), common_, outer};
   const common_tables* const before = common_;
   if (!written.with.empty()) common_ = &tables;

@@ -10,8 +10,6 @@
 namespace ovsql {
 namespace {
 
-std::string quoted(std::string_view name) { return "\"" + std::string(name) + "\""; }
-
 // The name of a result column: its alias, the column's own name, the function's, or what is written.
 std::string name_of(const syntax::select_item& item) {
   if (!item.alias.text.empty()) return std::string(item.alias.text);

@@ -1,18 +1,15 @@
 #include <algorithm>
 #include <string>
 
-#include "ov_sql_executor/support/stack_weights.hpp"
-#include "ov_sql_executor/support/thread_stack.hpp"
 #include "ovhost/plans/expressions.hpp"
 #include "ovsql/binding/binder.hpp"
+#include "ovsql/binding/stack_room.hpp"
 #include "ovsql/errors/error.hpp"
 
 namespace ovsql {
 namespace {
 
 using enum syntax::join_kind;
-
-std::string quoted(std::string_view name) { return "\"" + std::string(name) + "\""; }
 
 item_set covered_by(const item_list& list) {
   item_set all;
@@ -23,7 +20,7 @@ item_set covered_by(const item_list& list) {
 }  // namespace
 
 void binder::bind_source(const syntax::source& written, select_scope& scope, item_list& into) {
-  ov::sql_executor::require_stack(4 * ov::sql_executor::stack_weights::node);
+  require_room(written.at);
   if (const auto* const join = std::get_if<syntax::joined_source>(&written.is)) {
     bind_join(*join, scope, into);
     return;

@@ -25,6 +25,9 @@ struct name_order {
   }
 };
 
+// A name as messages show it.
+inline std::string quoted(std::string_view name) { return "\"" + std::string(name) + "\""; }
+
 // Returns `; did you mean "city"?` for the known name nearest to a wrong one, by their Levenshtein distance; an empty
 // text where none is near.
 std::string suggest(std::string_view wrong, const std::vector<std::string_view>& known);

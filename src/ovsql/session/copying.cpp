@@ -10,8 +10,6 @@
 namespace ovsql {
 namespace {
 
-std::string quoted(std::string_view name) { return "\"" + std::string(name) + "\""; }
-
 // A file with a line before it that it does not have.
 class prefixed_file : public std::streambuf {
  public:

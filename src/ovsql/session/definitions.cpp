@@ -12,8 +12,6 @@ namespace {
 // The index that every table has, to be read as a whole.
 constexpr std::string_view whole_index = "objects";
 
-std::string quoted(std::string_view name) { return "\"" + std::string(name) + "\""; }
-
 [[noreturn]] void refuse(const std::string& message, syntax::place at) {
   throw error(error_kind::name, message, at.begin);
 }

@@ -8,8 +8,6 @@
 namespace ovsql {
 namespace {
 
-std::string quoted(std::string_view name) { return "\"" + std::string(name) + "\""; }
-
 // The value of a literal that is written out; nothing for a parameter and for what has to be computed.
 std::optional<value> literal_value(const expression& of) {
   const auto* const literal = std::get_if<physical_queryplan::literal>(&of);
