@@ -86,10 +86,9 @@ std::size_t arrangement::choose(bool has_base) const {
   if (!has_base) {
     for (std::size_t at = 0; at < items_.size(); ++at) {
       const item& each = items_[at];
+      if (!can_place(at) || each.needs.any() || items_.size() == 1) continue;
       const bool runs_once = each.kind == item_kind::subquery && each.query->is_one_row;
-      if (can_place(at) && (runs_once || each.kind == item_kind::optional) && each.needs.none() && items_.size() > 1) {
-        return at;
-      }
+      if (runs_once || each.kind == item_kind::optional) return at;
     }
   }
   for (std::size_t at = 0; at < items_.size(); ++at) {
@@ -112,8 +111,9 @@ std::optional<std::size_t> arrangement::choose_source(bool has_base) const {
   std::vector<std::size_t> candidates;
   for (std::size_t at = 0; at < items_.size(); ++at) {
     const item& each = items_[at];
+    if (is_placed_[at] || !is_source(each.kind) || !contains(known_, each.needs)) continue;
     const bool waits = each.kind == item_kind::subquery && each.query->is_one_row && each.needs.any();
-    if (!is_placed_[at] && is_source(each.kind) && !waits && contains(known_, each.needs)) candidates.push_back(at);
+    if (!waits) candidates.push_back(at);
   }
   if (candidates.empty()) return std::nullopt;
   if (candidates.size() == 1) return candidates.front();
