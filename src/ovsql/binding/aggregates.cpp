@@ -50,6 +50,19 @@ value_kind result_of(std::string_view function, value_kind kind) {
   return kind;
 }
 
+[[noreturn]] void refuse_mixture(std::size_t position = error::nowhere) {
+  throw error(error_kind::unsupported, "sum and avg of DISTINCT values go with no aggregate of other DISTINCT values",
+              position);
+}
+
+// Integers are averaged as doubles.
+bound as_averaged(bound of) {
+  if (of.kind == value_kind::decimal) return of;
+  of.value = promoted(of, value_kind::float64);
+  of.kind = value_kind::float64;
+  return of;
+}
+
 }  // namespace
 
 expression read_of_aggregate(const aggregate& of) {
@@ -85,16 +98,13 @@ bound binder::bind_aggregate(const syntax::call& written, syntax::place at, cons
     argument.kind = value_kind::int64;
     argument.value = ovhost::when_as(argument.kind, lit(true), std::move(argument.value), ovhost::null());
   }
-  if (function == "avg" && argument.kind != value_kind::decimal) {
-    argument.value = promoted(argument, value_kind::float64);
-    argument.kind = value_kind::float64;
-  }
   if (filter) {
     argument.value = ovhost::when_as(argument.kind, std::move(filter->value), std::move(argument.value), ovhost::null());
   }
   const bool matters = written.distinct && function != "min" && function != "max";
   if (matters && function == "count") return count_distinct(into, std::move(argument), at);
   if (matters) return aggregate_distinct(into, function, std::move(argument), at);
+  if (function == "avg") argument = as_averaged(std::move(argument));
   std::vector<expression> arguments;
   const value_kind kind = result_of(function, argument.kind);
   const table* const target = argument.target;
@@ -134,8 +144,7 @@ bound binder::count_distinct(grouping& into, bound of, syntax::place at) {
 // sum(DISTINCT x) and avg(DISTINCT x): the rows are grouped by x as well, and these groups are grouped again.
 bound binder::aggregate_distinct(grouping& into, const std::string& function, bound of, syntax::place at) {
   if (into.distinct && !same_expression(into.distinct->value, of.value)) {
-    throw error(error_kind::unsupported, "sum and avg of different DISTINCT values in one SELECT are not supported",
-                at.begin);
+    refuse_mixture(at.begin);
   }
   const value_kind kind = result_of(function, of.kind);
   if (!into.distinct) into.distinct = std::move(of);
@@ -150,7 +159,7 @@ void binder::regroup(grouping& groups) {
   if (!groups.distinct) return;
   const assignment distinct = define("distinct", groups.distinct->value, groups.distinct->kind, {});
   body.regrouped = true;
-  for (aggregate& each : body.aggregates) regroup_aggregate(each, body);
+  for (aggregate& each : std::exchange(body.aggregates, {})) regroup_aggregate(std::move(each), distinct, groups);
   for (assignment& each : body.group_by) {
     assignment inner = define("key", each.expression, kind_of_column(each), {});
     body.outer_group_by.push_back({read_of(inner), each.column});
@@ -158,36 +167,48 @@ void binder::regroup(grouping& groups) {
   }
   body.group_by.push_back(distinct);
   for (const auto& [function, id] : groups.distinct_aggregates) {
+    bound argument{read_of(distinct), groups.distinct->kind};
+    if (function == "avg") argument = as_averaged(std::move(argument));
     body.outer_aggregates.push_back(
-        make_named(function, {read_of(distinct)}, result_of(function, groups.distinct->kind), id));
+        make_named(function, {argument.value}, result_of(function, groups.distinct->kind), id));
   }
 }
 
-void binder::regroup_aggregate(aggregate& of, select_body& body) {
+// Computes an aggregate of the groups of distinct values, and from these results what was asked for.
+void binder::regroup_aggregate(aggregate of, const assignment& distinct, grouping& groups) {
+  select_body& body = *groups.body;
   const QueryPlan::aggregation& whole = base_of(of);
-  const bool is_count = std::holds_alternative<QueryPlan::CountOf>(of) || std::holds_alternative<QueryPlan::CountRows>(of);
-  const bool is_extreme = std::holds_alternative<QueryPlan::Maximum>(of) || std::holds_alternative<QueryPlan::Minimum>(of);
-  if (!is_count && !is_extreme && !std::holds_alternative<QueryPlan::SumOf>(of)) {
-    throw error(error_kind::unsupported,
-                "sum(DISTINCT ...) and avg(DISTINCT ...) do not go together with avg and count(DISTINCT ...) in one SELECT");
-  }
   const value_kind kind = static_cast<value_kind>(whole.column.index());
   const identifier id = std::visit([](const auto& held) { return held.id; }, whole.column);
-  const identifier part = names_.make("part", {});
-  const expression read = ovhost::with_type_of(kind, [&]<class T>() { return expression(computed<T>{part}); });
-  const std::string_view outer = is_extreme ? (std::holds_alternative<QueryPlan::Maximum>(of) ? "max" : "min") : "sum";
-  // A count of no rows is 0, which their sum is not.
-  const identifier total = is_count ? names_.make("total", {}) : id;
-  aggregate outer_aggregate = make_named(outer, {read}, kind, total);
-  if (is_count) {
-    const expression sum = computed<std::int64_t>{total};
-    body.outer_extend.push_back(
-        {ovhost::when_as(kind, ovhost::is_null(sum), lit(0), sum), computed<std::int64_t>{id}});
+  const auto add_part = [&](std::string_view function, std::vector<expression> arguments, value_kind part_kind) {
+    body.aggregates.push_back(make_named(function, std::move(arguments), part_kind, names_.make("part", {})));
+    return read_of_aggregate(body.aggregates.back());
+  };
+  const auto add_total = [&](std::string_view function, expression part, value_kind part_kind) {
+    body.outer_aggregates.push_back(make_named(function, {std::move(part)}, part_kind, names_.make("total", {})));
+    return read_of_aggregate(body.outer_aggregates.back());
+  };
+  const auto define_result = [&](expression value) {
+    const auto named = [](const auto& held) { return column_ref(held); };
+    body.outer_extend.push_back({std::move(value), std::visit(named, whole.column)});
+  };
+  if (std::holds_alternative<QueryPlan::CountDistinct>(of)) {
+    if (!same_expression(whole.arguments.front(), groups.distinct->value)) refuse_mixture();
+    body.outer_aggregates.push_back(make<QueryPlan::CountDistinct>({read_of(distinct)}, kind, id));
+  } else if (std::holds_alternative<QueryPlan::CountOf>(of) || std::holds_alternative<QueryPlan::CountRows>(of)) {
+    // A count of no rows is 0, which their sum is not.
+    const expression total = add_total("sum", add_part("count", whole.arguments, kind), kind);
+    define_result(ovhost::when_as(kind, ovhost::is_null(total), lit(0), total));
+  } else if (std::holds_alternative<QueryPlan::Average>(of)) {
+    const expression sum = add_total("sum", add_part("sum", whole.arguments, kind), kind);
+    const value_kind counted = value_kind::int64;
+    const expression count = add_total("sum", add_part("count", whole.arguments, counted), counted);
+    define_result(ovhost::div(sum, ovhost::to(kind, count)));
+  } else {
+    const bool is_sum = std::holds_alternative<QueryPlan::SumOf>(of);
+    const std::string_view function = is_sum ? "sum" : std::holds_alternative<QueryPlan::Maximum>(of) ? "max" : "min";
+    body.outer_aggregates.push_back(make_named(function, {add_part(function, whole.arguments, kind)}, kind, id));
   }
-  std::visit([&](QueryPlan::aggregation& held) {
-    held.column = ovhost::with_type_of(kind, [&]<class T>() { return computed_column(computed<T>{part}); });
-  }, of);
-  body.outer_aggregates.push_back(std::move(outer_aggregate));
 }
 
 value_kind binder::kind_of_column(const assignment& of) { return ovhost::kind_of(read_of(of)); }

@@ -106,7 +106,7 @@ class binder {
   bound count_distinct(grouping& into, bound of, syntax::place at);
   bound aggregate_distinct(grouping& into, const std::string& function, bound of, syntax::place at);
   void regroup(grouping& groups);
-  void regroup_aggregate(aggregate& of, select_body& body);
+  void regroup_aggregate(aggregate of, const assignment& distinct, grouping& groups);
   static value_kind kind_of_column(const assignment& of);
 
   // ---- Subqueries: subqueries.cpp

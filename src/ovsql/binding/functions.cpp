@@ -56,7 +56,7 @@ bound binder::bind_call(const syntax::call& written, syntax::place at, const exp
     }
     return {ovhost::oid(std::move(object.value)), value_kind::uint64, at, nullptr, {}, object.size + 1};
   }
-  throw error(error_kind::name, "there is no function \"" + std::string(name) + "\"" + suggest(name, known_names),
+  throw error(error_kind::unsupported, "there is no function \"" + std::string(name) + "\"" + suggest(name, known_names),
               written.function.at.begin);
 }
 
