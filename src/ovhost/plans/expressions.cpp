@@ -19,6 +19,15 @@ result_type_tag tag_of(value_kind kind) {
   return with_type_of(kind, []<class T>() { return result_type_tag(meta_support::TypeIdentity<T>()); });
 }
 
+// A list of what is moved into it; an initializer list would copy.
+template <class... Expressions>
+std::vector<expression> list(Expressions&&... all) {
+  std::vector<expression> made;
+  made.reserve(sizeof...(all));
+  (made.push_back(std::forward<Expressions>(all)), ...);
+  return made;
+}
+
 template <class Operation>
 expression make(value_kind result, std::vector<expression> operands) {
   return Operation{{tag_of(result), std::move(operands)}};
@@ -26,14 +35,14 @@ expression make(value_kind result, std::vector<expression> operands) {
 
 template <class Operation>
 expression make_test(expression left, expression right) {
-  return make<Operation>(value_kind::boolean, {std::move(left), std::move(right)});
+  return make<Operation>(value_kind::boolean, list(std::move(left), std::move(right)));
 }
 
 template <class Operation>
 expression make_arithmetic(expression left, expression right) {
   const value_kind common = common_kind(kind_of(left), kind_of(right));
   const value_kind result = common == value_kind::uint64 ? value_kind::int64 : common;
-  return make<Operation>(result, {std::move(left), std::move(right)});
+  return make<Operation>(result, list(std::move(left), std::move(right)));
 }
 
 // From the type that arithmetic gives up first to the one that it prefers.
@@ -112,9 +121,9 @@ expression either(expression left, expression right) { return make_test<Or>(std:
 expression exclusive(expression left, expression right) {
   return make_test<ExclusiveOr>(std::move(left), std::move(right));
 }
-expression negated(expression operand) { return make<Not>(value_kind::boolean, {std::move(operand)}); }
-expression is_null(expression operand) { return make<NullTest>(value_kind::boolean, {std::move(operand)}); }
-expression is_not_null(expression operand) { return make<NotNullTest>(value_kind::boolean, {std::move(operand)}); }
+expression negated(expression operand) { return make<Not>(value_kind::boolean, list(std::move(operand))); }
+expression is_null(expression operand) { return make<NullTest>(value_kind::boolean, list(std::move(operand))); }
+expression is_not_null(expression operand) { return make<NotNullTest>(value_kind::boolean, list(std::move(operand))); }
 
 expression is_a(expression object, expression set_specifier) {
   return make_test<TypeTest>(std::move(object), std::move(set_specifier));
@@ -135,7 +144,7 @@ expression div(expression left, expression right) {
 }
 expression neg(expression operand) {
   const value_kind kind = kind_of(operand);
-  return make<Negation>(kind == value_kind::uint64 ? value_kind::int64 : kind, {std::move(operand)});
+  return make<Negation>(kind == value_kind::uint64 ? value_kind::int64 : kind, list(std::move(operand)));
 }
 
 expression like(expression text, expression pattern) {
@@ -144,7 +153,7 @@ expression like(expression text, expression pattern) {
 expression starts_with(expression text, expression prefix) {
   return make_test<PrefixTest>(std::move(text), std::move(prefix));
 }
-expression like_prefix(expression pattern) { return make<PrefixPattern>(value_kind::text, {std::move(pattern)}); }
+expression like_prefix(expression pattern) { return make<PrefixPattern>(value_kind::text, list(std::move(pattern))); }
 expression concat(std::vector<expression> texts) { return make<Concatenation>(value_kind::text, std::move(texts)); }
 
 expression when(expression condition, expression then_value, expression else_value) {
@@ -152,13 +161,13 @@ expression when(expression condition, expression then_value, expression else_val
   return when_as(kind, std::move(condition), std::move(then_value), std::move(else_value));
 }
 expression when_as(value_kind kind, expression condition, expression then_value, expression else_value) {
-  return make<Conditional>(kind, {std::move(condition), std::move(then_value), std::move(else_value)});
+  return make<Conditional>(kind, list(std::move(condition), std::move(then_value), std::move(else_value)));
 }
 
-expression oid(expression reference) { return make<ObjectNumber>(value_kind::uint64, {std::move(reference)}); }
+expression oid(expression reference) { return make<ObjectNumber>(value_kind::uint64, list(std::move(reference))); }
 
 expression to(value_kind kind, expression operand) {
-  std::vector<expression> operands = {std::move(operand)};
+  std::vector<expression> operands = list(std::move(operand));
   switch (kind) {
     case value_kind::boolean:
       return make<ToBool>(kind, std::move(operands));
