@@ -99,6 +99,17 @@ TEST(CsvSurvey, SaysWhereAFileIsWrong) {
   EXPECT_THROW(survey_csv_file("no/such/file.csv"), csv_error);
 }
 
+TEST(CsvSurvey, ChecksWhatTheCallerTakesColumnsFor) {
+  const csv_survey_options numbers = {.null_words = {"-"}, .kinds = {std::nullopt, value_kind::int64}};
+  EXPECT_EQ(survey("a,b,c\nx,1,y\nx,-,y\nx,,y\n", numbers).rows, 3U);
+  try {
+    survey("a,b\nx,1\nx,y\n", numbers);
+    ADD_FAILURE();
+  } catch (const csv_error& error) {
+    EXPECT_STREQ(error.what(), "f.csv:3: column b: \"y\" is not a value of type int64");
+  }
+}
+
 TEST(CsvSurvey, GuessesTheSeparator) {
   const std::pair<const char*, char> cases[] = {{"a,b\n1,2\n", ','},
                                                 {"a;b\n1,5;2,5\n", ';'},

@@ -4,8 +4,8 @@
     session_test.py [--rewrite] SESSION PROGRAM...
 
 A line that begins with "$ " is a command for the shell, lines that begin with "> " go on with it; the other lines are
-its output, standard error included. Where it does not end with 0, its status follows in brackets. Lines before the
-first command are a comment. Commands run one after the other in an empty folder, and find the programs by their names.
+its output, standard error included. Where it does not end with 0, its status follows in brackets. Lines that begin with
+"# " are comments. Commands run one after the other in an empty folder, and find the programs by their names.
 --rewrite puts what is printed into the file: look at the difference before you keep it.
 """
 
@@ -17,18 +17,20 @@ import sys
 import tempfile
 
 
-def read_commands(lines):
-    """Yields the comment, then each command with its lines."""
+def read_blocks(lines):
+    """Yields each comment, as a list of one line, and each command, as a list of its lines."""
     block = []
     for line in lines:
-        if line.startswith("$ "):
+        if line.startswith("> ") and block:
+            block.append(line)
+            continue
+        if block:
             yield block
-            block = [line]
-        elif line.startswith("> ") and block and all(each[:2] in ("$ ", "> ") for each in block):
-            block.append(line)
-        elif not block or not block[0].startswith("$ "):
-            block.append(line)
-    yield block
+        block = [line] if line.startswith("$ ") else []
+        if line.startswith("# "):
+            yield [line]
+    if block:
+        yield block
 
 
 def run(command, folder, path):
@@ -45,17 +47,18 @@ def main():
     session = pathlib.Path(arguments[rewrite])
     path = ":".join(str(pathlib.Path(each).resolve().parent) for each in arguments[rewrite + 1:])
     expected = session.read_text().splitlines()
-    comment, *commands = read_commands(expected)
-    printed = list(comment)
+    printed = []
     with tempfile.TemporaryDirectory() as folder:
-        for command in commands:
-            printed += command + run("\n".join(line[2:] for line in command), folder, path)
+        for block in read_blocks(expected):
+            printed += block
+            if block[0].startswith("$ "):
+                printed += run("\n".join(line[2:] for line in block), folder, path)
     if rewrite:
         session.write_text("\n".join(printed) + "\n")
         return 0
     difference = list(difflib.unified_diff(expected, printed, "expected", "printed", lineterm=""))
     print("\n".join(difference))
-    return 1 if difference or not commands else 0
+    return 1 if difference or not printed else 0
 
 
 if __name__ == "__main__":

@@ -83,7 +83,7 @@ def test_statements(program, history):
 def test_history_and_completion(program, history):
     shell = Terminal(program, history)
     shell.expect(PROMPT)
-    check("│ 42 │" in shell.type("SELECT 42;\r"), "a result")
+    check("│ 42 │" in shell.type("SELECT 42 AS x;\r"), "a result")
     check("│ 42 │" in shell.type(UP + "\r"), "the line before")
     shell.type("CREATE TABLE airport (code TEXT, elevation INT);\r")
     check("│ elevation │" in shell.type(f"sel{TAB}elev{TAB}from airp{TAB};\r"), "keywords, columns and tables")
@@ -106,7 +106,7 @@ def test_interruption(program, history):
     os.write(shell.descriptor, f".mode csv\rSELECT 7 FROM {rows};\r".encode())
     shell.expect(r"7\n7\n7\n7\n")
     check("stopped" in shell.type(CONTROL_C), "Ctrl-C stops a statement")
-    check("\n8\n" in shell.type("SELECT 8;\r"), "and not the shell")
+    check("\n8\n" in shell.type("SELECT 8 AS x;\r"), "and not the shell")
     os.write(shell.descriptor, b".quit\r")
     check(shell.status() == 0, "it is no error")
 

@@ -125,19 +125,19 @@ void session::write_rows(ovsql::statement& of) {
   if (out_ == &file_) how.width = 0, how.colours = false;
   const auto writer = settings_.mode->make(of, *out_, how);
   std::size_t rows = 0;
-  for (; of.step() && goes_on(of, rows); ++rows) writer->add(of);
+  std::string end;
+  for (; of.step() && (end = why_enough(rows)).empty(); ++rows) writer->add(of);
+  of.reset();
   writer->end();
-  note(counted_rows(rows));
+  out_->flush();
+  end.empty() ? note(counted_rows(rows)) : void(errors_ << end << '\n');
 }
 
-// Ends the run where the user has enough.
-bool session::goes_on(ovsql::statement& of, std::size_t rows) {
-  const bool enough = settings_.limit != 0 && rows == settings_.limit;
-  const bool interrupted = settings_.interactive && take_interrupt();
-  if (!enough && !interrupted) return true;
-  of.reset();
-  errors_ << (interrupted ? "stopped" : "there are more rows; .limit is " + std::to_string(rows)) << '\n';
-  return false;
+// Says why no more rows are shown; empty where they are.
+std::string session::why_enough(std::size_t rows) const {
+  if (settings_.interactive && take_interrupt()) return "stopped";
+  if (settings_.limit == 0 || rows < settings_.limit) return {};
+  return "there are more rows; .limit is " + std::to_string(rows);
 }
 
 void session::write_lines(ovsql::statement& of) {

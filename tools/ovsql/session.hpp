@@ -58,7 +58,7 @@ class session {
   void run_statement(ovsql::statement& of);
   void run_without_rows(ovsql::statement& of);
   void write_rows(ovsql::statement& of);
-  bool goes_on(ovsql::statement& of, std::size_t rows);
+  std::string why_enough(std::size_t rows) const;
   void note(const std::string& message);
   void write_lines(ovsql::statement& of);
   void report(const std::string& message);

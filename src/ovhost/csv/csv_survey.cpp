@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <utility>
 
 #include "ovhost/csv/csv_loader.hpp"
 #include "ovhost/csv/csv_reader.hpp"
 #include "ovhost/csv/field_kind.hpp"
+#include "ovhost/csv/field_reader.hpp"
 #include "ovhost/values/text.hpp"
 
 namespace ovhost {
@@ -47,6 +49,8 @@ class surveying {
   void begin(const csv_row& first) {
     kinds_.resize(first.fields.size());
     headings_.resize(first.fields.size());
+    for (const auto& kind : options_.kinds) readers_.push_back(kind ? make_field_reader(*kind) : nullptr);
+    readers_.resize(kinds_.size());
     if (!options_.headings) return;
     for (std::size_t at = 0; at < headings_.size(); ++at) {
       check_text(first, at);
@@ -67,16 +71,29 @@ class surveying {
     if (!field) return;
     check_text(row, at);
     const auto& nulls = options_.null_words;
-    if (std::find(nulls.begin(), nulls.end(), *field) == nulls.end()) kinds_[at].add(*field);
+    if (std::find(nulls.begin(), nulls.end(), *field) != nulls.end()) return;
+    kinds_[at].add(*field);
+    if (readers_[at]) check_kind(row, at);
+  }
+
+  void check_kind(const csv_row& row, std::size_t at) const {
+    try {
+      readers_[at]->read(*row.fields[at]);
+    } catch (const bad_field& error) {
+      fail(row.line, place_of(at) + error.what());
+    }
+  }
+
+  std::string place_of(std::size_t at) const {
+    return "column " + (headings_[at].empty() ? std::to_string(at + 1) : headings_[at]) + ": ";
   }
 
   void check_text(const csv_row& row, std::size_t at) const {
     if (!row.fields[at]) return;
     const std::string& text = *row.fields[at];
-    const std::string place = "column " + (headings_[at].empty() ? std::to_string(at + 1) : headings_[at]) + ": ";
-    if (text.find('\0') != std::string::npos) fail(row.line, place + "the text holds a zero character");
+    if (text.find('\0') != std::string::npos) fail(row.line, place_of(at) + "the text holds a zero character");
     const bool is_ascii = std::all_of(text.begin(), text.end(), [](char byte) { return byte > 0; });
-    if (!is_ascii && !utf8_to_utf16(text)) fail(row.line, place + "the text is not UTF-8");
+    if (!is_ascii && !utf8_to_utf16(text)) fail(row.line, place_of(at) + "the text is not UTF-8");
   }
 
   std::vector<surveyed_column> columns() {
@@ -92,6 +109,7 @@ class surveying {
   csv_reader reader_;
   std::vector<std::string> headings_;
   std::vector<field_kinds> kinds_;
+  std::vector<std::unique_ptr<field_reader>> readers_;  // by column; null where the kind is the file's choice
 };
 
 // How well a separator fits the first rows: the number of fields, and whether all rows have it.

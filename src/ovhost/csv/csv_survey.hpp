@@ -17,6 +17,9 @@ struct csv_survey_options {
   std::optional<char> separator = {};        // nothing: it is guessed
   bool headings = true;                      // whether the first row holds headings
   std::vector<std::string> null_words = {};  // fields that mean NULL, besides the empty one
+
+  // What the caller takes columns for, by position; nothing, or a shorter list: whatever they hold. No references.
+  std::vector<std::optional<value_kind>> kinds = {};
 };
 
 struct surveyed_column {
@@ -43,7 +46,7 @@ struct csv_survey {
 //            columns without any value
 //
 // Throws csv_error for a file that cannot be opened or is empty, for malformed rows, rows of another length than the
-// first, and fields that are not UTF-8 or hold a zero character.
+// first, and fields that are not UTF-8, hold a zero character, or are not of the kind that the caller takes them for.
 OVHOST_API csv_survey survey_csv_file(const std::string& path, const csv_survey_options& options = {});
 OVHOST_API csv_survey survey_csv(std::istream& input, const std::string& file_name, char separator,
                                  const csv_survey_options& options = {});

@@ -7,6 +7,7 @@
 
 #include "ovhost/csv/csv_loader.hpp"
 #include "ovhost/csv/csv_survey.hpp"
+#include "ovsql/binding/types.hpp"
 #include "ovsql/import/plain_names.hpp"
 
 namespace ovsql {
@@ -35,6 +36,15 @@ std::string sql_type(value_kind kind) {
   }
 }
 
+// As types are looked up: in lower case, without what follows in brackets.
+std::string words_of_type(std::string_view type) {
+  std::string words(type.substr(0, type.find('(')));
+  words.erase(words.find_last_not_of(' ') + 1);
+  std::transform(words.begin(), words.end(), words.begin(),
+                 [](char each) { return each >= 'A' && each <= 'Z' ? static_cast<char>(each + 32) : each; });
+  return words;
+}
+
 std::string joined(const std::vector<imported_column>& columns, bool with_types) {
   std::string list;
   for (const imported_column& each : columns) {
@@ -49,10 +59,12 @@ class importing {
       : into_(into), path_(path), options_(options) {}
 
   csv_import run() try {
-    const ovhost::csv_survey found = survey();
+    ovhost::csv_survey found = survey({});
     csv_import result{table_name(), columns_of(found), 0};
+    // The core drops no table, so nothing may go wrong after it is made.
+    if (!options_.types.empty()) found = survey(wanted_kinds(result.columns));
     into_.execute("CREATE TABLE " + quoted_name(result.table) + " (" + joined(result.columns, true) + ")");
-    result.rows = load(result, found.separator);
+    result.rows = into_.execute(loading(result, found.separator));
     return result;
   } catch (const error& failed) {
     // Its position is in a statement that nobody wrote.
@@ -60,9 +72,9 @@ class importing {
   }
 
  private:
-  ovhost::csv_survey survey() const try {
+  ovhost::csv_survey survey(std::vector<std::optional<value_kind>> kinds) const try {
     if (std::filesystem::is_directory(path_)) throw error(error_kind::input, path_ + " is a folder");
-    ovhost::csv_survey_options how{options_.delimiter, options_.header, {}};
+    ovhost::csv_survey_options how{options_.delimiter, options_.header, {}, std::move(kinds)};
     if (!options_.null_text.empty()) how.null_words = {options_.null_text};
     return ovhost::survey_csv_file(path_, how);
   } catch (const ovhost::csv_error& failed) {
@@ -95,13 +107,13 @@ class importing {
     return *found;
   }
 
-  std::uint64_t load(const csv_import& made, char separator) {
-    try {
-      return into_.execute(loading(made, separator));
-    } catch (...) {
-      into_.execute("DROP TABLE " + quoted_name(made.table));
-      throw;
+  static std::vector<std::optional<value_kind>> wanted_kinds(const std::vector<imported_column>& columns) {
+    std::vector<std::optional<value_kind>> kinds;
+    for (const imported_column& each : columns) {
+      kinds.push_back(kind_named(words_of_type(each.type)));
+      if (!kinds.back()) throw error(error_kind::type, "there is no type \"" + each.type + "\"");
     }
+    return kinds;
   }
 
   std::string loading(const csv_import& made, char separator) const {

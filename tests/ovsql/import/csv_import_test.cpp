@@ -100,6 +100,7 @@ TEST_F(CsvImport, LoadsNothingOfAFileThatIsWrong) {
   expect_refused(error_kind::input, "texts.csv:3: column a: \"x\" is not a value of type int64", texts,
                  {.types = {{"a", "INT"}}});
   expect_refused(error_kind::name, "has no column \"b\"", texts, {.types = {{"b", "INT"}}});
+  expect_refused(error_kind::type, "there is no type \"NUMBERS\"", texts, {.types = {{"a", "NUMBERS"}}});
   import(texts);
   expect_refused(error_kind::name, "", texts);
 }

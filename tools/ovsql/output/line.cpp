@@ -4,6 +4,7 @@
 
 #include "output/writers.hpp"
 #include "text/display_width.hpp"
+#include "text/shown_text.hpp"
 
 namespace shell {
 namespace {
@@ -23,7 +24,7 @@ class line_writer final : public result_writer {
   void add(const ovsql::statement& row) override {
     if (any_) out_ << '\n';
     any_ = true;
-    for (std::size_t at = 0; at < names_.size(); ++at) out_ << names_[at] << " = " << row.words(at) << '\n';
+    for (std::size_t at = 0; at < names_.size(); ++at) out_ << names_[at] << " = " << shown_value(row, at) << '\n';
   }
 
   void end() override {}

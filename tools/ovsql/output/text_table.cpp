@@ -5,6 +5,7 @@
 
 #include "output/column_kind.hpp"
 #include "text/display_width.hpp"
+#include "text/shown_text.hpp"
 
 namespace shell {
 namespace {
@@ -15,7 +16,7 @@ constexpr std::size_t least_width = 4;
 
 text_table::text_table(const ovsql::statement& of) {
   for (std::size_t at = 0; at < of.column_count(); ++at) {
-    const std::string& heading = of.column(at).name;
+    const std::string heading = without_controls(of.column(at).name);
     columns_.push_back({heading, is_number(of.column(at).type), display_width(heading)});
   }
 }
@@ -23,7 +24,7 @@ text_table::text_table(const ovsql::statement& of) {
 void text_table::add(const ovsql::statement& row) {
   std::vector<text_cell>& cells = rows_.emplace_back();
   for (std::size_t at = 0; at < columns_.size(); ++at) {
-    cells.push_back({row.words(at), row.is_null(at)});
+    cells.push_back({shown_value(row, at), row.is_null(at)});
     columns_[at].width = std::max(columns_[at].width, display_width(cells.back().text));
   }
 }
