@@ -15,10 +15,19 @@ std::string spelled(const syntax::column& written) {
   return quoted(name);
 }
 
+bool is_table_of(const select_scope* scope, std::string_view name) {
+  for (; scope != nullptr; scope = scope->outer) {
+    for (const relation& each : scope->relations) {
+      if (same_name(each.alias, name)) return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
-// Finds what the first names stand for: alias.column, column, or the alias of a table, which is the object itself. used:
-// how many names that took.
+// Finds what the first names stand for: alias.column, column, or the alias of a table, which is the object itself.
+// used: how many names that took.
 std::optional<bound> binder::find_in(select_scope& where, const syntax::column& written, syntax::place at,
                                      std::size_t& used) const {
   const std::string_view first = written.parts[0].text;
@@ -81,6 +90,9 @@ bound binder::bind_column(const syntax::column& written, syntax::place at, const
     std::size_t used = 0;
     std::optional<bound> found = find_in(*scope, written, at, used);
     if (!found) continue;
+    // A column without columns of its own gives way to a table of its name further out.
+    const bool has_columns = used == written.parts.size() || found->kind == value_kind::reference;
+    if (!has_columns && is_table_of(scope->outer, written.parts[0].text)) continue;
     if (scope->groups != nullptr) found = group_key_of(*scope, *std::move(found), at);
     for (select_scope* inner = site.scope; inner != scope; inner = inner->outer) {
       for_each_column(found->value, [&](std::uint32_t number) { inner->reads.push_back(number); });
