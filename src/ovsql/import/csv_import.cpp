@@ -73,12 +73,19 @@ class importing {
 
  private:
   ovhost::csv_survey survey(std::vector<std::optional<value_kind>> kinds) const try {
-    if (std::filesystem::is_directory(path_)) throw error(error_kind::input, path_ + " is a folder");
+    require_file();
     ovhost::csv_survey_options how{options_.delimiter, options_.header, {}, std::move(kinds)};
     if (!options_.null_text.empty()) how.null_words = {options_.null_text};
     return ovhost::survey_csv_file(path_, how);
   } catch (const ovhost::csv_error& failed) {
     throw error(error_kind::input, failed.what());
+  }
+
+  // It is read more than once.
+  void require_file() const {
+    namespace fs = std::filesystem;
+    if (fs::is_directory(path_)) throw error(error_kind::input, path_ + " is a folder");
+    if (fs::exists(path_) && !fs::is_regular_file(path_)) throw error(error_kind::input, path_ + " is no plain file");
   }
 
   std::string table_name() const {

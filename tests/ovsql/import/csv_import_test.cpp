@@ -96,6 +96,7 @@ TEST_F(CsvImport, LoadsNothingOfAFileThatIsWrong) {
   expect_refused(error_kind::input, "empty.csv:1: the file is empty", write("empty.csv", ""));
   expect_refused(error_kind::input, "the file cannot be opened", folder_ + "/none.csv");
   expect_refused(error_kind::input, "is a folder", folder_);
+  expect_refused(error_kind::input, "is no plain file", "/dev/null");
   const std::string texts = write("texts.csv", "a\n1\nx\n");
   expect_refused(error_kind::input, "texts.csv:3: column a: \"x\" is not a value of type int64", texts,
                  {.types = {{"a", "INT"}}});
