@@ -212,7 +212,7 @@ void binder::bind_order(const syntax::query& written, const std::vector<const sy
 
 bool binder::is_same_tree(const syntax::expression& left, const syntax::expression& right,
                           const expression_site& site) const {
-  return syntax::same(left, right, [&](const syntax::expression& a, const syntax::expression& b) {
+  return syntax::same(left, right, text_, [&](const syntax::expression& a, const syntax::expression& b) {
     const resolved_column x = resolve(a, *site.scope);
     const resolved_column y = resolve(b, *site.scope);
     if (x.value.has_value() != y.value.has_value() || x.path != y.path) return false;
