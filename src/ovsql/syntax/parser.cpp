@@ -33,6 +33,7 @@ const statement* parse_from(std::string_view text, std::uint32_t begin, std::siz
 }  // namespace
 
 const statement* parse(std::string_view text, std::size_t& next, memory& in) {
+  if (next >= text.size()) return nullptr;
   if (text.size() > most_bytes) {
     next = text.size();
     throw error(error_kind::limit, "the text is longer than 64 MiB");
