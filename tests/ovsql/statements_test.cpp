@@ -100,6 +100,7 @@ TEST(SqlScripts, are_read_on_behind_an_error) {
   EXPECT_THAT(parsed_script("SELECT FROM ';' \"a;\" -- ;\n $$;$$; SELECT 1; ` E'\\';'; SELECT 2; 'a"),
               ElementsAre(testing::StartsWith("error"), "select 1", testing::StartsWith("error"), "select 2",
                           testing::StartsWith("error")));
+  EXPECT_THAT(parsed_script(";; ` a; SELECT 1"), ElementsAre(testing::StartsWith("error"), "select 1"));
   EXPECT_THAT(parsed_script(" -- nothing\n ; /* at all */ ;"), IsEmpty());
 }
 

@@ -11,7 +11,7 @@ using namespace ovsql::syntax;  // NOLINT: the trees are what is written
 
 using std::string, std::string_view;
 
-string quoted(string_view text) { return "'" + string(text) + "'"; }
+string in_quotes(string_view text) { return "'" + string(text) + "'"; }
 string_view not_if(bool negated) { return negated ? "not " : ""; }
 
 template <class List, class Words>
@@ -44,8 +44,8 @@ struct expression_words {
   string operator()(const null_literal&) const { return "null"; }
   string operator()(const truth_literal& is) const { return is.value ? "true" : "false"; }
   string operator()(const number_literal& is) const { return string(is.digits); }
-  string operator()(const text_literal& is) const { return quoted(is.utf8); }
-  string operator()(const binary_literal& is) const { return "x" + quoted(is.bytes); }
+  string operator()(const text_literal& is) const { return in_quotes(is.utf8); }
+  string operator()(const binary_literal& is) const { return "x" + in_quotes(is.bytes); }
   string operator()(const parameter& is) const {
     return is.number == 0 ? ":" + string(is.name) : "?" + std::to_string(is.number);
   }
@@ -197,10 +197,10 @@ struct statement_words {
            (is.rows == nullptr ? " default values" : " " + sub(is.rows));
   }
   string operator()(const copy_from& is) const {
-    string all = "copy " + words_of(is.table) + brackets(is.columns) + " from " + quoted(is.path);
+    string all = "copy " + words_of(is.table) + brackets(is.columns) + " from " + in_quotes(is.path);
     if (is.header) all += " header";
-    all += " delimiter " + quoted(string(1, is.delimiter));
-    return is.null_text ? all + " null " + quoted(*is.null_text) : all;
+    all += " delimiter " + in_quotes(string(1, is.delimiter));
+    return is.null_text ? all + " null " + in_quotes(*is.null_text) : all;
   }
   string operator()(const explain& is) const {
     constexpr const char* formats[] = {"text ", "dot ", "json "};
