@@ -53,6 +53,7 @@ TEST(SqlSyntaxErrors, say_what_was_expected_where) {
        {"SELECT CASE a ~END", "expected WHEN after \"a\", found \"END\", a keyword; write \"END\" to use it as a name"},
        {"SELECT a FROM b JOIN c ~WHERE d", "expected ON or USING after \"c\", found \"WHERE\""},
        {"SELECT a LIMIT 1~, 2", end + " after \"1\", found \",\""},
+       {"SELECT a GROUP BY~; '", value + " after \"BY\", found \";\""},
        {"SELECT a < b ~< c", "comparisons do not chain: put one into brackets, or join two by AND"},
        {"SELECT a LIKE b ~NOT LIKE c", "this operator does not chain: put the one before it into brackets"},
        {"SELECT a IS DISTINCT FROM b ~IS NULL", "this operator does not chain: put the one before it into brackets"},

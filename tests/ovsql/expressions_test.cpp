@@ -52,7 +52,7 @@ TEST(SqlExpressions, are_made_of_every_operand) {
       {R"(E'a\tb''\'\\\x41\101\u00e9\U0001F600\q')", "'a\tb''\\AA\u00E9\U0001F600q'"},
       {"X'4A4b', x''", "x'JK', x''"},
       {"NULL, TRUE, false", "null, true, false"},
-      {"?, ?5, $2, ?, :name, a::b", "?1, ?5, ?2, ?6, :name, cast(a as b)"},
+      {"?, ?5, $2, ?, :name, a::b", "$1, $5, $2, $6, :name, cast(a as b)"},
       {R"("a""b"."SELECT", f . origin.city, f.select)", "a\"b.SELECT, f.origin.city, f.select"},
       {"*, f.*, f.origin.*", "*, f.*, f.origin.*"},
       {"ABS(-1), Count ( * ), count(ALL a), count(DISTINCT a), now()",

@@ -47,7 +47,7 @@ struct expression_words {
   string operator()(const text_literal& is) const { return in_quotes(is.utf8); }
   string operator()(const binary_literal& is) const { return "x" + in_quotes(is.bytes); }
   string operator()(const parameter& is) const {
-    return is.number == 0 ? ":" + string(is.name) : "?" + std::to_string(is.number);
+    return is.number == 0 ? ":" + string(is.name) : "$" + std::to_string(is.number);
   }
   string operator()(const column& is) const { return names(is.parts, "."); }
   string operator()(const all_columns& is) const { return is.of.empty() ? "*" : names(is.of, ".") + ".*"; }

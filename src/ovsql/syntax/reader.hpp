@@ -22,7 +22,8 @@ class reader {
   list_stack lists;                  // lists that are being read
   std::uint32_t question_marks = 0;  // the highest number of a parameter
 
-  // ---- Looking. `now` is the first token that is not taken yet; `after_now` is the one behind it.
+  // ---- Looking. `now` is the first token that is not taken yet; `after_now` is the one behind it;
+  //      do not ask for it at a semicolon: the next statement may be broken.
 
   const token& now() const { return now_; }
   token after(const token& of) const { return next_token(text_, of.at.end); }
