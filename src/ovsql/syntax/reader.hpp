@@ -83,7 +83,7 @@ class reader {
   // Says: expected WHAT after "...", found "...".
   [[noreturn]] void fail_expected(std::string_view what) const;
   // Says what is SQL and not done here.
-  [[noreturn]] static void refuse(std::string_view message, place at);
+  [[noreturn]] void refuse(std::string_view message, place at) const;
   void refuse_at(keyword word, std::string_view message) const {
     if (at(word)) refuse(message, now_.at);
   }
