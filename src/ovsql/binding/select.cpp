@@ -96,8 +96,7 @@ bool binder::is_own_column(const expression& of, std::uint32_t block) const {
   if (std::holds_alternative<physical_queryplan::literal>(of)) return false;
   bool own = true;
   for_each_column(of, [&](std::uint32_t number) {
-    const column_owner& owner = names_.owner(number);
-    own = own && (owner.block == block || owner.block == 0);
+    own = own && (names_.is_free(number) || names_.item_of(number, block));
   });
   return own;
 }
