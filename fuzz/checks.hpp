@@ -14,6 +14,9 @@ void check_any_plan(std::span<const std::uint8_t> input);
 // Two plans that mean the same have the same rows.
 void check_equal_plans(std::span<const std::uint8_t> input);
 
+// Any bytes as a script of SQL: every statement is understood or is an error with a place, and the next one is found.
+void check_parse(std::span<const std::uint8_t> input);
+
 }  // namespace fuzz
 
 #endif  // FUZZ_CHECKS_HPP_

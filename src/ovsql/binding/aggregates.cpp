@@ -94,8 +94,9 @@ bound binder::bind_aggregate(const syntax::call& written, syntax::place at, cons
   site.scope->groups = outside;
 
   if (function == "sum" || function == "avg") argument = as_number(std::move(argument), function);
-  if (argument.kind == value_kind::null && !written.star) {
-    argument.kind = value_kind::int64;
+  const bool is_untyped = argument.kind == value_kind::null;
+  if (is_untyped) {
+    argument.kind = function == "sum" || function == "avg" ? value_kind::int64 : value_kind::text;
     argument.value = ovhost::when_as(argument.kind, lit(true), std::move(argument.value), ovhost::null());
   }
   if (filter) {
@@ -111,6 +112,7 @@ bound binder::bind_aggregate(const syntax::call& written, syntax::place at, cons
   if (!written.star || filter) arguments.push_back(std::move(argument.value));
   bound made = add_aggregate(into, make_named(function, std::move(arguments), kind, names_.make(function, {})), kind, at);
   made.target = target;
+  if (is_untyped && kind == value_kind::text) made.kind = value_kind::null;
   return made;
 }
 

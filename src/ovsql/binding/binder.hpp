@@ -43,8 +43,11 @@ struct grouping {
 
 class binder {
  public:
-  binder(const catalog& tables, bool null_on_division_by_zero, std::uint32_t numbered_parameters, naming& names)
+  // text: that of the statement, in which the places of its tree are.
+  binder(const catalog& tables, std::string_view text, bool null_on_division_by_zero,
+         std::uint32_t numbered_parameters, naming& names)
       : catalog_(tables),
+        text_(text),
         null_on_division_by_zero_(null_on_division_by_zero),
         numbered_parameters_(numbered_parameters),
         names_(names) {}
@@ -167,6 +170,7 @@ class binder {
   bool is_own_column(const expression& of, std::uint32_t block) const;
 
   const catalog& catalog_;
+  std::string_view text_;
   bool null_on_division_by_zero_;
   std::uint32_t numbered_parameters_;
   naming& names_;

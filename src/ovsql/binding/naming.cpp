@@ -30,9 +30,26 @@ std::uint32_t column_number(const expression& of) {
 }
 
 identifier naming::make(std::string_view name, column_owner owner) {
-  owners_.push_back(owner);
+  owners_.push_back({owner});
   names_.emplace_back(name);
   return {0, 0, 0, static_cast<std::uint32_t>(owners_.size() - 1)};
+}
+
+void naming::give_to(std::uint32_t number, column_owner owner) {
+  owner_list* last = &owners_[number];
+  if (last->owner.block == 0) {
+    last->owner = owner;
+    return;
+  }
+  more_.push_back({owner, last->next});
+  last->next = static_cast<std::uint32_t>(more_.size() - 1);
+}
+
+std::optional<std::uint32_t> naming::item_of(std::uint32_t number, std::uint32_t block) const {
+  for (const owner_list* each = &owners_[number];; each = &more_[each->next]) {
+    if (each->owner.block == block) return each->owner.item;
+    if (each->next == 0) return std::nullopt;
+  }
 }
 
 std::size_t naming::parameter(const syntax::parameter& written, std::uint32_t numbered) {
@@ -56,16 +73,9 @@ ovhost::column_names naming::column_names() const {
 item_set items_of(const expression& of, std::uint32_t block, const naming& names) {
   item_set items;
   for_each_column(of, [&](std::uint32_t number) {
-    const column_owner& owner = names.owner(number);
-    if (owner.block == block) items.set(owner.item);
+    if (const auto item = names.item_of(number, block)) items.set(*item);
   });
   return items;
-}
-
-bool is_made_in(const expression& column, std::uint32_t block, const naming& names) {
-  bool here = true;
-  for_each_column(column, [&](std::uint32_t number) { here = here && names.owner(number).block == block; });
-  return here;
 }
 
 }  // namespace ovsql

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -20,7 +21,7 @@ namespace ovsql {
 using physical_queryplan::expression;
 using physical_queryplan::identifier;
 
-// Which SELECT makes a column, and by which of its items. Blocks are numbered from 1; 0 is none.
+// A SELECT that has a column, and the item that it has it from. Blocks are numbered from 1; 0 is none.
 struct column_owner {
   std::uint32_t block = 0;
   std::uint32_t item = 0;
@@ -36,10 +37,14 @@ class naming {
  public:
   identifier make(std::string_view name, column_owner owner);
 
-  // Says that a column, made further in, is one of an item of an enclosing SELECT.
-  void give_to(std::uint32_t number, column_owner owner) { owners_[number] = owner; }
+  // Says that a column of a subquery is one of an item of the SELECT around it, too.
+  void give_to(std::uint32_t number, column_owner owner);
 
-  const column_owner& owner(std::uint32_t number) const { return owners_[number]; }
+  // The item that a SELECT has a column from; nothing for a column of other SELECTs and for one that no item makes.
+  std::optional<std::uint32_t> item_of(std::uint32_t number, std::uint32_t block) const;
+
+  // Whether no item of any SELECT makes the column: it is a result of grouping, say.
+  bool is_free(std::uint32_t number) const { return owners_[number].owner.block == 0; }
   std::uint32_t new_block() { return ++blocks_; }
 
   // The number, from 0, of a parameter as written. Named ones are numbered behind the others.
@@ -55,7 +60,13 @@ class naming {
   std::vector<syntax::place> divisions = {};  // where the statement divides
 
  private:
-  std::vector<column_owner> owners_ = {{}};
+  // The owners of a column, the innermost SELECT first: one in place, the others in a list.
+  struct owner_list {
+    column_owner owner{};
+    std::uint32_t next = 0;  // in more_; 0 is the end
+  };
+  std::vector<owner_list> owners_ = {{}};
+  std::vector<owner_list> more_ = {{}};
   std::vector<std::string> names_ = {{}};
   std::uint32_t blocks_ = 0;
   std::vector<parameter_info> parameters_;
@@ -86,9 +97,6 @@ inline bool same_expression(const expression& left, const expression& right) {
 
 // The items of a block that an expression reads.
 item_set items_of(const expression& of, std::uint32_t block, const naming& names);
-
-// Whether a column reads nothing of enclosing SELECTs: what it names is made in this block.
-bool is_made_in(const expression& column, std::uint32_t block, const naming& names);
 
 }  // namespace ovsql
 

@@ -169,6 +169,7 @@ query binder::bind_view(const view& of, syntax::place at) {
   constexpr std::size_t deepest = 100;
   if (++views_ > deepest) throw error(error_kind::limit, "views are nested too deeply", at.begin);
   const common_tables* const before = std::exchange(common_, nullptr);
+  const std::string_view text = std::exchange(text_, of.text);
   query made;
   try {
     made = bind_query(*of.definition->of, nullptr);
@@ -176,6 +177,7 @@ query binder::bind_view(const view& of, syntax::place at) {
     throw error(inside.kind(), "in the view " + quoted(of.definition->view.text) + ": " + inside.what(), at.begin);
   }
   common_ = before;
+  text_ = text;
   --views_;
   rename(made, of.definition->columns, at);
   return made;

@@ -96,8 +96,7 @@ bool binder::is_own_column(const expression& of, std::uint32_t block) const {
   if (std::holds_alternative<physical_queryplan::literal>(of)) return false;
   bool own = true;
   for_each_column(of, [&](std::uint32_t number) {
-    const column_owner& owner = names_.owner(number);
-    own = own && (owner.block == block || owner.block == 0);
+    own = own && (names_.is_free(number) || names_.item_of(number, block));
   });
   return own;
 }
@@ -212,7 +211,7 @@ void binder::bind_order(const syntax::query& written, const std::vector<const sy
 
 bool binder::is_same_tree(const syntax::expression& left, const syntax::expression& right,
                           const expression_site& site) const {
-  return syntax::same(left, right, [&](const syntax::expression& a, const syntax::expression& b) {
+  return syntax::same(left, right, text_, [&](const syntax::expression& a, const syntax::expression& b) {
     const resolved_column x = resolve(a, *site.scope);
     const resolved_column y = resolve(b, *site.scope);
     if (x.value.has_value() != y.value.has_value() || x.path != y.path) return false;

@@ -88,7 +88,7 @@ void binder::add_subquery(query of, const syntax::source& written, std::string_v
   take_reads(of, made, {&scope});
   // What it reads of queries further out is read by this one, too.
   for (const std::uint32_t column : of.reads) {
-    if (names_.owner(column).block != scope.block) scope.reads.push_back(column);
+    if (!names_.item_of(column, scope.block)) scope.reads.push_back(column);
   }
   take_outputs(of, {scope.block, number});
   relation seen;

@@ -65,11 +65,10 @@ const output& binder::only_output(const query& of, syntax::place at) const {
   return of.outputs.front();
 }
 
-// Notes what the query reads of the SELECT that it stands in, and that its columns are that SELECT's from here on.
+// Notes what the query reads of the SELECT that it stands in.
 void binder::take_reads(const query& from, item& into, const expression_site& site) {
   for (const std::uint32_t number : from.reads) {
-    const column_owner& owner = names_.owner(number);
-    if (owner.block == site.scope->block) into.needs.set(owner.item);
+    if (const auto item = names_.item_of(number, site.scope->block)) into.needs.set(*item);
   }
 }
 

@@ -12,8 +12,8 @@
 namespace ovsql {
 namespace {
 
-plan plan_query(database_state& db, const syntax::query& of, std::uint32_t numbered, compiled& into) {
-  binder binding(db.catalog, db.how.null_on_division_by_zero, numbered, into.names);
+plan plan_query(database_state& db, const syntax::query& of, const source_text& from, compiled& into) {
+  binder binding(db.catalog, from.text, db.how.null_on_division_by_zero, from.numbered, into.names);
   query bound = binding.bind_query(of, nullptr);
   for (const output& each : bound.outputs) {
     into.columns.push_back({each.name, each.kind, each.target != nullptr ? each.target->name() : std::string()});
@@ -42,24 +42,24 @@ double database_state::row_count(const table& of) {
   return found;
 }
 
-void compile_query(database_state& db, const syntax::query& of, std::uint32_t numbered, compiled& into) {
+void compile_query(database_state& db, const syntax::query& of, const source_text& from, compiled& into) {
   with_errors({}, [&] {
-    plan made = plan_query(db, of, numbered, into);
+    plan made = plan_query(db, of, from, into);
     std::vector<physical_to_exec::column_type> types;
     std::tie(into.plan.emplace(), types) = physical_to_exec::Plan(std::move(made));
   });
 }
 
-std::unique_ptr<compiled> compile(database_state& db, const syntax::statement& tree) {
+std::unique_ptr<compiled> compile(database_state& db, const syntax::statement& tree, std::string_view text) {
   auto made = std::make_unique<compiled>();
-  const std::uint32_t numbered = tree.question_marks;
+  const source_text from = {text, tree.question_marks};
   if (const auto* const query = std::get_if<const syntax::query*>(&tree.is)) {
-    compile_query(db, **query, numbered, *made);
+    compile_query(db, **query, from, *made);
   } else if (const auto* const insert = std::get_if<syntax::insert>(&tree.is)) {
-    compile_insert(db, *insert, numbered, *made);
+    compile_insert(db, *insert, from, *made);
   } else if (const auto* const explain = std::get_if<syntax::explain>(&tree.is)) {
     with_errors({}, [&] {
-      const plan shown = plan_query(db, *explain->of, numbered, *made);
+      const plan shown = plan_query(db, *explain->of, from, *made);
       made->words = ovsql::explain(db, shown, made->names, explain->format);
     });
     made->columns = {{"plan", value_kind::text}};

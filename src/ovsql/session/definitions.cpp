@@ -101,7 +101,7 @@ void add_rules(database_state& db, const syntax::create_table& of, const std::ve
     column_rule rule{each.not_null};
     if (each.default_value != nullptr) {
       naming names;
-      const bound value = binder(db.catalog, false, 0, names).bind_constant(*each.default_value, "DEFAULT");
+      const bound value = binder(db.catalog, {}, false, 0, names).bind_constant(*each.default_value, "DEFAULT");
       const auto* const literal = std::get_if<physical_queryplan::literal>(&value.value);
       if (literal == nullptr) {
         throw error(error_kind::unsupported, "a default value is written out", each.default_value->at.begin);
@@ -174,10 +174,10 @@ void define(database_state& db, const syntax::create_table& of) {
   made_here.keep();
 }
 
-std::uint64_t define_as(database_state& db, const syntax::create_table& of, std::uint32_t numbered) {
+std::uint64_t define_as(database_state& db, const syntax::create_table& of, const source_text& from) {
   if (!is_free(db, of.table, of.if_not_exists)) return 0;
   compiled rows;
-  compile_query(db, *of.as, numbered, rows);
+  compile_query(db, *of.as, from, rows);
   if (!rows.names.parameters().empty()) {
     throw error(error_kind::unsupported, "CREATE TABLE AS takes no parameters", of.table.at.begin);
   }
@@ -239,19 +239,19 @@ void define(database_state& db, const syntax::create_index& of) {
   db.read_catalog();
 }
 
-void define(database_state& db, const syntax::create_view& of, std::string_view text) {
+void define(database_state& db, const syntax::create_view& of, const source_text& from) {
   if (db.catalog.find_table(of.view.text) != nullptr || !of.or_replace) {
     if (!is_free(db, of.view, of.if_not_exists)) return;
   }
   compiled checked;
-  compile_query(db, *of.of, 0, checked);
+  compile_query(db, *of.of, from, checked);
   if (of.columns.size() > checked.columns.size()) {
     refuse("the view has " + std::to_string(checked.columns.size()) + " columns, not " +
                std::to_string(of.columns.size()),
            of.columns.front().at);
   }
   auto kept = std::make_shared<view>();
-  kept->text = text;
+  kept->text = from.text;
   std::size_t next = 0;
   kept->definition = &std::get<syntax::create_view>(syntax::parse(kept->text, next, kept->memory)->is);
   db.catalog.add_view(std::string(of.view.text), std::move(kept));

@@ -22,7 +22,7 @@ std::optional<value> literal_value(const expression& of) {
 
 // Reads rows of literals without planning anything: there may be very many. Gives up at the first value that is none.
 bool read_literals(const database_state& db, const syntax::values& of, std::size_t width, compiled& into) {
-  binder binding(db.catalog, db.how.null_on_division_by_zero, 0, into.names);
+  binder binding(db.catalog, {}, db.how.null_on_division_by_zero, 0, into.names);
   into.literal_rows.reserve(of.rows.size());
   for (const syntax::expression_list& row : of.rows) {
     if (row.size() != width) return false;
@@ -57,7 +57,7 @@ bool read_literals(const database_state& db, const syntax::values& of, std::size
 
 }  // namespace
 
-void compile_insert(database_state& db, const syntax::insert& of, std::uint32_t numbered, compiled& into) {
+void compile_insert(database_state& db, const syntax::insert& of, const source_text& from, compiled& into) {
   const table* const found = db.catalog.find_table(of.table.text);
   if (found == nullptr) {
     const bool is_view = db.catalog.find_view(of.table.text) != nullptr;
@@ -94,7 +94,7 @@ void compile_insert(database_state& db, const syntax::insert& of, std::uint32_t 
   const bool is_literal =
       is_bare && with_errors({}, [&] { return read_literals(db, *values, into.targets.size(), into); });
   if (is_literal) return;
-  compile_query(db, *of.rows, numbered, into);
+  compile_query(db, *of.rows, from, into);
   if (into.columns.size() != into.targets.size()) {
     throw error(error_kind::type,
                 "there are " + std::to_string(into.columns.size()) + " values for " +

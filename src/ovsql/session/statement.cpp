@@ -40,11 +40,10 @@ std::vector<value> bound_parameters(const statement_state& of) {
 
 struct other_statement {
   database_state& db;
-  const statement_state& of;
-  std::uint32_t numbered;
+  source_text from;
 
   std::uint64_t operator()(const syntax::create_table& tree) const {
-    if (tree.as != nullptr) return define_as(db, tree, numbered);
+    if (tree.as != nullptr) return define_as(db, tree, from);
     define(db, tree);
     return 0;
   }
@@ -53,7 +52,7 @@ struct other_statement {
     return 0;
   }
   std::uint64_t operator()(const syntax::create_view& tree) const {
-    define(db, tree, of.sql);
+    define(db, tree, from);
     return 0;
   }
   std::uint64_t operator()(const syntax::drop& tree) const {
@@ -70,7 +69,7 @@ struct other_statement {
 void start(statement_state& of) {
   database_state& db = *of.db;
   if (of.version != db.version) {
-    with_tree(of, [&](const syntax::statement& tree) { of.code = compile(db, tree); });
+    with_tree(of, [&](const syntax::statement& tree) { of.code = compile(db, tree, of.sql); });
     of.version = db.version;
   }
   of.changes = 0;
@@ -83,7 +82,7 @@ void start(statement_state& of) {
     of.running = std::make_unique<run>(*of.code->plan, bound_parameters(of), db.context->handle());
   } else {
     with_tree(of, [&](const syntax::statement& tree) {
-      of.changes = std::visit(other_statement{db, of, tree.question_marks}, tree.is);
+      of.changes = std::visit(other_statement{db, {of.sql, tree.question_marks}}, tree.is);
     });
   }
 }

@@ -43,6 +43,12 @@ struct compiled {
   std::vector<syntax::place> places{};              // of the first row's values
 };
 
+// The text that a tree's places are in, and how many of the statement's parameters are numbered.
+struct source_text {
+  std::string_view text;
+  std::uint32_t numbered = 0;
+};
+
 struct statement_state {
   database_state* db = nullptr;
   std::string sql{};
@@ -62,19 +68,19 @@ struct statement_state {
 // ---- compile.cpp
 
 // Binds and plans a query, an INSERT or an EXPLAIN; of other statements only the kind is looked at.
-std::unique_ptr<compiled> compile(database_state& db, const syntax::statement& tree);
+std::unique_ptr<compiled> compile(database_state& db, const syntax::statement& tree, std::string_view text);
 
 // Plans a query and fills in plan and columns.
-void compile_query(database_state& db, const syntax::query& of, std::uint32_t numbered, compiled& into);
+void compile_query(database_state& db, const syntax::query& of, const source_text& from, compiled& into);
 
 // ---- definitions.cpp, insertion.cpp, copying.cpp: statements that change the database. Return how many rows were added.
 
 void define(database_state& db, const syntax::create_table& of);
-std::uint64_t define_as(database_state& db, const syntax::create_table& of, std::uint32_t numbered);
+std::uint64_t define_as(database_state& db, const syntax::create_table& of, const source_text& from);
 void define(database_state& db, const syntax::create_index& of);
-void define(database_state& db, const syntax::create_view& of, std::string_view text);
+void define(database_state& db, const syntax::create_view& of, const source_text& from);
 void drop(database_state& db, const syntax::drop& of);
-void compile_insert(database_state& db, const syntax::insert& of, std::uint32_t numbered, compiled& into);
+void compile_insert(database_state& db, const syntax::insert& of, const source_text& from, compiled& into);
 std::uint64_t insert(database_state& db, const compiled& of, std::vector<value> parameters);
 std::uint64_t copy(database_state& db, const syntax::copy_from& of);
 

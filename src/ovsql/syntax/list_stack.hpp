@@ -24,15 +24,15 @@ class list_stack {
   template <class T>
   void push(const T& item) {
     static_assert(std::is_trivially_copyable_v<T> && alignof(T) <= alignof(std::max_align_t));
-    if (size_ - used_ < sizeof(T)) grow();
-    std::memcpy(bytes_ + used_, &item, sizeof(T));
-    used_ += sizeof(T);
+    if (size_ - used_ < bytes_of<T>) grow();
+    std::memcpy(bytes_ + used_, &item, bytes_of<T>);
+    used_ += bytes_of<T>;
   }
 
   // Takes the list that begins there, the topmost one, off the stack.
   template <class T>
   std::span<const T> keep(std::size_t begin, memory& in) {
-    const std::span<const T> kept = in.keep_bytes<T>(bytes_ + begin, (used_ - begin) / sizeof(T));
+    const std::span<const T> kept = in.keep_bytes<T>(bytes_ + begin, (used_ - begin) / bytes_of<T>);
     used_ = begin;
     return kept;
   }

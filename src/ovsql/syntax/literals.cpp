@@ -10,7 +10,7 @@
 namespace ovsql::syntax {
 namespace {
 
-[[noreturn]] void fail(const char* message, std::size_t position) {
+[[noreturn]] void fail_literal(const char* message, std::size_t position) {
   throw error(error_kind::syntax, message, position);
 }
 
@@ -42,7 +42,8 @@ class escapes {
         made += each;
       }
     }
-    if (find_invalid_utf8(made) != std::string_view::npos) fail("the escapes of this text are not UTF-8", position_);
+    if (find_invalid_utf8(made) != std::string_view::npos)
+      fail_literal("the escapes of this text are not UTF-8", position_);
     return made;
   }
 
@@ -75,7 +76,7 @@ class escapes {
   }
 
   static void append_byte(std::string& to, std::uint32_t number, std::size_t begin) {
-    if (number == 0 || number > 0xFF) fail("this escape stands for no byte", begin);
+    if (number == 0 || number > 0xFF) fail_literal("this escape stands for no byte", begin);
     to += static_cast<char>(number);
   }
 
@@ -84,7 +85,7 @@ class escapes {
     const std::uint32_t number = read(16, digits);
     const bool is_surrogate = number >= 0xD800 && number < 0xE000;
     if (next_ - first != digits || number == 0 || number > 0x10FFFF || is_surrogate) {
-      fail("this escape stands for no character", begin);
+      fail_literal("this escape stands for no character", begin);
     }
     append_utf8(to, number);
   }
@@ -119,7 +120,7 @@ std::string_view decoded_binary(std::string_view text, const token& of, memory& 
   for (std::size_t at = of.at.begin + 2; at != of.at.end - 1; at += 2) {
     const unsigned high = hex_value(text[at]);
     const unsigned low = hex_value(text[at + 1]);
-    if (high > 15 || low > 15) fail("a binary literal holds pairs of hexadecimal digits", at);
+    if (high > 15 || low > 15) fail_literal("a binary literal holds pairs of hexadecimal digits", at);
     made += static_cast<char>(high * 16 + low);
   }
   return in.keep(made);

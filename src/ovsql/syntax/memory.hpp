@@ -14,6 +14,9 @@
 
 namespace ovsql::syntax {
 
+template <class T>
+inline constexpr std::size_t bytes_of = sizeof(T);  // NOLINT(bugprone-sizeof-expression): of pointers, too
+
 // Holds the trees of one text. What is made in it lives as long as it does and is never destroyed piece by piece, so
 // that no tree is too deep to free.
 class memory {
@@ -32,7 +35,7 @@ class memory {
   std::span<const T> keep(const std::vector<T>& list) {
     static_assert(std::is_trivially_destructible_v<T>);
     if (list.empty()) return {};
-    T* const first = static_cast<T*>(bytes_.allocate(list.size() * sizeof(T), alignof(T)));
+    T* const first = static_cast<T*>(bytes_.allocate(list.size() * bytes_of<T>, alignof(T)));
     std::uninitialized_copy(list.begin(), list.end(), first);
     return {first, list.size()};
   }
@@ -42,8 +45,8 @@ class memory {
   std::span<const T> keep_bytes(const std::byte* items, std::size_t count) {
     static_assert(std::is_trivially_copyable_v<T>);
     if (count == 0) return {};
-    void* const first = bytes_.allocate(count * sizeof(T), alignof(T));
-    std::memcpy(first, items, count * sizeof(T));
+    void* const first = bytes_.allocate(count * bytes_of<T>, alignof(T));
+    std::memcpy(first, items, count * bytes_of<T>);
     return {static_cast<const T*>(first), count};
   }
 

@@ -9,12 +9,15 @@ namespace {
 
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
-// Where the first statement begins that is not empty.
-std::uint32_t skip_empty_statements(std::string_view text, std::uint32_t from) {
+// Moves a byte to where the first statement begins that is not empty; behind the last empty one where it throws.
+void skip_empty_statements(std::string_view text, std::uint32_t& from) {
   if (from == 0 && text.starts_with(byte_order_mark)) from = byte_order_mark.size();
   token first = next_token(text, from);
-  while (first.kind == token_kind::semicolon) first = next_token(text, first.at.end);
-  return first.at.begin;
+  while (first.kind == token_kind::semicolon) {
+    from = first.at.end;
+    first = next_token(text, from);
+  }
+  from = first.at.begin;
 }
 
 const statement* parse_from(std::string_view text, std::uint32_t begin, std::size_t& next, memory& into) {
@@ -33,13 +36,14 @@ const statement* parse_from(std::string_view text, std::uint32_t begin, std::siz
 }  // namespace
 
 const statement* parse(std::string_view text, std::size_t& next, memory& in) {
+  if (next >= text.size()) return nullptr;
   if (text.size() > most_bytes) {
     next = text.size();
     throw error(error_kind::limit, "the text is longer than 64 MiB");
   }
   auto begin = static_cast<std::uint32_t>(next);
   try {
-    begin = skip_empty_statements(text, begin);
+    skip_empty_statements(text, begin);
     next = begin;
     return begin == text.size() ? nullptr : parse_from(text, begin, next, in);
   } catch (const error&) {

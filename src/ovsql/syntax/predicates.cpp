@@ -18,7 +18,7 @@ void refuse_second_negatable(reader& in) {
   refuse_second(in, is_negatable(word) || (word == "not"_k && is_negatable(in.after_now().word)));
 }
 
-draft parse_distinct(reader& in, const expression* left, place at, bool negated) {
+draft parse_is_distinct(reader& in, const expression* left, place at, bool negated) {
   in.expect("from"_k, "FROM");
   const expression* const right = parse_expression(in, level::comparison);
   refuse_second(in, in.at("is"_k) || in.at("isnull"_k) || in.at("notnull"_k));
@@ -103,7 +103,7 @@ draft parse_is(reader& in, const expression* operand, place at) {
     return make_draft(in, is_test{operand, truth_test::null, word != "isnull"_k}, in.from(at.begin));
   }
   const bool negated = in.accept("not"_k);
-  if (in.accept("distinct"_k)) return parse_distinct(in, operand, at, negated);
+  if (in.accept("distinct"_k)) return parse_is_distinct(in, operand, at, negated);
   if (in.accept("of"_k)) return parse_is_of(in, operand, at, negated);
   const truth_test test = take_truth_test(in);
   return make_draft(in, is_test{operand, test, negated}, in.from(at.begin));

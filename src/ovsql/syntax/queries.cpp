@@ -7,8 +7,6 @@
 namespace ovsql::syntax {
 namespace {
 
-query parse_union(reader& in);
-
 query in_brackets(reader& in) {
   in.take();
   const query inside = *parse_query(in);
@@ -55,7 +53,7 @@ bool accept_all(reader& in) {
   return false;
 }
 
-query joined(reader& in, set_operator op, const query& left, query (*parse_right)(reader&)) {
+query join_terms(reader& in, set_operator op, const query& left, query (*parse_right)(reader&)) {
   const place sign = in.take().at;
   const bool all = accept_all(in);
   const query* const first = in.trees.make(left);
@@ -67,7 +65,7 @@ query joined(reader& in, set_operator op, const query& left, query (*parse_right
 }
 
 query continue_intersect(reader& in, query left) {
-  while (in.at("intersect"_k)) left = joined(in, set_operator::intersect, left, parse_term);
+  while (in.at("intersect"_k)) left = join_terms(in, set_operator::intersect, left, parse_term);
   return left;
 }
 
@@ -76,7 +74,7 @@ query parse_intersect(reader& in) { return continue_intersect(in, parse_term(in)
 query continue_union(reader& in, query left) {
   while (in.at("union"_k) || in.at("except"_k)) {
     const set_operator op = in.at("union"_k) ? set_operator::union_of : set_operator::except;
-    left = joined(in, op, left, parse_intersect);
+    left = join_terms(in, op, left, parse_intersect);
   }
   return left;
 }

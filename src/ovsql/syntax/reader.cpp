@@ -103,7 +103,7 @@ std::string reader::keyword_hint() const {
   return ", a keyword; write " + in_quotes('"' + std::string(text_of(now_.at)) + '"') + " to use it as a name";
 }
 
-void reader::refuse(std::string_view message, place at) {
+void reader::refuse(std::string_view message, place at) const {
   throw error(error_kind::unsupported, std::string(message), at.begin);
 }
 

@@ -22,7 +22,8 @@ class reader {
   list_stack lists;                  // lists that are being read
   std::uint32_t question_marks = 0;  // the highest number of a parameter
 
-  // ---- Looking. `now` is the first token that is not taken yet; `after_now` is the one behind it.
+  // ---- Looking. `now` is the first token that is not taken yet; `after_now` is the one behind it;
+  //      do not ask for it at a semicolon: the next statement may be broken.
 
   const token& now() const { return now_; }
   token after(const token& of) const { return next_token(text_, of.at.end); }
@@ -82,7 +83,7 @@ class reader {
   // Says: expected WHAT after "...", found "...".
   [[noreturn]] void fail_expected(std::string_view what) const;
   // Says what is SQL and not done here.
-  [[noreturn]] static void refuse(std::string_view message, place at);
+  [[noreturn]] void refuse(std::string_view message, place at) const;
   void refuse_at(keyword word, std::string_view message) const {
     if (at(word)) refuse(message, now_.at);
   }

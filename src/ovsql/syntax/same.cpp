@@ -7,13 +7,14 @@ namespace {
 
 class comparison {
  public:
-  explicit comparison(const std::function<bool(const expression&, const expression&)>& same_column)
-      : same_column_(same_column) {}
+  comparison(std::string_view text, const std::function<bool(const expression&, const expression&)>& same_column)
+      : text_(text), same_column_(same_column) {}
 
   bool operator()(const expression* left, const expression* right) const {
     if (left == right) return true;
     if (left == nullptr || right == nullptr || left->is.index() != right->is.index()) return false;
     if (std::holds_alternative<column>(left->is)) return same_column_(*left, *right);
+    if (has_query(*left)) return words(*left) == words(*right);
     return std::visit([&]<class T>(const T& held) { return alike(held, *std::get_if<T>(&right->is)); }, left->is);
   }
 
@@ -22,6 +23,16 @@ class comparison {
     return std::equal(left.begin(), left.end(), right.begin(), right.end(), *this);
   }
 
+  static bool has_query(const expression& of) {
+    return std::holds_alternative<in_query>(of.is) || std::holds_alternative<exists>(of.is) ||
+           std::holds_alternative<quantified>(of.is) || std::holds_alternative<scalar_query>(of.is);
+  }
+  std::string_view words(const expression& of) const { return text_.substr(of.at.begin, of.at.end - of.at.begin); }
+
+  template <class Query>
+  static bool alike(const Query&, const Query&) {
+    return false;
+  }
   static bool alike(const null_literal&, const null_literal&) { return true; }
   static bool alike(const truth_literal& a, const truth_literal& b) { return a.value == b.value; }
   static bool alike(const number_literal& a, const number_literal& b) { return a.digits == b.digits; }
@@ -56,10 +67,6 @@ class comparison {
   bool alike(const in_list& a, const in_list& b) const {
     return a.negated == b.negated && (*this)(a.operand, b.operand) && all(a.members, b.members);
   }
-  static bool alike(const in_query&, const in_query&) { return false; }
-  static bool alike(const exists&, const exists&) { return false; }
-  static bool alike(const quantified&, const quantified&) { return false; }
-  static bool alike(const scalar_query&, const scalar_query&) { return false; }
   bool alike(const conditional& a, const conditional& b) const {
     return (*this)(a.operand, b.operand) && (*this)(a.otherwise, b.otherwise) &&
            std::equal(a.branches.begin(), a.branches.end(), b.branches.begin(), b.branches.end(),
@@ -73,14 +80,15 @@ class comparison {
            all(a.arguments, b.arguments) && (*this)(a.filter, b.filter);
   }
 
+  std::string_view text_;
   const std::function<bool(const expression&, const expression&)>& same_column_;
 };
 
 }  // namespace
 
-bool same(const expression& left, const expression& right,
+bool same(const expression& left, const expression& right, std::string_view text,
           const std::function<bool(const expression&, const expression&)>& same_column) {
-  return comparison(same_column)(&left, &right);
+  return comparison(text, same_column)(&left, &right);
 }
 
 }  // namespace ovsql::syntax

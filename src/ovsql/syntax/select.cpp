@@ -29,12 +29,14 @@ bool parse_distinct(reader& in) {
   return true;
 }
 
+void refuse_grouping_sets(const reader& in) {
+  const bool is_call = (in.at("rollup"_k) || in.at("cube"_k)) && in.after_now().kind == token_kind::open;
+  const bool is_sets = in.at("grouping"_k) && in.after_now().word == "sets"_k;
+  if (is_call || is_sets) in.refuse("GROUPING SETS, ROLLUP and CUBE are not supported", in.now().at);
+}
+
 const expression* parse_group_key(reader& in) {
-  const bool has_bracket = in.after_now().kind == token_kind::open;
-  if ((has_bracket && (in.at("rollup"_k) || in.at("cube"_k))) ||
-      (in.at("grouping"_k) && in.after_now().word == "sets"_k)) {
-    in.refuse("GROUPING SETS, ROLLUP and CUBE are not supported", in.now().at);
-  }
+  refuse_grouping_sets(in);
   return parse_expression(in);
 }
 

@@ -42,7 +42,7 @@ const source* finish_query(reader& in, const query* of, std::uint32_t begin, boo
 }
 
 // (SELECT ...), or a join in brackets. ((SELECT ...) UNION ...) looks like the latter at first.
-const source* parse_brackets(reader& in) {
+const source* parse_source_in_brackets(reader& in) {
   const std::uint32_t begin = in.take().at.begin;
   if (begins_query(in)) return finish_query(in, parse_query(in), begin, false);
   const source* const inside = parse_source(in);
@@ -63,9 +63,9 @@ const source* parse_lateral(reader& in) {
   return finish_query(in, parse_query(in), begin, true);
 }
 
-const source* parse_operand(reader& in) {
+const source* parse_joined_operand(reader& in) {
   in.require_stack();
-  if (in.at(token_kind::open)) return parse_brackets(in);
+  if (in.at(token_kind::open)) return parse_source_in_brackets(in);
   if (in.at("lateral"_k)) return parse_lateral(in);
   return parse_table(in);
 }
@@ -113,7 +113,7 @@ const source* parse_join(reader& in, const source* left) {
   const bool is_cross = !made.natural && in.accept("cross"_k);
   made.kind = is_cross ? join_kind::cross : take_join_kind(in);
   in.expect("join"_k, "JOIN");
-  made.right = parse_operand(in);
+  made.right = parse_joined_operand(in);
   if (!is_cross && !made.natural) parse_condition(in, made);
   return in.trees.make(source{made, {}, {}, in.from(left->at.begin)});
 }
@@ -121,7 +121,7 @@ const source* parse_join(reader& in, const source* left) {
 }  // namespace
 
 const source* parse_source(reader& in) {
-  const source* left = parse_operand(in);
+  const source* left = parse_joined_operand(in);
   while (at_join(in)) left = parse_join(in, left);
   return left;
 }
