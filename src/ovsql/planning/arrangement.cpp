@@ -6,7 +6,9 @@
 
 #include "ovhost/plans/expressions.hpp"
 #include "ovsql/binding/bound.hpp"
+#include "ovsql/binding/binder.hpp"
 #include "ovsql/errors/error.hpp"
+#include "ovsql/planning/value_list.hpp"
 
 namespace ovsql {
 namespace {
@@ -18,6 +20,7 @@ constexpr double keeping_cost = 2;        // of a row, beside reading it
 constexpr double lookup_cost = 2;         // of a key in an index
 constexpr double equality_share = 0.1;    // of the rows that an equality lets pass
 constexpr double condition_share = 0.5;   // of those that another condition does
+constexpr double most_listed = 10;        // rows of a table for each value of a list that is looked up
 constexpr std::size_t most_starts = 8;    // with more items, only the smallest is tried as the first
 
 bool is_equality(const expression& of) { return std::holds_alternative<physical_queryplan::Equality>(of); }
@@ -304,10 +307,36 @@ plan arrangement::add(std::optional<plan> base, item next, std::vector<order_key
   return made;
 }
 
-plan arrangement::read_table(item next, const std::vector<condition*>& conditions, std::vector<order_key>& order) {
+// Looks each value of an IN list up in an index, where one begins with the column.
+std::optional<plan> arrangement::read_listed(const item& next, std::vector<condition*>& conditions) const {
+  const double rows = by_.row_count_(*next.table);
+  for (auto each = conditions.begin(); each != conditions.end(); ++each) {
+    std::optional<value_list> list = find_value_list((*each)->test, next);
+    if (!list || static_cast<double>(list->values.size()) * most_listed > rows) continue;
+    const index* through = nullptr;
+    for (const index& other : next.table->indexes) {
+      if (other.key.front().column != list->column) continue;
+      if (through == nullptr || (other.unique && other.key.size() == 1)) through = &other;
+    }
+    if (through == nullptr) continue;
+    const assignment listed = by_.name_value(list->values.front());
+    std::vector<plan> values;
+    for (expression& value : list->values) values.push_back(ovhost::generate({std::move(value), listed.column}));
+    plan found = physical_queryplan::QueryPlan::Scan{
+        next.variable, through->object, {ovhost::key::equal(read_of(listed))}, true};
+    conditions.erase(each);
+    return ovhost::join(unite_all(values), std::move(found));
+  }
+  return std::nullopt;
+}
+
+plan arrangement::read_table(item next, std::vector<condition*> conditions, std::vector<order_key>& order) {
   const std::vector<const condition*> given(conditions.begin(), conditions.end());
   const std::vector<column_bound> bounds = find_bounds(next, given, known_);
   access_path path = choose_path(*next.table, bounds, by_.row_count_(*next.table));
+  if (path.bounds.empty()) {
+    if (auto listed = read_listed(next, conditions)) return test(*std::move(listed), next.covers, std::move(conditions));
+  }
   bool ascending = true;
   if (!order.empty()) serve_order(next, path, bounds, order, ascending);
   std::vector<bool> is_exact(conditions.size());

@@ -9,12 +9,11 @@
 namespace ovsql {
 namespace {
 
-// A tree of unions that is no deeper than needed.
-plan unite_all(std::vector<plan>& parts, std::size_t begin, std::size_t end) {
+plan unite_range(std::vector<plan>& parts, std::size_t begin, std::size_t end) {
   if (end - begin == 1) return std::move(parts[begin]);
   const std::size_t middle = begin + (end - begin) / 2;
-  plan left = unite_all(parts, begin, middle);
-  return ovhost::unite(std::move(left), unite_all(parts, middle, end));
+  plan left = unite_range(parts, begin, middle);
+  return ovhost::unite(std::move(left), unite_range(parts, middle, end));
 }
 
 std::vector<expression> columns_of(const std::vector<assignment>& all) {
@@ -26,11 +25,21 @@ std::vector<expression> columns_of(const std::vector<assignment>& all) {
 
 }  // namespace
 
+plan unite_all(std::vector<plan>& parts) { return unite_range(parts, 0, parts.size()); }
+
+assignment planner::name_value(const expression& of) const {
+  const identifier id = names_.make("value", {});
+  return ovhost::with_type_of(ovhost::kind_of(of), [&]<class T>() {
+    return assignment{of, physical_queryplan::column_ref(physical_queryplan::computed<T>{id})};
+  });
+}
+
 plan planner::make_body(select_body of, std::vector<order_key>& order, bool is_plain) const {
   const bool orders_by_scan = is_plain && !of.grouped && of.after.items.empty() && of.after.conditions.empty();
   std::vector<order_key> none;
-  arrangement from(*this, std::move(of.from), of.block, {});
-  plan made = from.make(std::nullopt, orders_by_scan ? order : none);
+  std::optional<plan> extreme = find_extreme(of);
+  plan made = extreme ? *std::move(extreme)
+                      : arrangement(*this, std::move(of.from), of.block, {}).make(std::nullopt, orders_by_scan ? order : none);
   if (of.grouped) made = ovhost::group(std::move(of.aggregates), std::move(of.group_by), std::move(made));
   if (of.regrouped) made = ovhost::group(std::move(of.outer_aggregates), std::move(of.outer_group_by), std::move(made));
   if (!of.outer_extend.empty()) made = ovhost::extend(std::move(of.outer_extend), std::move(made));
@@ -50,7 +59,7 @@ plan planner::make_body(values_body of) const {
     std::vector<assignment> rest(std::make_move_iterator(each.begin() + 1), std::make_move_iterator(each.end()));
     rows.push_back(rest.empty() ? std::move(row) : ovhost::extend(std::move(rest), std::move(row)));
   }
-  return unite_all(rows, 0, rows.size());
+  return unite_all(rows);
 }
 
 plan planner::make_body(union_body of) const {

@@ -16,23 +16,30 @@ namespace ovsql {
 
 using ovhost::plan;
 
+// A tree of unions that is no deeper than needed.
+plan unite_all(std::vector<plan>& parts);
+
 class planner {
  public:
   // row_count: about how many rows a table has.
-  planner(const naming& names, std::function<double(const table&)> row_count)
+  planner(naming& names, std::function<double(const table&)> row_count)
       : names_(names), row_count_(std::move(row_count)) {}
 
   // The plan of a query, whose rows have its outputs' columns. A query without outputs gives rows of its mark.
   plan make(query of) const;
 
+  // A new column for a value.
+  assignment name_value(const expression& of) const;
+
  private:
   friend class arrangement;
 
   plan make_body(select_body of, std::vector<order_key>& order, bool is_plain) const;
+  std::optional<plan> find_extreme(const select_body& of) const;
   plan make_body(values_body of) const;
   plan make_body(union_body of) const;
 
-  const naming& names_;
+  naming& names_;
   std::function<double(const table&)> row_count_;
 };
 
