@@ -100,7 +100,8 @@ bound binder::bind_aggregate(const syntax::call& written, syntax::place at, cons
     argument.value = ovhost::when_as(argument.kind, lit(true), std::move(argument.value), ovhost::null());
   }
   if (filter) {
-    argument.value = ovhost::when_as(argument.kind, std::move(filter->value), std::move(argument.value), ovhost::null());
+    argument.value =
+        ovhost::when_as(argument.kind, std::move(filter->value), std::move(argument.value), ovhost::null());
   }
   const bool matters = written.distinct && function != "min" && function != "max";
   if (matters && function == "count") return count_distinct(into, std::move(argument), at);
@@ -110,7 +111,8 @@ bound binder::bind_aggregate(const syntax::call& written, syntax::place at, cons
   const value_kind kind = result_of(function, argument.kind);
   const table* const target = argument.target;
   if (!written.star || filter) arguments.push_back(std::move(argument.value));
-  bound made = add_aggregate(into, make_named(function, std::move(arguments), kind, names_.make(function, {})), kind, at);
+  bound made =
+      add_aggregate(into, make_named(function, std::move(arguments), kind, names_.make(function, {})), kind, at);
   made.target = target;
   if (is_untyped && kind == value_kind::text) made.kind = value_kind::null;
   return made;
@@ -133,10 +135,9 @@ bound binder::add_count(grouping& into, std::vector<expression> of, syntax::plac
 // The executor counts NULL as one more distinct value: it is taken back.
 bound binder::count_distinct(grouping& into, bound of, syntax::place at) {
   const value_kind counted = value_kind::int64;
-  bound distinct = add_aggregate(into,
-                                 make<QueryPlan::CountDistinct>({of.value}, value_kind::uint64,
-                                                                names_.make("distinct", {})),
-                                 value_kind::uint64, at);
+  bound distinct =
+      add_aggregate(into, make<QueryPlan::CountDistinct>({of.value}, value_kind::uint64, names_.make("distinct", {})),
+                    value_kind::uint64, at);
   const bound rows = add_count(into, {}, at);
   const bound known = add_count(into, {of.value}, at);
   expression nulls = ovhost::when_as(counted, ovhost::gt(rows.value, known.value), lit(1), lit(0));

@@ -60,7 +60,8 @@ bound binder::calculate(syntax::binary_operator op, bound left, bound right, syn
   left = as_number(std::move(left), sign_of(op));
   right = as_number(std::move(right), sign_of(op));
   match(left, right, sign);
-  if (op == syntax::binary_operator::divide || op == modulo) return binder::divide(std::move(left), std::move(right), op == modulo, sign, at);
+  if (op == syntax::binary_operator::divide || op == modulo)
+    return binder::divide(std::move(left), std::move(right), op == modulo, sign, at);
   bound made{expression(), ovhost::common_kind(left.kind, right.kind), {left.at.begin, right.at.end}};
   if (made.kind == value_kind::uint64) made.kind = value_kind::int64;
   made.size = left.size + right.size + 1;

@@ -22,10 +22,10 @@ namespace ovsql {
 // Where an expression stands.
 struct expression_site {
   select_scope* scope;
-  item_list* list = nullptr;      // takes what the expression needs computed before it; null: it can need nothing
+  item_list* list = nullptr;       // takes what the expression needs computed before it; null: it can need nothing
   grouping* aggregates = nullptr;  // takes aggregates; null: there can be none
-  std::string_view clause{};      // "WHERE", for messages
-  bool is_conditional = false;    // may not be evaluated for every row
+  std::string_view clause{};       // "WHERE", for messages
+  bool is_conditional = false;     // may not be evaluated for every row
 };
 
 // The groups of one SELECT.
@@ -44,8 +44,8 @@ struct grouping {
 class binder {
  public:
   // text: that of the statement, in which the places of its tree are.
-  binder(const catalog& tables, std::string_view text, bool null_on_division_by_zero,
-         std::uint32_t numbered_parameters, naming& names)
+  binder(const catalog& tables, std::string_view text, bool null_on_division_by_zero, std::uint32_t numbered_parameters,
+         naming& names)
       : catalog_(tables),
         text_(text),
         null_on_division_by_zero_(null_on_division_by_zero),
@@ -97,8 +97,7 @@ class binder {
   resolved_column resolve(const syntax::expression& written, select_scope& scope) const;
   physical_queryplan::variable variable_for(const bound& reference, const expression_site& site, syntax::place at);
   static std::vector<std::string_view> output_names(const relation& of);
-  bool is_same_tree(const syntax::expression& left, const syntax::expression& right,
-                    const expression_site& site) const;
+  bool is_same_tree(const syntax::expression& left, const syntax::expression& right, const expression_site& site) const;
   bound group_key_of(const select_scope& where, bound column, syntax::place at) const;
   [[noreturn]] void refuse_column(const syntax::column& written, syntax::place at, const select_scope& scope) const;
 
@@ -118,8 +117,8 @@ class binder {
   bound bind_quantified(const syntax::expression& operand, syntax::binary_operator op, bool all,
                         const syntax::query& written, syntax::place at, const expression_site& site);
   bool bind_as_test(const syntax::expression& written, const expression_site& site);
-  query bind_matching(const syntax::query& written, const bound& operand, syntax::binary_operator op,
-                      syntax::place at, const expression_site& site);
+  query bind_matching(const syntax::query& written, const bound& operand, syntax::binary_operator op, syntax::place at,
+                      const expression_site& site);
   std::pair<expression, expression> count_rows(const syntax::query& written, syntax::place at,
                                                const expression_site& site);
   expression mark(query& of);
@@ -153,8 +152,8 @@ class binder {
   void bind_outer_join(const syntax::joined_source& written, select_scope& scope, item_list& into);
   void bind_on(const syntax::joined_source& written, std::size_t first, std::size_t middle, select_scope& scope,
                item_list& into);
-  void bind_using(const std::vector<syntax::name>& names, syntax::join_kind kind, std::size_t first,
-                  std::size_t middle, select_scope& scope, item_list& into);
+  void bind_using(const std::vector<syntax::name>& names, syntax::join_kind kind, std::size_t first, std::size_t middle,
+                  select_scope& scope, item_list& into);
   static std::vector<syntax::name> common_columns(std::size_t first, std::size_t middle, const select_scope& scope);
   item_set needs_of(const item_list& list, std::uint32_t block) const;
   void add_relation(relation added, const syntax::source& written, select_scope& scope) const;

@@ -200,15 +200,13 @@ expression typed_null(value_kind kind) {
 }
 
 expression all_of(std::vector<expression> operands) {
-  return balanced(operands, 0, operands.size(), [](expression left, expression right) {
-    return ovhost::both(std::move(left), std::move(right));
-  });
+  return balanced(operands, 0, operands.size(),
+                  [](expression left, expression right) { return ovhost::both(std::move(left), std::move(right)); });
 }
 
 expression any_of(std::vector<expression> operands) {
-  return balanced(operands, 0, operands.size(), [](expression left, expression right) {
-    return ovhost::either(std::move(left), std::move(right));
-  });
+  return balanced(operands, 0, operands.size(),
+                  [](expression left, expression right) { return ovhost::either(std::move(left), std::move(right)); });
 }
 
 }  // namespace ovsql

@@ -21,9 +21,9 @@ struct bound {
   expression value;
   value_kind kind = value_kind::null;  // null: nothing says it, as of NULL and of parameters
   syntax::place at{};
-  const table* target = nullptr;      // of a reference: the table it refers to, if one is known
-  std::string_view digits{};          // of a number literal, with its sign: it takes the type it is used with
-  std::uint32_t size = 1;             // how many operations and operands it has
+  const table* target = nullptr;  // of a reference: the table it refers to, if one is known
+  std::string_view digits{};      // of a number literal, with its sign: it takes the type it is used with
+  std::uint32_t size = 1;         // how many operations and operands it has
 };
 
 // ---- What operators accept and yield. All throw error of kind type, with the place of what does not fit.

@@ -123,8 +123,8 @@ struct expression_visitor {
     bound operand = bind(of.operand);
     const std::uint32_t size = operand.size + 3;
     if (of.test == syntax::truth_test::null) {
-      expression test = of.negated ? ovhost::is_not_null(std::move(operand.value))
-                                   : ovhost::is_null(std::move(operand.value));
+      expression test =
+          of.negated ? ovhost::is_not_null(std::move(operand.value)) : ovhost::is_null(std::move(operand.value));
       return made(std::move(test), value_kind::boolean, size);
     }
     operand = as_truth(std::move(operand), "IS");
@@ -143,8 +143,8 @@ struct expression_visitor {
     bound right = in.share(bind(of.right), site);
     const bound equality = compare(syntax::binary_operator::equal, left, right, written.at);
     expression if_present = ovhost::when_as(value_kind::boolean, equality.value, lit(true), lit(false));
-    bound result = made(ovhost::when_as(value_kind::boolean, ovhost::is_null(left.value),
-                                        ovhost::is_null(right.value), std::move(if_present)),
+    bound result = made(ovhost::when_as(value_kind::boolean, ovhost::is_null(left.value), ovhost::is_null(right.value),
+                                        std::move(if_present)),
                         value_kind::boolean, 2 * (left.size + right.size) + 5);
     return of.negated ? result : negate(std::move(result));
   }
@@ -209,9 +209,9 @@ bound binder::bind_chain(const syntax::chain& written, syntax::place at, const e
     operands.push_back(std::move(operand.value));
     rest.is_conditional = rest.is_conditional || !is_text;
   }
-  made.value = is_text ? ovhost::concat(std::move(operands))
-                       : written.op == syntax::chain_operator::conjunction ? all_of(std::move(operands))
-                                                                           : any_of(std::move(operands));
+  made.value = is_text                                             ? ovhost::concat(std::move(operands))
+               : written.op == syntax::chain_operator::conjunction ? all_of(std::move(operands))
+                                                                   : any_of(std::move(operands));
   return made;
 }
 
@@ -264,7 +264,8 @@ bound binder::bind_cast(const syntax::cast& written, syntax::place at, const exp
                      !(operand.kind == value_kind::float64 && *kind == value_kind::float32));
   if (!goes) {
     throw error(error_kind::type,
-                "nothing converts " + std::string(sql_name(operand.kind)) + " to " + std::string(sql_name(*kind)), at.begin);
+                "nothing converts " + std::string(sql_name(operand.kind)) + " to " + std::string(sql_name(*kind)),
+                at.begin);
   }
   bound made{promoted(std::move(operand), *kind), *kind, at};
   made.size = operand.size + 1;
@@ -373,8 +374,8 @@ bound binder::share(bound of, const expression_site& at) {
   constexpr std::uint32_t small = 6;
   constexpr std::uint32_t large = 2000;
   if (of.size <= small) return of;
-  const bool can_hoist = at.list != nullptr && at.scope->items + 64 < most_items &&
-                         (!at.is_conditional || !can_raise(of.value));
+  const bool can_hoist =
+      at.list != nullptr && at.scope->items + 64 < most_items && (!at.is_conditional || !can_raise(of.value));
   if (!can_hoist) {
     if (of.size <= large) return of;
     throw error(error_kind::limit, "this expression is too large to be used several times", of.at.begin);
@@ -403,8 +404,8 @@ bound binder::hoist(bound of, const expression_site& at) {
 
 std::uint32_t binder::new_item(select_scope& scope, syntax::place at) const {
   if (scope.items >= most_items) {
-    throw error(error_kind::limit, "a SELECT can have at most " + std::to_string(most_items) +
-                                       " tables and subqueries", at.begin);
+    throw error(error_kind::limit, "a SELECT can have at most " + std::to_string(most_items) + " tables and subqueries",
+                at.begin);
   }
   return scope.items++;
 }

@@ -10,20 +10,21 @@ namespace {
 
 using ovhost::lit;
 
-const std::vector<std::string_view> known_names = {"abs",   "avg",   "coalesce", "count",  "greatest",
-                                                   "least", "max",   "min",      "nullif", "starts_with",
-                                                   "sum",   "object_number"};
+const std::vector<std::string_view> known_names = {"abs",      "avg",         "coalesce", "count",
+                                                   "greatest", "least",       "max",      "min",
+                                                   "nullif",   "starts_with", "sum",      "object_number"};
 
 void require_arguments(const syntax::call& written, std::size_t least, std::size_t most, syntax::place at) {
   const std::size_t count = written.arguments.size();
   if (written.star || count < least || count > most) {
     const std::string wanted = least == most ? std::to_string(least) : "at least " + std::to_string(least);
     throw error(error_kind::type,
-                std::string(written.function.text) + " takes " + wanted + (least == 1 ? " value" : " values"), at.begin);
+                std::string(written.function.text) + " takes " + wanted + (least == 1 ? " value" : " values"),
+                at.begin);
   }
   if (written.distinct || written.filter != nullptr) {
-    throw error(error_kind::type, std::string(written.function.text) + " is no aggregate: it takes no DISTINCT or FILTER",
-                at.begin);
+    throw error(error_kind::type,
+                std::string(written.function.text) + " is no aggregate: it takes no DISTINCT or FILTER", at.begin);
   }
 }
 
@@ -56,7 +57,8 @@ bound binder::bind_call(const syntax::call& written, syntax::place at, const exp
     }
     return {ovhost::oid(std::move(object.value)), value_kind::uint64, at, nullptr, {}, object.size + 1};
   }
-  throw error(error_kind::unsupported, "there is no function \"" + std::string(name) + "\"" + suggest(name, known_names),
+  throw error(error_kind::unsupported,
+              "there is no function \"" + std::string(name) + "\"" + suggest(name, known_names),
               written.function.at.begin);
 }
 
@@ -97,8 +99,8 @@ bound binder::bind_abs(const syntax::call& written, syntax::place at, const expr
   if (operand.kind == value_kind::uint64 || operand.kind == value_kind::null) return operand;
   bound made{expression(), operand.kind, at};
   made.size = 3 * operand.size + 4;
-  made.value = ovhost::when_as(operand.kind, ovhost::lt(operand.value, lit(0)), ovhost::neg(operand.value),
-                               operand.value);
+  made.value =
+      ovhost::when_as(operand.kind, ovhost::lt(operand.value, lit(0)), ovhost::neg(operand.value), operand.value);
   return made;
 }
 

@@ -80,7 +80,7 @@ struct select_body {
   std::vector<aggregate> outer_aggregates;
   std::vector<assignment> outer_group_by;
   std::vector<assignment> outer_extend;
-  item_list after;                // is joined to the rows of the above, and filters them
+  item_list after;                 // is joined to the rows of the above, and filters them
   std::vector<assignment> extend;  // is computed last
 };
 
@@ -103,7 +103,7 @@ struct query {
   std::vector<order_key> order;
   std::optional<expression> limit;
   std::optional<expression> offset;
-  std::optional<assignment> mark;    // is added to each row at the end
+  std::optional<assignment> mark;  // is added to each row at the end
   std::vector<output> outputs;
   bool is_one_row = false;           // always gives exactly one row
   bool is_limited_to_one = false;    // its limit is 1

@@ -66,7 +66,8 @@ std::size_t naming::parameter(const syntax::parameter& written, std::uint32_t nu
 
 ovhost::column_names naming::column_names() const {
   ovhost::column_names names;
-  for (std::uint32_t number = 1; number < names_.size(); ++number) names[{0, 0, 0, number}] = std::string(names_[number]);
+  for (std::uint32_t number = 1; number < names_.size(); ++number)
+    names[{0, 0, 0, number}] = std::string(names_[number]);
   return names;
 }
 

@@ -66,10 +66,10 @@ query binder::bind_values(const syntax::values& written, select_scope* outer) {
   std::vector<value_kind> kinds(width, value_kind::null);
   for (const syntax::expression_list& row : written.rows) {
     if (row.size() != width) {
-      throw error(error_kind::type,
-                  "the rows of VALUES have different lengths: " + std::to_string(width) + " and " +
-                      std::to_string(row.size()),
-                  row.front()->at.begin);
+      throw error(
+          error_kind::type,
+          "the rows of VALUES have different lengths: " + std::to_string(width) + " and " + std::to_string(row.size()),
+          row.front()->at.begin);
     }
     std::vector<bound>& made = rows.emplace_back();
     for (std::size_t at = 0; at < width; ++at) {
@@ -186,10 +186,10 @@ query binder::bind_view(const view& of, syntax::place at) {
 
 void binder::rename(query& of, syntax::name_list names, syntax::place at) {
   if (names.size() > of.outputs.size()) {
-    throw error(error_kind::type,
-                "there are " + std::to_string(names.size()) + " names for " + std::to_string(of.outputs.size()) +
-                    " columns",
-                at.begin);
+    throw error(
+        error_kind::type,
+        "there are " + std::to_string(names.size()) + " names for " + std::to_string(of.outputs.size()) + " columns",
+        at.begin);
   }
   for (std::size_t next = 0; next < names.size(); ++next) of.outputs[next].name = names[next].text;
 }

@@ -52,10 +52,10 @@ struct select_scope {
   std::uint32_t block = 0;
   std::vector<relation> relations{};
   std::vector<merged_column> merged{};
-  std::uint32_t items = 0;               // how many items the SELECT has so far
-  std::vector<std::uint32_t> reads{};    // the columns of enclosing SELECTs that are read in it and below
-  const grouping* groups = nullptr;      // while what follows GROUP BY is bound
-  item_list* from = nullptr;             // where its tables are
+  std::uint32_t items = 0;             // how many items the SELECT has so far
+  std::vector<std::uint32_t> reads{};  // the columns of enclosing SELECTs that are read in it and below
+  const grouping* groups = nullptr;    // while what follows GROUP BY is bound
+  item_list* from = nullptr;           // where its tables are
   std::vector<std::pair<expression, physical_queryplan::variable>> followed{};  // references with objects of their own
 };
 

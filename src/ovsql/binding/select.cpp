@@ -58,7 +58,8 @@ query binder::bind_select(const syntax::select& written, const syntax::query& wh
   if (written.where != nullptr) bind_conditions(*written.where, rows);
 
   grouping groups{&body};
-  body.grouped = !written.group_by.empty() || written.having != nullptr || syntax::has_aggregates(written, whole.order_by);
+  body.grouped =
+      !written.group_by.empty() || written.having != nullptr || syntax::has_aggregates(written, whole.order_by);
   if (body.grouped) {
     bind_groups(written, groups, {&scope, &body.from, nullptr, "GROUP BY"});
     scope.groups = &groups;
@@ -95,9 +96,8 @@ bool binder::is_own_column(const expression& of, std::uint32_t block) const {
   if (physical_queryplan::find_operation(of) != nullptr) return false;
   if (std::holds_alternative<physical_queryplan::literal>(of)) return false;
   bool own = true;
-  for_each_column(of, [&](std::uint32_t number) {
-    own = own && (names_.is_free(number) || names_.item_of(number, block));
-  });
+  for_each_column(
+      of, [&](std::uint32_t number) { own = own && (names_.is_free(number) || names_.item_of(number, block)); });
   return own;
 }
 

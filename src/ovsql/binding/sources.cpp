@@ -26,7 +26,8 @@ void binder::bind_source(const syntax::source& written, select_scope& scope, ite
     return;
   }
   if (const auto* const inner = std::get_if<syntax::query_source>(&written.is)) {
-    add_subquery(bind_query(*inner->of, inner->lateral ? &scope : scope.outer), written, written.alias.text, scope, into);
+    add_subquery(bind_query(*inner->of, inner->lateral ? &scope : scope.outer), written, written.alias.text, scope,
+                 into);
     return;
   }
   const syntax::name& name = std::get<syntax::named_source>(written.is).table;
@@ -195,9 +196,8 @@ void binder::bind_using(const std::vector<syntax::name>& names, syntax::join_kin
   for (const syntax::name& each : names) {
     const auto a = find(each, first, middle, "left");
     const auto b = find(each, middle, scope.relations.size(), "right");
-    const auto earlier = std::find_if(scope.merged.begin(), scope.merged.end(), [&](const merged_column& merged) {
-      return same_name(merged.name, each.text);
-    });
+    const auto earlier = std::find_if(scope.merged.begin(), scope.merged.end(),
+                                      [&](const merged_column& merged) { return same_name(merged.name, each.text); });
     bound one = earlier != scope.merged.end() ? earlier->value : scope.relations[a.first].read(a.second, each.at);
     bound other = scope.relations[b.first].read(b.second, each.at);
     into.conditions.push_back(compare(syntax::binary_operator::equal, one, other, each.at).value);

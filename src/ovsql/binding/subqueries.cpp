@@ -60,7 +60,8 @@ void keep_any(query& of) {
 const output& binder::only_output(const query& of, syntax::place at) const {
   if (of.outputs.size() != 1) {
     throw error(error_kind::type,
-                "a subquery that stands for a value has one column, not " + std::to_string(of.outputs.size()), at.begin);
+                "a subquery that stands for a value has one column, not " + std::to_string(of.outputs.size()),
+                at.begin);
   }
   return of.outputs.front();
 }
@@ -195,8 +196,8 @@ bound binder::bind_quantified(const syntax::expression& operand, syntax::binary_
   return {ovhost::when_as(kind, ovhost::is_not_null(found), lit(!all), std::move(none)), kind, at, nullptr, {}, 12};
 }
 
-// EXISTS and IN as conditions of their own keep a row or drop it, whatever else would tell false from NULL. Tells whether
-// the condition is one of them.
+// EXISTS and IN as conditions of their own keep a row or drop it, whatever else would tell false from NULL. Tells
+// whether the condition is one of them.
 bool binder::bind_as_test(const syntax::expression& written, const expression_site& site) {
   if (const auto* const exists = std::get_if<syntax::exists>(&written.is)) {
     query inner = bind_query(*exists->of, site.scope);
@@ -210,7 +211,8 @@ bool binder::bind_as_test(const syntax::expression& written, const expression_si
   const auto* const any = std::get_if<syntax::quantified>(&written.is);
   if ((in == nullptr || in->negated) && (any == nullptr || any->all)) return false;
   const bound left = share_always(bind(in != nullptr ? *in->operand : *any->left, site), site);
-  query inner = bind_matching(in != nullptr ? *in->of : *any->of, left, in != nullptr ? equal : any->op, written.at, site);
+  query inner =
+      bind_matching(in != nullptr ? *in->of : *any->of, left, in != nullptr ? equal : any->op, written.at, site);
   add_query(std::move(inner), item_kind::test, written.at, site);
   return true;
 }

@@ -15,9 +15,9 @@ index read_index(const ovhost::index_info& from, const table& of) {
       return column.property.object.object_number == each.property.object.object_number;
     });
     const bool is_number = found == of.columns.end();
-    made.key.push_back({is_number ? index_key_column::object_number
-                                  : static_cast<std::size_t>(found - of.columns.begin()),
-                        each.ascending});
+    made.key.push_back(
+        {is_number ? index_key_column::object_number : static_cast<std::size_t>(found - of.columns.begin()),
+         each.ascending});
   }
   return made;
 }

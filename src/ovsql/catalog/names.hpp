@@ -12,9 +12,8 @@ inline char fold_ascii(char of) { return of >= 'A' && of <= 'Z' ? static_cast<ch
 
 // Names are compared without regard to the case of ASCII letters.
 inline bool same_name(std::string_view left, std::string_view right) {
-  return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin(), [](char a, char b) {
-           return fold_ascii(a) == fold_ascii(b);
-         });
+  return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin(),
+                                                   [](char a, char b) { return fold_ascii(a) == fold_ascii(b); });
 }
 
 struct name_order {

@@ -38,8 +38,8 @@ struct access_path {
 std::vector<column_bound> find_bounds(const item& of, const std::vector<const condition*>& conditions,
                                       const item_set& known);
 
-// Chooses the index: equalities with its leading columns and a range of the next one. Among equals, the index with fewer
-// columns. Without any bound the whole table. Throws error of kind engine for a table without an index.
+// Chooses the index: equalities with its leading columns and a range of the next one. Among equals, the index with
+// fewer columns. Without any bound the whole table. Throws error of kind engine for a table without an index.
 access_path choose_path(const table& of, const std::vector<column_bound>& bounds, double row_count);
 
 // The ranges of a Scan through the index.

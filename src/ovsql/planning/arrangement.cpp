@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "ovhost/plans/expressions.hpp"
-#include "ovsql/binding/bound.hpp"
 #include "ovsql/binding/binder.hpp"
+#include "ovsql/binding/bound.hpp"
 #include "ovsql/errors/error.hpp"
 #include "ovsql/planning/value_list.hpp"
 
@@ -16,12 +16,12 @@ namespace {
 using physical_queryplan::find_operation;
 
 constexpr double subquery_rows = 100;
-constexpr double keeping_cost = 2;        // of a row, beside reading it
-constexpr double lookup_cost = 2;         // of a key in an index
-constexpr double equality_share = 0.1;    // of the rows that an equality lets pass
-constexpr double condition_share = 0.5;   // of those that another condition does
-constexpr double most_listed = 10;        // rows of a table for each value of a list that is looked up
-constexpr std::size_t most_starts = 8;    // with more items, only the smallest is tried as the first
+constexpr double keeping_cost = 2;       // of a row, beside reading it
+constexpr double lookup_cost = 2;        // of a key in an index
+constexpr double equality_share = 0.1;   // of the rows that an equality lets pass
+constexpr double condition_share = 0.5;  // of those that another condition does
+constexpr double most_listed = 10;       // rows of a table for each value of a list that is looked up
+constexpr std::size_t most_starts = 8;   // with more items, only the smallest is tried as the first
 
 bool is_equality(const expression& of) { return std::holds_alternative<physical_queryplan::Equality>(of); }
 
@@ -97,7 +97,8 @@ std::size_t arrangement::choose(bool has_base) const {
   for (std::size_t at = 0; at < items_.size(); ++at) {
     if (items_[at].kind != item_kind::computed || !can_place(at)) continue;
     const bool is_waited_for = std::any_of(conditions_.begin(), conditions_.end(), [&](const condition& each) {
-      return !each.is_used && (each.reads & items_[at].covers).any() && contains(known_ | items_[at].covers, each.reads);
+      return !each.is_used && (each.reads & items_[at].covers).any() &&
+             contains(known_ | items_[at].covers, each.reads);
     });
     if (is_waited_for && has_base) return at;
   }
@@ -335,7 +336,8 @@ plan arrangement::read_table(item next, std::vector<condition*> conditions, std:
   const std::vector<column_bound> bounds = find_bounds(next, given, known_);
   access_path path = choose_path(*next.table, bounds, by_.row_count_(*next.table));
   if (path.bounds.empty()) {
-    if (auto listed = read_listed(next, conditions)) return test(*std::move(listed), next.covers, std::move(conditions));
+    if (auto listed = read_listed(next, conditions))
+      return test(*std::move(listed), next.covers, std::move(conditions));
   }
   bool ascending = true;
   if (!order.empty()) serve_order(next, path, bounds, order, ascending);

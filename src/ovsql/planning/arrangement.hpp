@@ -11,8 +11,8 @@ namespace ovsql {
 
 // Joins the items of one list: chooses their order and tests each condition as early as what it reads is known.
 //
-// Nested loops: each item is the inner side of a join with those before it, and the conditions that become known with it
-// are tested there. Equalities come first, since the executor hashes them; what reads the item alone is tested below
+// Nested loops: each item is the inner side of a join with those before it, and the conditions that become known with
+// it are tested there. Equalities come first, since the executor hashes them; what reads the item alone is tested below
 // that, where it is tested once.
 class arrangement {
  public:

@@ -25,8 +25,8 @@ std::optional<plan> planner::find_extreme(const select_body& of) const {
   const bool greatest = std::holds_alternative<QueryPlan::Maximum>(sought);
   if (!greatest && !std::holds_alternative<QueryPlan::Minimum>(sought)) return std::nullopt;
   const item& from = of.from.items.front();
-  const auto& arguments =
-      std::visit([](const QueryPlan::aggregation& held) -> const std::vector<expression>& { return held.arguments; }, sought);
+  const auto& arguments = std::visit(
+      [](const QueryPlan::aggregation& held) -> const std::vector<expression>& { return held.arguments; }, sought);
   const auto column = column_of(arguments.front(), from);
   if (!column) return std::nullopt;
   for (const index& each : from.table->indexes) {

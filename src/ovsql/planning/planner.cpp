@@ -38,8 +38,9 @@ plan planner::make_body(select_body of, std::vector<order_key>& order, bool is_p
   const bool orders_by_scan = is_plain && !of.grouped && of.after.items.empty() && of.after.conditions.empty();
   std::vector<order_key> none;
   std::optional<plan> extreme = find_extreme(of);
-  plan made = extreme ? *std::move(extreme)
-                      : arrangement(*this, std::move(of.from), of.block, {}).make(std::nullopt, orders_by_scan ? order : none);
+  plan made =
+      extreme ? *std::move(extreme)
+              : arrangement(*this, std::move(of.from), of.block, {}).make(std::nullopt, orders_by_scan ? order : none);
   if (of.grouped) made = ovhost::group(std::move(of.aggregates), std::move(of.group_by), std::move(made));
   if (of.regrouped) made = ovhost::group(std::move(of.outer_aggregates), std::move(of.outer_group_by), std::move(made));
   if (!of.outer_extend.empty()) made = ovhost::extend(std::move(of.outer_extend), std::move(made));

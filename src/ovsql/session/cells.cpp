@@ -76,8 +76,8 @@ row_of_cells::row_of_cells(const catalog& names, const table& of)
 }
 
 void row_of_cells::refuse(std::size_t column, const std::string& what) const {
-  throw error(error_kind::value, "column \"" + table_.columns[column].property.name + "\" of table \"" + table_.name() +
-                                     "\" " + what);
+  throw error(error_kind::value,
+              "column \"" + table_.columns[column].property.name + "\" of table \"" + table_.name() + "\" " + what);
 }
 
 bool row_of_cells::is_kind_of(std::uint16_t tag, const table& target) const {
@@ -140,8 +140,7 @@ ovcoredb::cell row_of_cells::convert(std::size_t column, const value& of) {
       const OV_OBJ_REF object = std::get<OV_OBJ_REF>(of);
       const table* const target = table_.columns[column].target;
       if (target != nullptr && !is_kind_of(static_cast<std::uint16_t>(object.second_word), *target)) {
-        refuse(column, "refers to objects of table \"" + target->name() + "\", not to " +
-                           ovhost::cell_words(of, ""));
+        refuse(column, "refers to objects of table \"" + target->name() + "\", not to " + ovhost::cell_words(of, ""));
       }
       return object;
     }
@@ -155,8 +154,8 @@ const std::vector<ovcoredb::cell>& row_of_cells::finish() {
   for (std::size_t at = 0; at < cells_.size(); ++at) {
     if (!is_set_[at] && rules_[at].default_value) set(at, *rules_[at].default_value);
     if (!rules_[at].not_null || !std::holds_alternative<std::monostate>(cells_[at])) continue;
-    throw error(error_kind::constraint, "column \"" + table_.columns[at].property.name + "\" of table \"" +
-                                            table_.name() + "\" is NOT NULL");
+    throw error(error_kind::constraint,
+                "column \"" + table_.columns[at].property.name + "\" of table \"" + table_.name() + "\" is NOT NULL");
   }
   return cells_;
 }

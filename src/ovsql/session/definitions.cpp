@@ -55,7 +55,8 @@ struct key_definition {
 std::vector<key_definition> keys_of(const syntax::create_table& of) {
   std::vector<key_definition> keys;
   for (const syntax::column_definition& each : of.columns) {
-    if (each.primary_key || each.unique) keys.push_back({{std::string(each.column.text)}, each.primary_key, each.column.at});
+    if (each.primary_key || each.unique)
+      keys.push_back({{std::string(each.column.text)}, each.primary_key, each.column.at});
   }
   for (const syntax::key_constraint& each : of.keys) {
     key_definition key{{}, each.primary, each.columns.front().at};
@@ -89,7 +90,8 @@ void check_key_types(const ovhost::table_definition& made, const std::vector<key
     for (const std::string& column : key.columns) {
       for (const ovhost::member_definition& each : made.members) {
         if (!same_name(each.name, column) || !is_floating(kind_of_column(each.type))) continue;
-        throw error(error_kind::unsupported, "a floating number cannot be a key: column " + quoted(column), key.at.begin);
+        throw error(error_kind::unsupported, "a floating number cannot be a key: column " + quoted(column),
+                    key.at.begin);
       }
     }
   }
@@ -160,7 +162,8 @@ void define(database_state& db, const syntax::create_table& of) {
   if (!of.inherits.text.empty()) made.base = find_table(db, of.inherits).name();
   for (const syntax::column_definition& each : of.columns) {
     for (const ovhost::member_definition& other : made.members) {
-      if (same_name(other.name, each.column.text)) refuse("two columns are called " + quoted(other.name), each.column.at);
+      if (same_name(other.name, each.column.text))
+        refuse("two columns are called " + quoted(other.name), each.column.at);
     }
     made.members.push_back({std::string(each.column.text), type_of(db, of, each)});
   }
@@ -246,9 +249,9 @@ void define(database_state& db, const syntax::create_view& of, const source_text
   compiled checked;
   compile_query(db, *of.of, from, checked);
   if (of.columns.size() > checked.columns.size()) {
-    refuse("the view has " + std::to_string(checked.columns.size()) + " columns, not " +
-               std::to_string(of.columns.size()),
-           of.columns.front().at);
+    refuse(
+        "the view has " + std::to_string(checked.columns.size()) + " columns, not " + std::to_string(of.columns.size()),
+        of.columns.front().at);
   }
   auto kept = std::make_shared<view>();
   kept->text = from.text;
@@ -267,7 +270,8 @@ void drop(database_state& db, const syntax::drop& of) {
         db.catalog.drop_view(each.text);
         ++db.version;
       } else if (!of.if_exists) {
-        refuse(is_table ? quoted(each.text) + " is a table, not a view" : "there is no view " + quoted(each.text), each.at);
+        refuse(is_table ? quoted(each.text) + " is a table, not a view" : "there is no view " + quoted(each.text),
+               each.at);
       }
       continue;
     }

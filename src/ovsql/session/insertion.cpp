@@ -30,7 +30,8 @@ bool read_literals(const database_state& db, const syntax::values& of, std::size
     made.reserve(width);
     for (const syntax::expression* each : row) {
       const bool is_simple = each->is.index() <= 4 || std::holds_alternative<syntax::unary>(each->is);
-      std::optional<value> read = is_simple ? literal_value(binding.bind_constant(*each, "VALUES").value) : std::nullopt;
+      std::optional<value> read =
+          is_simple ? literal_value(binding.bind_constant(*each, "VALUES").value) : std::nullopt;
       if (!read) {
         into.literal_rows.clear();
         return false;
@@ -48,9 +49,8 @@ bool read_literals(const database_state& db, const syntax::values& of, std::size
     if (each.handle != raised.index()) continue;
     std::string columns;
     for (const auto& column : each.columns) columns += (columns.empty() ? "" : ", ") + column.property.name;
-    throw error(error_kind::constraint,
-                "table " + quoted(of.name()) + " has a row with the same " + columns + " already (object number " +
-                    std::to_string(raised.holder()) + ")");
+    throw error(error_kind::constraint, "table " + quoted(of.name()) + " has a row with the same " + columns +
+                                            " already (object number " + std::to_string(raised.holder()) + ")");
   }
   throw error(error_kind::constraint, raised.what());
 }

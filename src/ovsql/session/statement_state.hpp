@@ -38,9 +38,9 @@ struct compiled {
   bool is_explanation = false;
   // INSERT
   std::string table{};
-  std::vector<std::size_t> targets{};               // the table's columns that the rows fill
+  std::vector<std::size_t> targets{};              // the table's columns that the rows fill
   std::vector<std::vector<value>> literal_rows{};  // where all values are written out
-  std::vector<syntax::place> places{};              // of the first row's values
+  std::vector<syntax::place> places{};             // of the first row's values
 };
 
 // The text that a tree's places are in, and how many of the statement's parameters are numbered.
@@ -52,7 +52,7 @@ struct source_text {
 struct statement_state {
   database_state* db = nullptr;
   std::string sql{};
-  std::size_t offset = 0;  // of sql in the script that it was taken from
+  std::size_t offset = 0;     // of sql in the script that it was taken from
   std::uint64_t version = 0;  // of the catalog that it was compiled with
   std::unique_ptr<compiled> code{};
   std::vector<std::optional<value>> parameters{};
@@ -73,7 +73,8 @@ std::unique_ptr<compiled> compile(database_state& db, const syntax::statement& t
 // Plans a query and fills in plan and columns.
 void compile_query(database_state& db, const syntax::query& of, const source_text& from, compiled& into);
 
-// ---- definitions.cpp, insertion.cpp, copying.cpp: statements that change the database. Return how many rows were added.
+// ---- definitions.cpp, insertion.cpp, copying.cpp: statements that change the database. Return how many rows were
+// added.
 
 void define(database_state& db, const syntax::create_table& of);
 std::uint64_t define_as(database_state& db, const syntax::create_table& of, const source_text& from);
