@@ -20,7 +20,7 @@ file(RELATIVE_PATH prefix_from_pkgconfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig 
 string(REGEX REPLACE "/$" "" prefix_from_pkgconfig ${prefix_from_pkgconfig})
 file(RELATIVE_PATH libdir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
 file(RELATIVE_PATH includedir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
-foreach(package IN ITEMS ov_sql_executor ovhost)
+foreach(package IN ITEMS ov_sql_executor ovhost ovsql)
   configure_file(${CMAKE_CURRENT_LIST_DIR}/${package}.pc.in ${package}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()
@@ -29,6 +29,7 @@ endforeach()
 install(FILES ${PROJECT_SOURCE_DIR}/docs/operations.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES
   ${PROJECT_SOURCE_DIR}/tests/packaging/consumer/first_query.cpp
+  ${PROJECT_SOURCE_DIR}/tests/packaging/consumer/first_sql.cpp
   ${PROJECT_SOURCE_DIR}/tests/packaging/consumer/named_plan.cpp
   ${PROJECT_SOURCE_DIR}/tests/packaging/consumer/read_table.cpp
   DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)

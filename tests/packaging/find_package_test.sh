@@ -9,7 +9,7 @@ consumer=$(dirname "$0")/consumer
 diff <(sed -n '/^```cpp$/,/^```$/p' "$readme" | sed '1d;$d') "$consumer/first_query.cpp" ||
   { echo "the example in README.md is not consumer/first_query.cpp" >&2; exit 1; }
 
-for example in first_query read_table; do
+for example in first_query first_sql read_table; do
   cmp "$consumer/$example.cpp" "$prefix/share/doc/ov_sql_executor/examples/$example.cpp"
 done
 [ -s "$prefix/share/doc/ov_sql_executor/operations.md" ]
@@ -22,4 +22,5 @@ rm -rf "$work"
 Lima 9674755
 Lagos 15388000" ]
 "$work/own_core"
+[ "$("$work/first_sql")" = "Ely 20574" ]
 diff <("$work/named_plan") "$consumer/named_plan.out"

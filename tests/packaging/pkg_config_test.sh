@@ -18,3 +18,5 @@ for example in first_query read_table; do build $example ov_sql_executor; done
 [ "$("$work/read_table" | head -1)" = "Lisbon 545923" ]
 build named_plan ovhost
 diff <("$work/named_plan") "$consumer/named_plan.out"
+build first_sql ovsql
+[ "$("$work/first_sql")" = "Ely 20574" ]

@@ -8,7 +8,7 @@ shift 3
 cd "$include"
 headers=$(find . -name '*.h' -o -name '*.hpp' | cut -c3-)
 [ -n "$headers" ]
-for library in ov_sql_executor ovdbmetalayer ovcoredb ovhost; do grep -q "^$library/" <<<"$headers"; done
+for library in ov_sql_executor ovdbmetalayer ovcoredb ovhost ovsql; do grep -q "^$library/" <<<"$headers"; done
 foreign=$(grep -rn '^#include <.*[./].*>' . | grep -v '<std[a-z]*\.h>' || true)
 [ -z "$foreign" ] || { echo "$foreign"; exit 1; }
 quoted=$(grep -rho '^#include ".*"' . | cut -d'"' -f2 | sort -u)

@@ -80,8 +80,8 @@ class binary_reader final : public field_reader {
 
  private:
   static unsigned digit(const std::string& field, std::size_t at) {
-    constexpr std::string_view digits = "0123456789abcdef0123456789ABCDEF";
-    const std::size_t found = digits.find(field[at]);
+    constexpr std::string_view hexadecimal = "0123456789abcdef0123456789ABCDEF";
+    const std::size_t found = hexadecimal.find(field[at]);
     if (found == std::string_view::npos) refuse(field, "binary (pairs of hexadecimal digits)");
     return static_cast<unsigned>(found % 16);
   }

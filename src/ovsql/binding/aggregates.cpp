@@ -77,12 +77,12 @@ aggregate binder::extreme_of(bool greatest, expression argument) {
 }
 
 bound binder::bind_aggregate(const syntax::call& written, syntax::place at, const expression_site& site) {
-  const std::string function(written.function.text);
+  const std::string_view function = written.function.text;
   if (site.aggregates == nullptr) {
-    throw error(error_kind::name, function + "() cannot stand in " + std::string(site.clause), at.begin);
+    throw error(error_kind::name, std::string(function) + "() cannot stand in " + std::string(site.clause), at.begin);
   }
   if (written.star ? function != "count" : written.arguments.size() != 1) {
-    throw error(error_kind::type, function + "() takes one value", at.begin);
+    throw error(error_kind::type, std::string(function) + "() takes one value", at.begin);
   }
   grouping& into = *site.aggregates;
   const grouping* const outside = std::exchange(site.scope->groups, nullptr);
@@ -144,7 +144,7 @@ bound binder::count_distinct(grouping& into, bound of, syntax::place at) {
 }
 
 // sum(DISTINCT x) and avg(DISTINCT x): the rows are grouped by x as well, and these groups are grouped again.
-bound binder::aggregate_distinct(grouping& into, const std::string& function, bound of, syntax::place at) {
+bound binder::aggregate_distinct(grouping& into, std::string_view function, bound of, syntax::place at) {
   if (into.distinct && !same_expression(into.distinct->value, of.value)) {
     refuse_mixture(at.begin);
   }

@@ -38,7 +38,7 @@ struct grouping {
   select_body* body;
   std::vector<group_key> keys{};
   std::optional<bound> distinct{};  // what sum(DISTINCT ...) and avg(DISTINCT ...) are of: one for the whole SELECT
-  std::vector<std::pair<std::string, identifier>> distinct_aggregates{};  // their functions and columns
+  std::vector<std::pair<std::string_view, identifier>> distinct_aggregates{};  // their functions and columns
 };
 
 class binder {
@@ -107,7 +107,7 @@ class binder {
   bound add_count(grouping& into, std::vector<expression> of, syntax::place at);
   bound add_aggregate(grouping& into, aggregate of, value_kind kind, syntax::place at);
   bound count_distinct(grouping& into, bound of, syntax::place at);
-  bound aggregate_distinct(grouping& into, const std::string& function, bound of, syntax::place at);
+  bound aggregate_distinct(grouping& into, std::string_view function, bound of, syntax::place at);
   void regroup(grouping& groups);
   void regroup_aggregate(aggregate of, const assignment& distinct, grouping& groups);
   static value_kind kind_of_column(const assignment& of);

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -63,7 +63,7 @@ struct item_list {
 
 // A column of a query's rows.
 struct output {
-  std::string name;
+  std::string_view name;  // lives until the statement is planned
   expression column;
   value_kind kind = value_kind::null;  // null: the query does not say it
   const table* target = nullptr;       // of a reference

@@ -31,7 +31,7 @@ std::uint32_t column_number(const expression& of) {
 
 identifier naming::make(std::string_view name, column_owner owner) {
   owners_.push_back({owner});
-  names_.emplace_back(name);
+  names_.push_back(name);
   return {0, 0, 0, static_cast<std::uint32_t>(owners_.size() - 1)};
 }
 
@@ -66,7 +66,7 @@ std::size_t naming::parameter(const syntax::parameter& written, std::uint32_t nu
 
 ovhost::column_names naming::column_names() const {
   ovhost::column_names names;
-  for (std::uint32_t number = 1; number < names_.size(); ++number) names[{0, 0, 0, number}] = names_[number];
+  for (std::uint32_t number = 1; number < names_.size(); ++number) names[{0, 0, 0, number}] = std::string(names_[number]);
   return names;
 }
 

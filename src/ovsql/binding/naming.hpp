@@ -3,7 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,6 +35,13 @@ struct parameter_info {
 // The names, numbers and parameters of one statement. Columns are numbered from 1 in the order of their making.
 class naming {
  public:
+  naming() {
+    constexpr std::size_t usual = 16;
+    owners_.reserve(usual);
+    names_.reserve(usual);
+  }
+
+  // name: lives until the statement is planned.
   identifier make(std::string_view name, column_owner owner);
 
   // Says that a column of a subquery is one of an item of the SELECT around it, too.
@@ -67,10 +74,10 @@ class naming {
   };
   std::vector<owner_list> owners_ = {{}};
   std::vector<owner_list> more_ = {{}};
-  std::vector<std::string> names_ = {{}};
+  std::vector<std::string_view> names_ = {{}};
   std::uint32_t blocks_ = 0;
   std::vector<parameter_info> parameters_;
-  std::deque<std::string> kept_;
+  std::list<std::string> kept_;
 };
 
 // Returns the number of the column that an expression is; 0 for any other expression.

@@ -80,8 +80,9 @@ query binder::bind_values(const syntax::values& written, select_scope* outer) {
   query result;
   values_body body;
   for (std::size_t at = 0; at < width; ++at) {
-    const assignment column = define("column" + std::to_string(at + 1), ovhost::null(), kinds[at], {});
-    result.outputs.push_back({"column" + std::to_string(at + 1), read_of(column), kinds[at]});
+    const std::string_view name = names_.keep("column" + std::to_string(at + 1));
+    const assignment column = define(name, ovhost::null(), kinds[at], {});
+    result.outputs.push_back({name, read_of(column), kinds[at]});
     for (std::size_t row = 0; row < rows.size(); ++row) {
       if (at == 0) body.rows.emplace_back();
       body.rows[row].push_back({promoted(std::move(rows[row][at]), kinds[at]), column.column});

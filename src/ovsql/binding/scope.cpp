@@ -19,7 +19,7 @@ expression read_property(const ovhost::property_info& property, const physical_q
 
 std::string_view relation::column_name(std::size_t at) const {
   if (at < renamed.size()) return renamed[at].text;
-  return table != nullptr ? std::string_view(table->columns[at].property.name) : std::string_view(outputs[at].name);
+  return table != nullptr ? std::string_view(table->columns[at].property.name) : outputs[at].name;
 }
 
 std::optional<std::size_t> relation::find(std::string_view name) const {

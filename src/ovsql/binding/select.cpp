@@ -11,12 +11,12 @@ namespace ovsql {
 namespace {
 
 // The name of a result column: its alias, the column's own name, the function's, or what is written.
-std::string name_of(const syntax::select_item& item) {
-  if (!item.alias.text.empty()) return std::string(item.alias.text);
+std::string_view name_of(const syntax::select_item& item) {
+  if (!item.alias.text.empty()) return item.alias.text;
   if (const auto* const column = std::get_if<syntax::column>(&item.value->is)) {
-    return std::string(column->parts.back().text);
+    return column->parts.back().text;
   }
-  if (const auto* const call = std::get_if<syntax::call>(&item.value->is)) return std::string(call->function.text);
+  if (const auto* const call = std::get_if<syntax::call>(&item.value->is)) return call->function.text;
   if (std::holds_alternative<syntax::conditional>(item.value->is)) return "case";
   return "?column?";
 }
@@ -121,7 +121,7 @@ void binder::expand_all(const syntax::all_columns& written, syntax::place at, co
                         std::vector<output>& outputs) const {
   const auto add = [&](std::string_view name, bound value) {
     if (scope.groups != nullptr) value = group_key_of(scope, std::move(value), at);
-    outputs.push_back({std::string(name), std::move(value.value), value.kind, value.target});
+    outputs.push_back({name, std::move(value.value), value.kind, value.target});
   };
   const bool all = written.of.empty();
   const auto is_hidden = [&](std::size_t relation, std::size_t column) {

@@ -16,7 +16,7 @@ plan plan_query(database_state& db, const syntax::query& of, const source_text& 
   binder binding(db.catalog, from.text, db.how.null_on_division_by_zero, from.numbered, into.names);
   query bound = binding.bind_query(of, nullptr);
   for (const output& each : bound.outputs) {
-    into.columns.push_back({each.name, each.kind, each.target != nullptr ? each.target->name() : std::string()});
+    into.columns.push_back({std::string(each.name), each.kind, each.target != nullptr ? each.target->name() : std::string()});
   }
   const planner planning(into.names, [&db](const table& of_table) { return db.row_count(of_table); });
   return planning.make(std::move(bound));

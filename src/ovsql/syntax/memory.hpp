@@ -2,6 +2,7 @@
 #define OVSQL_SYNTAX_MEMORY_HPP_
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <memory_resource>
@@ -21,7 +22,7 @@ inline constexpr std::size_t bytes_of = sizeof(T);  // NOLINT(bugprone-sizeof-ex
 // that no tree is too deep to free.
 class memory {
  public:
-  memory() = default;
+  memory() {}  // NOLINT(modernize-use-equals-default): leaves the first bytes as they are
   memory(const memory&) = delete;
   memory& operator=(const memory&) = delete;
 
@@ -58,7 +59,9 @@ class memory {
   }
 
  private:
-  std::pmr::monotonic_buffer_resource bytes_{1024};
+  // Enough for most statements, without asking for memory.
+  alignas(std::max_align_t) std::array<std::byte, 4096> first_;
+  std::pmr::monotonic_buffer_resource bytes_{first_.data(), first_.size()};
 };
 
 }  // namespace ovsql::syntax

@@ -9,7 +9,7 @@ namespace {
 
 bool is_control(char each) { return static_cast<unsigned char>(each) < ' ' || each == '\x7f'; }
 
-std::string escaped(char control) {
+std::string control_words(char control) {
   if (control == '\n') return "\\n";
   if (control == '\t') return "\\t";
   std::array<char, 8> code{};
@@ -22,7 +22,7 @@ std::string escaped(char control) {
 std::string without_controls(const std::string& text) {
   if (std::none_of(text.begin(), text.end(), is_control)) return text;
   std::string shown;
-  for (const char each : text) shown += is_control(each) ? escaped(each) : std::string(1, each);
+  for (const char each : text) shown += is_control(each) ? control_words(each) : std::string(1, each);
   return shown;
 }
 
