@@ -68,6 +68,7 @@ std::optional<std::string> line_editor::read(const std::string& prompt) {
   prompt_ = prompt;
   cancelled_ = false;
   int length = 0;
+  el_set(editor_, EL_PREP_TERM, 1);  // before the prompt: whoever sees it may press Ctrl-C
   const char* const line = el_gets(editor_, &length);
   if (cancelled_) return std::string();
   if (line == nullptr || length <= 0) return std::nullopt;
