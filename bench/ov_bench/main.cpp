@@ -19,9 +19,10 @@ namespace {
 
 std::vector<bench::shape> chosen_shapes(const std::string& pattern) {
   std::vector<bench::shape> chosen;
-  for (const auto& family : {bench::reading_shapes(), bench::lookup_and_join_shapes(), bench::collecting_shapes()}) {
+  for (const auto& family :
+       {bench::reading_shapes(), bench::lookup_and_join_shapes(), bench::trip_shapes(), bench::collecting_shapes()}) {
     for (const bench::shape& each : family) {
-      if (fnmatch(pattern.c_str(), each.name.c_str(), 0) == 0) chosen.push_back(each);
+      if (fnmatch(pattern.c_str(), each.name.c_str(), FNM_EXTMATCH) == 0) chosen.push_back(each);
     }
   }
   if (chosen.empty()) throw bench::usage_error("no shape is called '" + pattern + "'");

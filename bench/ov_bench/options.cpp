@@ -9,7 +9,7 @@ const char* const usage =
     "usage: ov_bench [--rows N[,N...]] [--shapes PATTERN] [--csv FILE] [--svg FILE]\n"
     "                [--duckdb LIBRARY | --memory | --instructions]\n"
     "  --rows          sizes of the data, 10000,100000,1000000 by default\n"
-    "  --shapes        only the shapes whose names match, for example 'group_*'\n"
+    "  --shapes        only the shapes whose names match, for example 'group_*' or '@(follow|join)_*'\n"
     "  --csv, --svg    write the medians to FILE as well; the chart needs gnuplot\n"
     "  --duckdb        measure DuckDB as well, out of its shared library\n"
     "  --memory        print by how much memory rises in one run, instead of times\n"

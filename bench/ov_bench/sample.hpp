@@ -24,6 +24,12 @@ namespace bench {
 // Table owner: id (unique index by_id), name; one for ten items.
 // Table pair: id (unique index by_id) and k below 1,000; 1,000 objects.
 // Table document: id (unique index by_id) and body, 200 letters; one for a hundred items.
+// Table trip, with `rows` objects: id (unique index by_id); town, a reference (index by_town), and town_id, its id; k
+// random below rows / 4 (index by_k); half and tenth, random below 1,000,000, NULL but in one of two and one of ten; c
+// below 1,000.
+// Tables town, state, country: a tenth of the one before; id (unique index by_id) and name; towns (index by_state) and
+// states also a reference to one of the next table, and its id.
+// SQLite has no references: its indexes are those of the ids.
 class sample {
  public:
   explicit sample(std::size_t rows);
