@@ -36,6 +36,7 @@ class sample {
 
   std::size_t rows() const { return rows_; }
   std::uint64_t context() const { return session_->context(); }
+  const ovcoredb::database& core() const { return core_; }
   sqlite3* sqlite() const { return sqlite_.get(); }
 
  private:
