@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ovcoredb/interface/iterator_state.hpp"
+#include "ovcoredb/storage/own_lines.hpp"
 
 namespace ovcoredb {
 
@@ -28,8 +29,8 @@ class iterator_pool {
 
   context_state& owner_;
   std::vector<std::unique_ptr<iterator_state>> all_;
-  std::vector<iterator_state*> closed_;  // has room for all
-  bool is_used_ = false;                 // since the last reset
+  std::vector<iterator_state*, own_lines_allocator<iterator_state*>> closed_;  // has room for all
+  bool is_used_ = false;                                                       // since the last reset
 };
 
 }  // namespace ovcoredb
