@@ -14,8 +14,9 @@ class iterator_pool {
  public:
   explicit iterator_pool(context_state& owner) : owner_(owner) {}
 
-  // Null: there are too many, in the context or in the process. Throws: std::bad_alloc.
-  iterator_state* open();
+  // Prefers one that has walked this index before, since it knows where its objects lie. Null: there are too many, in
+  // the context or in the process. Throws: std::bad_alloc.
+  iterator_state* open(const ordered_index& index);
 
   // Requires: the iterator is open.
   void close(iterator_state& iterator);
@@ -24,7 +25,8 @@ class iterator_pool {
   void reset();
 
  private:
-  // Out of line, which keeps opening an iterator again short.
+  // These two are out of line, which keeps opening an iterator again short.
+  [[gnu::noinline]] void put_best_last(const ordered_index& index);
   [[gnu::noinline]] bool add();
 
   context_state& owner_;
