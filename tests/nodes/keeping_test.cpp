@@ -1,6 +1,7 @@
 // Inner sides that are kept and hashed give what trying every pair gives: rows, order and errors.
 #include <random>
 
+#include "keeping_policies.hpp"
 #include "nodes/given_rows.hpp"
 #include "ov_sql_executor/execution/describe.hpp"
 #include "ov_sql_executor/execution/keeping/kept_side.hpp"
@@ -93,12 +94,15 @@ TEST_F(Keeping, joins_as_if_every_pair_were_tried) {
       return run_to_the_end(nested_loop_inner_join(given(outer), std::move(side)));
     };
     const std::string expected = joined(std::make_unique<filter>(given(inner), plain_condition(key_is_left, has_rest)));
-    ASSERT_EQ(
-        joined(std::make_unique<lookup_filter>(given(inner), hashed_condition(key_is_left, has_rest), std::nullopt)),
-        expected)
-        << spell(outer) << " | " << spell(inner) << key_is_left << has_rest << is_limited;
-    auto kept = std::make_unique<kept_side>(given(inner), std::nullopt);
-    ASSERT_EQ(joined(std::make_unique<filter>(std::move(kept), plain_condition(key_is_left, has_rest))), expected);
+    for (const keeping_policy& policy : keeping_policies) {
+      const policy_scope scope(policy);
+      ASSERT_EQ(
+          joined(std::make_unique<lookup_filter>(given(inner), hashed_condition(key_is_left, has_rest), std::nullopt)),
+          expected)
+          << spell(outer) << " | " << spell(inner) << key_is_left << has_rest << is_limited;
+      auto kept = std::make_unique<kept_side>(given(inner), std::nullopt);
+      ASSERT_EQ(joined(std::make_unique<filter>(std::move(kept), plain_condition(key_is_left, has_rest))), expected);
+    }
     const auto full = [&](auto condition) {
       return run_to_the_end(full_join(given(outer), given(inner), 2, 2, std::move(condition)));
     };

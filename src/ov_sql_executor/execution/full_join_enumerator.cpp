@@ -79,7 +79,7 @@ std::optional<candidate> full_join_enumerator::next_candidate() {
 
 bool full_join_enumerator::holds(const candidate& right_row, execution_context& context) {
   if (condition_) return condition_->holds(context);
-  if (right_row.row_number == index_.size()) return keyed_condition_->holds(context, index_);
+  if (right_row.row_number == index_.size() && is_hashing_) return keyed_condition_->holds(context, index_);
   return keyed_condition_->holds(context, right_row.known);
 }
 

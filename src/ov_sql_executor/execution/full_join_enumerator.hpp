@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "ov_sql_executor/execution/keeping/keeping_policy.hpp"
 #include "ov_sql_executor/execution/keeping/keyed_condition.hpp"
 #include "ov_sql_executor/execution/row_source.hpp"
 #include "ov_sql_executor/execution/rows/kept_rows.hpp"
@@ -42,12 +43,13 @@ class full_join_enumerator final : public row_source {
 
   std::optional<candidate> next_candidate();
   bool holds(const candidate& right_row, execution_context& context);
-  bool is_hashed() const { return keyed_condition_ && index_.size() == right_rows_.size(); }
+  bool is_hashed() const { return keyed_condition_ && is_hashing_ && index_.size() == right_rows_.size(); }
 
   const std::optional<operators::operand>& condition_;  // the node's, like the next
   const std::optional<keyed_condition>& keyed_condition_;
   std::uint64_t left_width_;
   std::uint64_t right_width_;
+  bool is_hashing_ = current_keeping_policy.keeps_from != keeping_policy::from::never;
   state state_ = state::needs_left_row;
   input_rows left_;
   input_rows right_;  // until it has been read

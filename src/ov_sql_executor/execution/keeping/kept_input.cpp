@@ -2,13 +2,9 @@
 
 #include <utility>
 
+#include "ov_sql_executor/execution/keeping/keeping_policy.hpp"
+
 namespace ov::sql_executor {
-
-namespace {
-
-constexpr std::size_t most_bytes = std::size_t{256} << 20;
-
-}  // namespace
 
 bool kept_input::start(execution_context& context, opening how) {
   const bool is_first = !std::exchange(has_started_, true);
@@ -16,28 +12,29 @@ bool kept_input::start(execution_context& context, opening how) {
   if (is_same && phase_ == phase::keeping) return true;
   kept_ = kept_rows(kept_rows::access::once);
   rows_.start(context, how.for_all_rows());
-  if (!is_same) {
-    phase_ = phase::new_rows;
-  } else if (phase_ == phase::new_rows) {
-    phase_ = phase::keeping;
-  }
+  phase_ = phase_after_start(is_same);
   return false;
 }
 
-bool kept_input::pull(execution_context& context) {
+kept_input::phase kept_input::phase_after_start(bool is_same) const {
+  using enum keeping_policy::from;
+  const keeping_policy::from from = current_keeping_policy.keeps_from;
+  if (!is_same) return from == first_start ? phase::keeping : phase::new_rows;
+  return phase_ == phase::new_rows && from == second_start ? phase::keeping : phase_;
+}
+
+bool kept_input::pull(execution_context& context, std::size_t other_bytes) {
   if (!rows_.is_open()) return false;
   const std::size_t start = context.row_stack.size();
   if (!rows_.push_next(context)) {
     rows_.close();
     return false;
   }
-  if (phase_ == phase::keeping) {
-    kept_.add_copy(context, start);
-    if (kept_.byte_count() > most_bytes) {
-      phase_ = phase::given_up;
-      kept_ = kept_rows(kept_rows::access::once);
-    }
-  }
+  if (phase_ != phase::keeping) return true;
+  kept_.add_copy(context, start);
+  if (kept_.byte_count() + other_bytes <= current_keeping_policy.most_bytes) return true;
+  phase_ = phase::given_up;
+  kept_ = kept_rows(kept_rows::access::once);
   return true;
 }
 

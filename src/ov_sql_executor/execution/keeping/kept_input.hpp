@@ -31,13 +31,16 @@ class kept_input {
   // Appends a kept row to the row stack.
   void push(std::size_t row_number, execution_context& context) const { kept_.push_copy(row_number, context); }
 
-  // Appends the next row after those that are kept, and keeps it, if rows are kept; false at the end.
-  bool pull(execution_context& context);
+  // Appends the next row after those that are kept, and keeps it, if rows are kept; false at the end. other_bytes: how
+  // much memory the caller takes for the kept rows.
+  bool pull(execution_context& context, std::size_t other_bytes = 0);
 
   bool is_keeping() const { return phase_ == phase::keeping; }
 
  private:
   enum class phase { new_rows, keeping, given_up };
+
+  phase phase_after_start(bool is_same) const;
 
   std::optional<std::size_t> last_read_;
   phase phase_ = phase::given_up;

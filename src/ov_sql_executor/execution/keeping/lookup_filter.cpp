@@ -50,11 +50,17 @@ class lookup_filter_enumerator final : public row_source {
 
   bool push_new(execution_context& context) {
     const std::size_t size = context.row_stack.size();
-    while (rows_.pull(context)) {
-      if (rows_.is_keeping() ? condition_.holds(context, index_) : condition_.holds(context)) return true;
+    while (rows_.pull(context, index_.byte_count())) {
+      if (new_row_passes(context)) return true;
       cut_row_stack(context, size);
     }
     return false;
+  }
+
+  bool new_row_passes(execution_context& context) {
+    if (rows_.is_keeping()) return condition_.holds(context, index_);
+    if (index_.size() != 0) index_ = {};
+    return condition_.holds(context);
   }
 
   const keyed_condition& condition_;  // the node's
