@@ -83,17 +83,44 @@ std::string ending_of(Action action) {
   }
 }
 
+struct drawn_plan {
+  drawn_plan(choices& from, bool mixes_types, std::size_t most_rows) : maker(from, mixes_types) {
+    tested.mixes_types = mixes_types;
+    tested.most_rows = most_rows;
+    relation of = maker.any_relation(from.below(7));
+    made = ovhost::project(shown(of.columns), std::move(of.made));
+    maker.print(made);
+  }
+
+  // Says how planning ends.
+  std::string plan() {
+    return ending_of([&] { std::tie(tested.planned, tested.types) = physical_to_exec::Plan(std::move(made)); });
+  }
+
+  test_run tested;
+  plan_maker maker;
+  ovhost::plan made;
+};
+
 // Whether inner sides are kept, and from when on, changes neither rows nor errors.
-void compare_keeping(const test_run& of, const std::vector<value>& parameters) {
-  const auto outcome = [&] {
+void compare_keeping(choices start, bool mixes_types, std::size_t most_rows) {
+  struct planned {
+    planned(choices from, bool mixes, std::size_t most) : drawn(from, mixes, most), error(drawn.plan()) {}
+    drawn_plan drawn;
+    std::string error;
+  };
+  const auto outcome = [](const planned& of) {
+    if (!of.error.empty()) return of.error;
     std::string found;
     const auto add = [&found](const row& each) { found += tests::spell(each) + '\n'; };
-    return found + ending_of([&] { run(of, parameters, add); });
+    const std::string error = ending_of([&] { run(of.drawn.tested, of.drawn.maker.parameters(), add); });
+    return found + error;
   };
-  tests::compare_policies(outcome, [](std::size_t policy, const std::string& found) {
-    std::fprintf(stderr, "with policy %zu:\n%s\n", policy, found.c_str());
-    require(false, "keeping inner sides changes nothing");
-  });
+  tests::compare_policies([&] { return planned(start, mixes_types, most_rows); }, outcome,
+                          [](std::size_t policy, const std::string& found) {
+                            std::fprintf(stderr, "with policy %zu:\n%s\n", policy, found.c_str());
+                            require(false, "keeping inner sides changes nothing");
+                          });
 }
 
 void let_core_fail(choices& from) {
@@ -111,27 +138,21 @@ void check_any_plan(std::span<const std::uint8_t> input) {
   world::only().refill(from);
   const bool fails = from.one_in(4);
   const bool fails_late = from.below(2) == 0;
-  test_run tested;
-  tested.mixes_types = from.below(2) == 0;
-  tested.most_rows = from.one_in(4) ? from.below(4) : 2000;
-  plan_maker maker(from, tested.mixes_types);
-  relation made = maker.any_relation(from.below(7));
-  ovhost::plan plan = ovhost::project(shown(made.columns), std::move(made.made));
-  maker.print(plan);
+  const bool mixes_types = from.below(2) == 0;
+  const std::size_t most_rows = from.one_in(4) ? from.below(4) : 2000;
+  const choices start = from;
+  drawn_plan drawn(from, mixes_types, most_rows);
   if (fails && !fails_late) let_core_fail(from);
-  const std::string error =
-      ending_of([&] { std::tie(tested.planned, tested.types) = physical_to_exec::Plan(std::move(plan)); });
-  if (error.empty()) {
+  if (drawn.plan().empty()) {
     if (fails && fails_late) let_core_fail(from);
     for (int again = 0; again < 2; ++again) {
-      ending_of([&] { run(tested, maker.parameters(), [](const row&) {}); });
+      ending_of([&] { run(drawn.tested, drawn.maker.parameters(), [](const row&) {}); });
       require(core_shim::open_iterators() == 0, "every iterator is freed");
       core_shim::reset();
     }
-    compare_keeping(tested, maker.parameters());
-    require(core_shim::open_iterators() == 0, "every iterator is freed");
   }
   core_shim::reset();
+  compare_keeping(start, mixes_types, most_rows);
   require(core_shim::open_iterators() == 0, "planning frees its iterators");
   require(core_shim::wrong_frees() == 0, "no iterator is freed twice");
 }

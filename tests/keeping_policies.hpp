@@ -26,24 +26,23 @@ inline constexpr ov::sql_executor::keeping_policy keeps_nothing{ov::sql_executor
 inline constexpr ov::sql_executor::keeping_policy keeps_from_the_first_start{
     ov::sql_executor::keeping_policy::from::first_start};
 
-// The others; the last ones give up after a few rows.
+// The others. The last one gives up after a few rows.
 inline constexpr ov::sql_executor::keeping_policy keeping_policies[] = {
-    {},
-    keeps_from_the_first_start,
-    {ov::sql_executor::keeping_policy::from::first_start, 300},
-    {ov::sql_executor::keeping_policy::from::second_start, 60}};
+    {}, keeps_from_the_first_start, {ov::sql_executor::keeping_policy::from::second_start, 60}};
 
-// What an action returns where nothing is kept. Calls differs(policy number, result) for each other result.
-template <class Action, class Differs>
-auto compare_policies(Action action, Differs differs) {
-  const auto with = [&action](const ov::sql_executor::keeping_policy& policy) {
-    const policy_scope scope(policy);
-    return action();
-  };
-  const auto plain = with(keeps_nothing);
+// Plans and runs with nothing kept, and returns what run then does. Calls differs(policy number, result) for each
+// other result of running a second plan with each policy.
+template <class Plan, class Run, class Differs>
+auto compare_policies(Plan plan, Run run, Differs differs) {
+  const auto plain = [&] {
+    const policy_scope scope(keeps_nothing);
+    return run(plan());
+  }();
+  const auto planned = plan();
   std::size_t number = 0;
   for (const auto& policy : keeping_policies) {
-    const auto found = with(policy);
+    const policy_scope scope(policy);
+    const auto found = run(planned);
     if (found != plain) differs(number, found);
     ++number;
   }

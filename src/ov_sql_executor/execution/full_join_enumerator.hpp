@@ -6,7 +6,6 @@
 #include <optional>
 #include <vector>
 
-#include "ov_sql_executor/execution/keeping/keeping_policy.hpp"
 #include "ov_sql_executor/execution/keeping/keyed_condition.hpp"
 #include "ov_sql_executor/execution/row_source.hpp"
 #include "ov_sql_executor/execution/rows/kept_rows.hpp"
@@ -28,7 +27,9 @@ class full_join_enumerator final : public row_source {
         left_width_(left_width),
         right_width_(right_width),
         left_(std::move(left)),
-        right_(std::move(right)) {}
+        right_(std::move(right)) {
+    if (keyed_condition_) index_ = keyed_condition_->make_index();
+  }
 
   bool push_next(execution_context& context) override;
   void restart(execution_context& context, opening how) override;
@@ -43,22 +44,21 @@ class full_join_enumerator final : public row_source {
 
   std::optional<candidate> next_candidate();
   bool holds(const candidate& right_row, execution_context& context);
-  bool is_hashed() const { return keyed_condition_ && is_hashing_ && index_.size() == right_rows_.size(); }
+  bool is_hashed() const { return keyed_condition_ && index_.size() == right_rows_.size(); }
 
   const std::optional<operators::operand>& condition_;  // the node's, like the next
   const std::optional<keyed_condition>& keyed_condition_;
   std::uint64_t left_width_;
   std::uint64_t right_width_;
-  bool is_hashing_ = current_keeping_policy.keeps_from != keeping_policy::from::never;
   state state_ = state::needs_left_row;
   input_rows left_;
   input_rows right_;  // until it has been read
   row left_row_;      // the current one, while it is not on the row stack
   kept_rows right_rows_{kept_rows::access::repeated};
   std::vector<bool> right_matched_;
-  std::size_t cursor_ = 0;     // the next of the right rows to look at, if not by candidates
-  equality_index index_;       // of the right rows, once they have been tested
-  candidate_rows candidates_;  // for the current left row
+  std::size_t cursor_ = 0;  // the next of the right rows to look at, if not by candidates
+  equality_index index_;    // of the right rows, once they have been tested
+  candidate_rows candidates_{keyed_condition_ ? keyed_condition_->key_count() : 0};  // for the current left row
 };
 
 }  // namespace ov::sql_executor

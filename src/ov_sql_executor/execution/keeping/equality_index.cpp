@@ -1,6 +1,9 @@
 #include "ov_sql_executor/execution/keeping/equality_index.hpp"
 
+#include <algorithm>
 #include <bit>
+#include <boost/container/small_vector.hpp>
+#include <cmath>
 #include <variant>
 
 #include "ov_sql_executor/values/equality_key.hpp"
@@ -11,6 +14,7 @@ namespace ov::sql_executor {
 namespace {
 
 using operator_library::NullValue;
+using key_list = boost::container::small_vector<value_view, 2>;  // no contiguous range to the standard
 
 // A bit for each kind of values that compare with each other; 0 for NULL, which compares with all.
 unsigned kind_bit(const value_view& any) {
@@ -23,33 +27,51 @@ unsigned kind_bit(const value_view& any) {
       any);
 }
 
+key_list keys_of(std::span<const value_view> values) {
+  key_list keys;
+  for (const value_view& each : values) keys.push_back(equality_key(each));
+  return keys;
+}
+
+bool is_null(const value_view& any) { return std::holds_alternative<NullValue>(any); }
+bool is_valueless(const value_view& any) { return std::holds_alternative<std::monostate>(any); }
+bool equals_nothing(const value_view& key) {
+  const auto* const number = std::get_if<double>(&key);
+  return number != nullptr && std::isnan(*number);
+}
+
 }  // namespace
 
-void equality_index::add(const value_view& key) {
-  if (std::holds_alternative<std::monostate>(key)) throw std::bad_variant_access();
+void equality_index::add(std::span<const value_view> keys) {
+  if (std::ranges::any_of(keys, is_valueless)) throw std::bad_variant_access();
   const auto row_number = static_cast<std::uint32_t>(next_.size());
   next_.push_back(none);
-  if (std::holds_alternative<NullValue>(key)) return nulls_.push_back(row_number);
-  kinds_ |= kind_bit(key);
-  const value_view same[] = {equality_key(key)};
-  const distinct_rows::place place = keys_.find_or_insert(same);
-  if (place.is_new) {
-    rows_.push_back({row_number, row_number});
-  } else {
-    chain& equal = rows_[place.index];
-    next_[equal.last] = row_number;
-    equal.last = row_number;
+  for (std::size_t i = 0; i < keys.size(); ++i) kinds_[i] |= kind_bit(keys[i]);
+  if (std::ranges::any_of(keys, is_null)) return nulls_.push_back(row_number);
+  const key_list same = keys_of(keys);
+  if (std::ranges::any_of(same, equals_nothing)) return;
+  const distinct_rows::place place = keys_.find_or_insert({same.data(), same.size()});
+  if (place.is_new) return rows_.push_back({row_number, row_number});
+  chain& equal = rows_[place.index];
+  next_[equal.last] = row_number;
+  equal.last = row_number;
+}
+
+std::size_t equality_index::byte_count() const {
+  return keys_.byte_count() + rows_.capacity() * sizeof(chain) +
+         (next_.capacity() + nulls_.capacity()) * sizeof(std::uint32_t);
+}
+
+bool equality_index::compare_with(std::span<const value_view> values) const {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (is_valueless(values[i]) || std::popcount(kinds_[i] | kind_bit(values[i])) > 1) return false;
   }
+  return true;
 }
 
-bool equality_index::compares_with(const value_view& any) const {
-  return !std::holds_alternative<std::monostate>(any) && std::popcount(kinds_ | kind_bit(any)) <= 1;
-}
-
-std::uint32_t equality_index::find_first(const value_view& any) const {
-  if (std::holds_alternative<NullValue>(any)) return none;
-  const value_view same[] = {equality_key(any)};
-  const auto found = keys_.find(same);
+std::uint32_t equality_index::find_first(std::span<const value_view> values) const {
+  const key_list same = keys_of(values);
+  const auto found = keys_.find({same.data(), same.size()});
   return found ? rows_[*found].first : none;
 }
 

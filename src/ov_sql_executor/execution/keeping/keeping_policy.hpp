@@ -7,9 +7,13 @@
 namespace ov::sql_executor {
 
 // When the rows of inner sides are kept, and how many. No result depends on it: tests change it to compare. Nobody
-// changes it while anything runs.
+// changes it while anything is planned or runs.
 struct keeping_policy {
-  enum class from : std::uint8_t { never, first_start, second_start };
+  enum class from : std::uint8_t {
+    never,  // plans get none of the nodes that keep rows, and no hashed conditions
+    first_start,
+    second_start
+  };
 
   from keeps_from = from::second_start;
   std::size_t most_bytes = std::size_t{256} << 20;  // of one side

@@ -17,10 +17,9 @@ bool kept_input::start(execution_context& context, opening how) {
 }
 
 kept_input::phase kept_input::phase_after_start(bool is_same) const {
-  using enum keeping_policy::from;
-  const keeping_policy::from from = current_keeping_policy.keeps_from;
-  if (!is_same) return from == first_start ? phase::keeping : phase::new_rows;
-  return phase_ == phase::new_rows && from == second_start ? phase::keeping : phase_;
+  if (current_keeping_policy.keeps_from == keeping_policy::from::first_start && !is_same) return phase::keeping;
+  if (!is_same) return phase::new_rows;
+  return phase_ == phase::new_rows ? phase::keeping : phase_;
 }
 
 bool kept_input::pull(execution_context& context, std::size_t other_bytes) {
