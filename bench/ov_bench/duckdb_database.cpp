@@ -153,6 +153,9 @@ void duckdb_database::copy_table(const std::string& name, const sample& data) {
         case SQLITE_FLOAT:
           failures |= library_->append_double(appender, sqlite3_column_double(rows.get(), i));
           break;
+        case SQLITE_NULL:
+          failures |= library_->append_null(appender);
+          break;
         default:
           failures |= library_->append_text(appender, reinterpret_cast<const char*>(sqlite3_column_text(rows.get(), i)),
                                             static_cast<std::uint64_t>(sqlite3_column_bytes(rows.get(), i)));

@@ -33,8 +33,10 @@ key_list keys_of(std::span<const value_view> values) {
   return keys;
 }
 
-bool is_null(const value_view& any) { return std::holds_alternative<NullValue>(any); }
-bool is_valueless(const value_view& any) { return std::holds_alternative<std::monostate>(any); }
+template <class View>
+bool shows(const value_view& any) {
+  return std::holds_alternative<View>(any);
+}
 bool equals_nothing(const value_view& key) {
   const auto* const number = std::get_if<double>(&key);
   return number != nullptr && std::isnan(*number);
@@ -43,11 +45,11 @@ bool equals_nothing(const value_view& key) {
 }  // namespace
 
 void equality_index::add(std::span<const value_view> keys) {
-  if (std::ranges::any_of(keys, is_valueless)) throw std::bad_variant_access();
+  if (std::ranges::any_of(keys, shows<std::monostate>)) throw std::bad_variant_access();
   const auto row_number = static_cast<std::uint32_t>(next_.size());
   next_.push_back(none);
   for (std::size_t i = 0; i < keys.size(); ++i) kinds_[i] |= kind_bit(keys[i]);
-  if (std::ranges::any_of(keys, is_null)) return nulls_.push_back(row_number);
+  if (std::ranges::any_of(keys, shows<NullValue>)) return nulls_.push_back(row_number);
   const key_list same = keys_of(keys);
   if (std::ranges::any_of(same, equals_nothing)) return;
   const distinct_rows::place place = keys_.find_or_insert({same.data(), same.size()});
@@ -64,7 +66,7 @@ std::size_t equality_index::byte_count() const {
 
 bool equality_index::compare_with(std::span<const value_view> values) const {
   for (std::size_t i = 0; i < values.size(); ++i) {
-    if (is_valueless(values[i]) || std::popcount(kinds_[i] | kind_bit(values[i])) > 1) return false;
+    if (shows<std::monostate>(values[i]) || std::popcount(kinds_[i] | kind_bit(values[i])) > 1) return false;
   }
   return true;
 }
