@@ -80,9 +80,8 @@ std::optional<candidate> full_join_enumerator::next_candidate() {
 bool full_join_enumerator::holds(const candidate& right_row, execution_context& context) {
   if (condition_) return condition_->holds(context);
   if (right_row.has_equal_keys) return keyed_condition_->rest_holds(context);
-  const bool found = keyed_condition_->holds(context);
-  if (right_row.row_number == index_.size()) keyed_condition_->add_keys(index_, context);
-  return found;
+  if (right_row.row_number == index_.size()) return keyed_condition_->holds(context, index_, keys_);
+  return keyed_condition_->holds(context);
 }
 
 bool full_join_enumerator::push_unmatched_right_row(execution_context& context) {

@@ -58,6 +58,7 @@ class full_join_enumerator final : public row_source {
   std::vector<bool> right_matched_;
   std::size_t cursor_ = 0;  // the next of the right rows to look at, if not by candidates
   equality_index index_;    // of the right rows, once they have been tested
+  pinned_values keys_{keyed_condition_ ? keyed_condition_->key_count() : 0};         // of the right row in hand
   candidate_rows candidates_{keyed_condition_ ? keyed_condition_->key_count() : 0};  // for the current left row
 };
 

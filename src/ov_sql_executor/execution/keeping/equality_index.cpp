@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <boost/container/small_vector.hpp>
 #include <cmath>
 #include <variant>
 
@@ -14,7 +13,6 @@ namespace ov::sql_executor {
 namespace {
 
 using operator_library::NullValue;
-using key_list = boost::container::small_vector<value_view, 2>;  // no contiguous range to the standard
 
 // A bit for each kind of values that compare with each other; 0 for NULL, which compares with all.
 unsigned kind_bit(const value_view& any) {
@@ -27,10 +25,9 @@ unsigned kind_bit(const value_view& any) {
       any);
 }
 
-key_list keys_of(std::span<const value_view> values) {
-  key_list keys;
-  for (const value_view& each : values) keys.push_back(equality_key(each));
-  return keys;
+// Makes equal values alike.
+void make_keys(std::span<value_view> values) {
+  for (value_view& each : values) each = equality_key(each);
 }
 
 template <class View>
@@ -44,15 +41,15 @@ bool equals_nothing(const value_view& key) {
 
 }  // namespace
 
-void equality_index::add(std::span<const value_view> keys) {
+void equality_index::add(std::span<value_view> keys) {
   if (std::ranges::any_of(keys, shows<std::monostate>)) throw std::bad_variant_access();
   const auto row_number = static_cast<std::uint32_t>(next_.size());
   next_.push_back(none);
   for (std::size_t i = 0; i < keys.size(); ++i) kinds_[i] |= kind_bit(keys[i]);
   if (std::ranges::any_of(keys, shows<NullValue>)) return nulls_.push_back(row_number);
-  const key_list same = keys_of(keys);
-  if (std::ranges::any_of(same, equals_nothing)) return;
-  const distinct_rows::place place = keys_.find_or_insert({same.data(), same.size()});
+  make_keys(keys);
+  if (std::ranges::any_of(keys, equals_nothing)) return;
+  const distinct_rows::place place = keys_.find_or_insert(keys);
   if (place.is_new) return rows_.push_back({row_number, row_number});
   chain& equal = rows_[place.index];
   next_[equal.last] = row_number;
@@ -71,9 +68,9 @@ bool equality_index::compare_with(std::span<const value_view> values) const {
   return true;
 }
 
-std::uint32_t equality_index::find_first(std::span<const value_view> values) const {
-  const key_list same = keys_of(values);
-  const auto found = keys_.find({same.data(), same.size()});
+std::uint32_t equality_index::find_first(std::span<value_view> values) const {
+  make_keys(values);
+  const auto found = keys_.find(values);
   return found ? rows_[*found].first : none;
 }
 

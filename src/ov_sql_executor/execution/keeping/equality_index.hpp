@@ -20,8 +20,8 @@ class equality_index {
   // key_count: how many keys each row has; of every list below.
   explicit equality_index(std::size_t key_count = 1) : kinds_(key_count), keys_(key_count) {}
 
-  // The keys of the next row. Throws std::bad_variant_access for the view of a valueless value.
-  void add(std::span<const value_view> keys);
+  // The keys of the next row; changes the views. Throws std::bad_variant_access for the view of a valueless value.
+  void add(std::span<value_view> keys);
 
   std::size_t size() const { return next_.size(); }
 
@@ -32,9 +32,9 @@ class equality_index {
   // Otherwise there are keys of several kinds, or of another one.
   bool compare_with(std::span<const value_view> values) const;
 
-  // The first row whose keys equal the values, the next one with the same keys, and none after the last. Requires
-  // compare_with, and values that are not NULL.
-  std::uint32_t find_first(std::span<const value_view> values) const;
+  // The first row whose keys equal the values, the next one with the same keys, and none after the last. Changes the
+  // views. Requires compare_with, and values that are not NULL.
+  std::uint32_t find_first(std::span<value_view> values) const;
   std::uint32_t next_of(std::uint32_t row_number) const { return next_[row_number]; }
 
   // The rows with a key that is NULL.

@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "ov_sql_executor/expressions/operand_list.hpp"
+#include "ov_sql_executor/values/comparison.hpp"
 
 namespace ov::sql_executor {
 
@@ -17,10 +18,32 @@ keyed_condition::keyed_condition(std::vector<keyed_equality> keys,
   assert(!keys_.empty());
 }
 
-bool keyed_condition::holds(execution_context& context) const {
-  bool are_equal = true;
-  for (const keyed_equality& each : keys_) {
-    const truth one = each.test->test(context);
+// The right operand is evaluated first, as by every comparison.
+truth keyed_equality::test_and_show(execution_context& context, operators::scratch_space& scratch,
+                                    value_view& key_view) const {
+  operators::scratch_space probe_scratch;
+  const bool key_first = side == key_side::right;
+  if (key_first) key_view = key().pin(context, scratch);
+  const value_view probe_view = probe().pin(context, probe_scratch);
+  if (!key_first) key_view = key().pin(context, scratch);
+  const auto order = key_first ? compare_values(probe_view, key_view) : compare_values(key_view, probe_view);
+  return order ? operators::to_truth(*order == 0) : truth::unknown;
+}
+
+bool keyed_condition::holds(execution_context& context) const { return others_hold(0, truth::yes, context); }
+
+bool keyed_condition::holds(execution_context& context, equality_index& index, pinned_values& keys) const {
+  const truth first = keys_[0].test_and_show(context, keys.scratch[0], keys.views[0]);
+  for (std::size_t i = 1; i < keys_.size(); ++i) keys.views[i] = keys_[i].key().pin(context, keys.scratch[i]);
+  index.add(keys.all());
+  return others_hold(1, first, context);
+}
+
+bool keyed_condition::others_hold(std::size_t first, truth before, execution_context& context) const {
+  if (before == truth::no) return false;
+  bool are_equal = before == truth::yes;
+  for (std::size_t i = first; i < keys_.size(); ++i) {
+    const truth one = keys_[i].test->test(context);
     if (one == truth::no) return false;
     are_equal = are_equal && one == truth::yes;
   }
@@ -37,17 +60,8 @@ bool keyed_condition::rest_holds(execution_context& context) const {
   return is_known;
 }
 
-void keyed_condition::add_keys(equality_index& index, execution_context& context) const {
-  pinned_values keys(keys_.size());
-  for (std::size_t i = 0; i < keys_.size(); ++i) keys.views.push_back(keys_[i].key().pin(context, keys.scratch[i]));
-  index.add(keys.all());
-}
-
 void keyed_condition::evaluate_probes(pinned_values& probes, execution_context& context) const {
-  probes.views.clear();
-  for (std::size_t i = 0; i < keys_.size(); ++i) {
-    probes.views.push_back(keys_[i].probe().pin(context, probes.scratch[i]));
-  }
+  for (std::size_t i = 0; i < keys_.size(); ++i) probes.views[i] = keys_[i].probe().pin(context, probes.scratch[i]);
 }
 
 void candidate_rows::reset() {

@@ -24,15 +24,18 @@ struct keyed_equality {
 
   const operators::operand& key() const { return side == key_side::left ? test->left() : test->right(); }
   const operators::operand& probe() const { return side == key_side::left ? test->right() : test->left(); }
+
+  // Tests, and shows the key. Valid until the scratch changes.
+  operators::truth test_and_show(execution_context& context, operators::scratch_space& scratch, value_view& key) const;
 };
 
 // The values of several operands, in the caller's memory.
 struct pinned_values {
-  explicit pinned_values(std::size_t count) : scratch(count) {}
+  explicit pinned_values(std::size_t count) : scratch(count), views(count) {}
 
-  std::span<const value_view> all() const { return {views.data(), views.size()}; }
+  std::span<value_view> all() { return {views.data(), views.size()}; }
 
-  boost::container::small_vector<operators::scratch_space, 1> scratch;  // one for each
+  boost::container::small_vector<operators::scratch_space, 1> scratch;
   boost::container::small_vector<value_view, 2> views;
 };
 
@@ -60,8 +63,8 @@ class keyed_condition {
   std::size_t key_count() const { return keys_.size(); }
   equality_index make_index() const { return equality_index(key_count()); }
 
-  // Adds the keys of the row on the row stack. Requires that holds was called for it.
-  void add_keys(equality_index& index, execution_context& context) const;
+  // Like holds, and adds the keys, which are those of the index's next row. Requires room for as many values.
+  bool holds(execution_context& context, equality_index& index, pinned_values& keys) const;
 
   // Requires room for as many values as there are keys.
   void evaluate_probes(pinned_values& probes, execution_context& context) const;
@@ -70,6 +73,9 @@ class keyed_condition {
   bool rest_may_raise() const { return rest_may_raise_; }
 
  private:
+  // From one of the keys on, knowing what the ones before gave.
+  bool others_hold(std::size_t first, operators::truth before, execution_context& context) const;
+
   std::vector<keyed_equality> keys_;
   std::vector<operators::operand> rest_;
   bool rest_may_raise_;

@@ -16,6 +16,7 @@ class lookup_filter_enumerator final : public row_source {
       : condition_(condition),
         rows_(child, last_read),
         index_(condition.make_index()),
+        keys_(condition.key_count()),
         candidates_(condition.key_count()) {
     rows_.start(context, {});
   }
@@ -53,7 +54,7 @@ class lookup_filter_enumerator final : public row_source {
 
   bool push_new(execution_context& context) {
     const std::size_t size = context.row_stack.size();
-    while (rows_.pull(context, index_.byte_count())) {
+    while (rows_.pull(context, &index_)) {
       if (new_row_passes(context)) return true;
       cut_row_stack(context, size);
     }
@@ -61,18 +62,15 @@ class lookup_filter_enumerator final : public row_source {
   }
 
   bool new_row_passes(execution_context& context) {
-    const bool passes = condition_.holds(context);
-    if (rows_.is_keeping()) {
-      condition_.add_keys(index_, context);
-    } else if (index_.size() != 0) {
-      index_ = condition_.make_index();
-    }
-    return passes;
+    if (rows_.is_keeping()) return condition_.holds(context, index_, keys_);
+    if (index_.size() != 0) index_ = condition_.make_index();
+    return condition_.holds(context);
   }
 
   const keyed_condition& condition_;  // the node's
   kept_input rows_;
   equality_index index_;  // of the rows that are kept
+  pinned_values keys_;    // of the row in hand
   candidate_rows candidates_;
   step step_ = step::unstarted;
 };
