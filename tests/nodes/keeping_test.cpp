@@ -135,6 +135,24 @@ TEST_F(Keeping, joins_as_if_every_pair_were_tried) {
   }
 }
 
+// Keys that equal nothing are not entered: all would have the same hash. Rows of one key are a list.
+TEST(EqualityIndex, takes_little_for_keys_that_equal_nothing_or_one_another) {
+  for (const char* const key : {"dnan", "fnan", "NULL", "d-0"}) {
+    equality_index index;
+    const value held = val(key);
+    constexpr std::size_t count = 10'000;
+    for (std::size_t i = 0; i < count; ++i) {
+      value_view views[] = {view_of(held)};
+      index.add(views);
+    }
+    EXPECT_EQ(index.size(), count);
+    EXPECT_LT(index.byte_count(), 16 * count) << key;
+    value_view zero[] = {std::int64_t{0}};
+    EXPECT_EQ(index.find_first(zero), key == std::string("d-0") ? 0 : equality_index::none);
+    EXPECT_EQ(index.nulls().size(), key == std::string("NULL") ? count : 0);
+  }
+}
+
 // One row for every opening of the child; what it depends on is at position 0 of the row stack.
 TEST_F(Keeping, reads_again_what_depends_on_a_row_that_changed) {
   const auto log = std::make_shared<journal>();
