@@ -35,6 +35,7 @@ const std::vector<column> item_columns = {
     {"thousands", value_kind::int64, "INTEGER"},
     {"many", value_kind::int64, "INTEGER"},
     {"owner", value_kind::int64, "INTEGER"},
+    {"half", value_kind::int64, "INTEGER"},
 };
 const std::vector<column> owner_columns = {{"id", value_kind::int64, "INTEGER PRIMARY KEY"},
                                            {"name", value_kind::text, "TEXT"}};
@@ -94,6 +95,8 @@ class table_loader {
       } else if (const auto* decimal = std::get_if<ovcoredb::decimal>(&cells[i])) {
         for_core[i] = *decimal;
         sqlite3_bind_double(insert_.get(), position, static_cast<double>(decimal->millionths) / 1e6);
+      } else if (std::holds_alternative<std::monostate>(cells[i])) {
+        sqlite3_bind_null(insert_.get(), position);
       } else {
         const std::string& text = std::get<std::string>(cells[i]);
         texts[i].assign(text.begin(), text.end());
@@ -215,7 +218,7 @@ sample::sample(std::size_t rows) : rows_(rows) {
     items.add({static_cast<std::int64_t>(id), random.below(rows), random.below(1'000'000), random.below(1'000),
                random.below(1'000), random.money(), random.money(), random.letters(12), random.words(words),
                words[static_cast<std::size_t>(random.below(words.size()))], random.below(10), random.below(10'000),
-               random.below(rows / 2), random.below(owners)});
+               random.below(rows / 2), random.below(owners), id % 2 == 0 ? cell() : static_cast<std::int64_t>(id)});
   }
   table_loader owner_loader(core_, sqlite_, "owner", owner_columns);
   for (std::size_t id = 0; id < owners; ++id) owner_loader.add({static_cast<std::int64_t>(id), random.letters(12)});

@@ -21,6 +21,7 @@ namespace bench {
 //   name   12 random letters; note: words, 30 to 40 letters; word: one of 1,000 of 8 letters
 //   tens, thousands, many  keys of 10, 10,000 and rows / 2 groups
 //   owner  the id of an owner
+//   half   the id where that is odd, otherwise NULL
 // Table owner: id (unique index by_id), name; one for ten items.
 // Table pair: id (unique index by_id) and k below 1,000; 1,000 objects.
 // Table document: id (unique index by_id) and body, 200 letters; one for a hundred items.
