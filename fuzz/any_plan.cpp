@@ -102,6 +102,24 @@ relation plan_maker::extended(relation of, const expressions& outer) {
   return {extend(std::move(added), std::move(of.made)), of.columns};
 }
 
+// Mostly begins with an equality of the two sides, by which inner sides are hashed.
+expression plan_maker::join_condition(const expressions& left, const expressions& right, const expressions& outer) {
+  const auto any = [&] { return any_expression(value_kind::boolean, joined(joined(left, right), outer), 2); };
+  if (from_.below(3) == 0) return any();
+  const auto equality = [&] {
+    const value_kind kind = any_kind();
+    const bool is_number = kind > value_kind::text && kind < value_kind::binary;
+    const expression one = any_expression(kind, left, 1);
+    const expression other = any_expression(is_number ? numeric_kind() : kind, right, 1);
+    return from_.below(2) == 0 ? eq(one, other) : eq(other, one);
+  };
+  expression made = equality();
+  for (std::size_t more = from_.below(3); more != 0; --more) {
+    made = both(std::move(made), from_.below(2) == 0 ? equality() : any());
+  }
+  return made;
+}
+
 plan plan_maker::generated(const expressions& scope, expressions& columns) {
   const auto column = names_.define(fresh(), any_expression(any_kind(), scope));
   columns.push_back(column);
@@ -144,7 +162,7 @@ relation plan_maker::join_of(std::size_t steps, const expressions& outer) {
   }
   relation right = any_relation(steps / 2, kind == 1 ? outer : seen);
   const expressions columns = joined(left.columns, right.columns);
-  const auto test = [&] { return any_expression(value_kind::boolean, joined(columns, outer), 2); };
+  const auto test = [&] { return join_condition(left.columns, right.columns, outer); };
   if (kind == 1) {
     std::optional<expression> condition;
     if (!from_.one_in(4)) condition = test();

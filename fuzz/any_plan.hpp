@@ -48,6 +48,7 @@ class plan_maker {
   relation scanned(const expressions& outer);
   relation grouped(relation of);
   relation join_of(std::size_t steps, const expressions& outer);
+  ovhost::expression join_condition(const expressions& left, const expressions& right, const expressions& outer);
   relation united(relation left, const expressions& outer);
   relation extended(relation of, const expressions& outer);
   ovhost::plan generated(const expressions& scope, expressions& columns);

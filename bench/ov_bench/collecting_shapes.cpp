@@ -65,6 +65,43 @@ shape filtered_total() {
   return {"aggregate_filtered", make, "SELECT count(*), sum(b) FROM item WHERE v < 500000", floor};
 }
 
+// The groups that are large enough, by a column with an index: SQLite reads nothing but that, and in order.
+shape large_groups() {
+  const auto make = [](query& q, std::size_t) {
+    const table_variable t = q.over("trip", "t");
+    const aggregation_column count = q.count_rows("count");
+    const computation k = q.define("k", t["k"]);
+    return project({k, count}, filter(gt(count, lit(4)), group({count}, {k}, scan(t, "by_k"))));
+  };
+  return {"group_having", make, "SELECT k, count(*) FROM trip GROUP BY k HAVING count(*) > 4", reads_of("trip", {"k"})};
+}
+
+shape sums_of_cases() {
+  const auto make = [](query& q, std::size_t) {
+    const table_variable t = q.over("item", "t");
+    const aggregation_column low = q.sum("low", when(lt(t["v"], lit(500'000)), t["b"], lit(0)));
+    const aggregation_column high = q.sum("high", when(lt(t["v"], lit(500'000)), lit(0), t["c"]));
+    const aggregation_column count = q.sum("count", when(eq(t["tens"], lit(3)), lit(1), lit(0)));
+    return project({low, high, count}, group({low, high, count}, {}, scan(t, "by_id")));
+  };
+  return {"sums_of_cases", make,
+          "SELECT sum(CASE WHEN v < 500000 THEN b ELSE 0 END), sum(CASE WHEN v < 500000 THEN 0 ELSE c END), "
+          "sum(CASE WHEN tens = 3 THEN 1 ELSE 0 END) FROM item",
+          reads({"v", "b", "v", "tens"})};
+}
+
+shape aggregates_of_nulls() {
+  const auto make = [](query& q, std::size_t) {
+    const table_variable t = q.over("trip", "t");
+    const std::vector<aggregation_column> all = {q.count("count", t["tenth"]), q.sum("sum", t["tenth"]),
+                                                 q.minimum("minimum", t["half"]), q.maximum("maximum", t["half"]),
+                                                 q.average("average", t["tenth"])};
+    return project({all.begin(), all.end()}, group({all.begin(), all.end()}, {}, scan(t, "by_id")));
+  };
+  return {"aggregate_nulls", make, "SELECT count(tenth), sum(tenth), min(half), max(half), avg(tenth) FROM trip",
+          reads_of("trip", {"tenth", "tenth", "half", "half", "tenth"})};
+}
+
 shape distinct(std::string name, const std::string& column, floor_loop floor) {
   const auto make = [column](query& q, std::size_t) {
     const table_variable t = q.over("item", "t");
@@ -126,6 +163,19 @@ shape ordered_by_sum() {
   return {"order_computed", make, "SELECT id, v + b AS s FROM item ORDER BY s", reads({"v", "b", "id"})};
 }
 
+// Reads the trips in the order of their towns, as SQLite does.
+shape ordered_join() {
+  const auto make = [](query& q, std::size_t) {
+    const table_variable t = q.over("trip", "t");
+    const table_variable o = q.over("town", "o");
+    plan both = join(scan(t, "by_town"), scan(o, "by_id", {key::equal(t["town_id"])}));
+    return project({t["id"], o["name"]}, order({ascending(o["name"]), descending(t["id"])}, std::move(both)));
+  };
+  return {"order_join", make,
+          "SELECT t.id, o.name FROM trip t CROSS JOIN town o ON o.id = t.town_id ORDER BY o.name, t.id DESC",
+          reads_of("trip", {"town_id", "id", "id"})};
+}
+
 shape united() {
   const auto make = [](query& q, std::size_t) {
     const table_variable l = q.over("item", "l");
@@ -148,8 +198,11 @@ std::vector<shape> collecting_shapes() {
       group_by("group_half", {"many"}, {"many"}, {}),
       group_by("group_text", {"word"}, {}, {"word"}),
       group_by("group_two_keys", {"tens", "c"}, {"tens", "c"}, {}),
+      large_groups(),
       counted(),
       filtered_total(),
+      sums_of_cases(),
+      aggregates_of_nulls(),
       distinct("distinct_int", "many", reads({"many"})),
       distinct("distinct_text", "name", reads({}, {"name"})),
       ordered(
@@ -168,6 +221,7 @@ std::vector<shape> collecting_shapes() {
           },
           "SELECT id, b, v FROM item ORDER BY b, v DESC", reads({"b", "v", "id", "b", "v"})),
       ordered_by_sum(),
+      ordered_join(),
       first_of(
           "order_int_first", "v", [](const auto& t) { return std::vector<order_key>{ascending(t["v"])}; },
           "SELECT v FROM item ORDER BY v LIMIT 10", reads({"v"})),

@@ -6,7 +6,7 @@ namespace bench {
 
 core_loop::core_loop(const sample& data) : context_(data.context()), rows_(data.rows()) {
   const ovhost::catalog names;
-  for (const char* table : {"item", "owner", "pair", "document"}) {
+  for (const char* table : {"item", "owner", "pair", "document", "country", "state", "town", "trip"}) {
     const ovhost::table_info info = names.table(table);
     for (const auto& property : names.properties(info)) columns_[info.name + "." + property.name] = property.column;
     for (const auto& index : names.indexes(info)) indexes_[info.name + "." + index.name] = index.handle;

@@ -59,6 +59,11 @@ class core_loop {
     orv_context_get_decimal(context_, from.number, from.second_word, column, &value);
     return value;
   }
+  object reference(object from, std::uint32_t column) const {
+    ORV_REFERENCE_VALUE at{};
+    orv_context_get_reference(context_, from.number, from.second_word, column, &at);
+    return {at.object_number, at.high_part << 16 | at.low_part};
+  }
   std::u16string_view text(object from, std::uint32_t column) const {
     const std::uint8_t* block = nullptr;
     if (orv_context_get_string(context_, from.number, from.second_word, column, &block) != ORV_OK) return {};

@@ -118,8 +118,12 @@ duckdb_database::duckdb_database(const std::string& library_file)
 duckdb_database::duckdb_database(const std::string& library_file, const sample& data) : duckdb_database(library_file) {
   execute("SET threads = 1");
   execute("SET integer_division = true");
-  for (const char* table : {"item", "owner", "pair", "document"}) copy_table(table, data);
+  for (const char* table : {"item", "owner", "pair", "document", "country", "state", "town", "trip"})
+    copy_table(table, data);
   execute("CREATE INDEX by_a ON item(a)");
+  execute("CREATE INDEX by_k ON trip(k)");
+  execute("CREATE INDEX by_town ON trip(town_id)");
+  execute("CREATE INDEX by_state ON town(state_id)");
 }
 
 duckdb_database::~duckdb_database() {
@@ -152,6 +156,9 @@ void duckdb_database::copy_table(const std::string& name, const sample& data) {
           break;
         case SQLITE_FLOAT:
           failures |= library_->append_double(appender, sqlite3_column_double(rows.get(), i));
+          break;
+        case SQLITE_NULL:
+          failures |= library_->append_null(appender);
           break;
         default:
           failures |= library_->append_text(appender, reinterpret_cast<const char*>(sqlite3_column_text(rows.get(), i)),

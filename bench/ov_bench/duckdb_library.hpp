@@ -64,9 +64,11 @@ class duckdb_library {
     find(vector_data, "duckdb_vector_get_data");
     find(vector_validity, "duckdb_vector_get_validity");
     find(appender_create, "duckdb_appender_create");
+    find(append_null, "duckdb_append_null");
     find(append_int64, "duckdb_append_int64");
     find(append_double, "duckdb_append_double");
     find(append_text, "duckdb_append_varchar_length");
+    find(append_null, "duckdb_append_null");
     find(end_row, "duckdb_appender_end_row");
     find(appender_destroy, "duckdb_appender_destroy");
   }
@@ -92,9 +94,11 @@ class duckdb_library {
   void* (*vector_data)(void* vector) = nullptr;
   std::uint64_t* (*vector_validity)(void* vector) = nullptr;  // a bit for each row; null: all have a value
   int (*appender_create)(void* connection, const char* schema, const char* table, void** appender) = nullptr;
+  int (*append_null)(void* appender) = nullptr;
   int (*append_int64)(void* appender, std::int64_t value) = nullptr;
   int (*append_double)(void* appender, double value) = nullptr;
   int (*append_text)(void* appender, const char* bytes, std::uint64_t length) = nullptr;
+  int (*append_null)(void* appender) = nullptr;
   int (*end_row)(void* appender) = nullptr;
   int (*appender_destroy)(void** appender) = nullptr;
 

@@ -23,8 +23,8 @@ struct integer_sum {
   void operator()(const Other& /*other*/) {}
 };
 
-void look_at_rows(const runnable& statement, const sample& data, std::vector<value> parameters, outcome& so_far) {
-  ov::sql_executor::execution_context context{statement.constants, std::move(parameters), {}, data.context()};
+void look_at_rows(const runnable& statement, std::uint64_t on, std::vector<value> parameters, outcome& so_far) {
+  ov::sql_executor::execution_context context{statement.constants, std::move(parameters), {}, on};
   ov::sql_executor::cursor rows(statement, context);
   integer_sum integers;
   while (rows.next()) {
@@ -34,8 +34,8 @@ void look_at_rows(const runnable& statement, const sample& data, std::vector<val
   so_far.sum += integers.sum;
 }
 
-void read_rows(const runnable& statement, const sample& data, std::vector<value> parameters, outcome& so_far) {
-  ov::sql_executor::execution_context context{statement.constants, std::move(parameters), {}, data.context()};
+void read_rows(const runnable& statement, std::uint64_t on, std::vector<value> parameters, outcome& so_far) {
+  ov::sql_executor::execution_context context{statement.constants, std::move(parameters), {}, on};
   const std::unique_ptr<ov::sql_executor::enumerator> rows(statement.root->create_enumerator(context));
   integer_sum integers;
   while (std::optional<ov::sql_executor::row> row = rows->next(context)) {
@@ -91,9 +91,22 @@ prepared prepare_ov(const shape& of, const sample& data) {
     outcome result;
     for (const std::int64_t parameter : parameters) {
       if (make_again) *statement = planned(make_again());
-      read(*statement, data, {parameter}, result);
+      read(*statement, data.context(), {parameter}, result);
     }
     return result;
+  };
+}
+
+on_any_context prepare_ov_for_contexts(const shape& of, const sample& data) {
+  ovhost::query names;
+  const auto statement = std::make_shared<runnable>(planned(of.make(names, data.rows())));
+  const auto read = of.with_cursor ? look_at_rows : static_cast<decltype(&look_at_rows)>(read_rows);
+  return [statement, read, parameters = parameters_of(of, data)](std::uint64_t context) -> prepared {
+    return [statement, read, parameters, context] {
+      outcome result;
+      for (const std::int64_t parameter : parameters) read(*statement, context, {parameter}, result);
+      return result;
+    };
   };
 }
 

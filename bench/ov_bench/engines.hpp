@@ -28,6 +28,11 @@ std::string sql_of(const shape& of, const sample& data);
 std::vector<std::int64_t> parameters_of(const shape& of, const sample& data);
 
 prepared prepare_ov(const shape& of, const sample& data);
+
+// One plan, to be run on any context of the sample's, also on several at the same time.
+using on_any_context = std::function<prepared(std::uint64_t context)>;
+on_any_context prepare_ov_for_contexts(const shape& of, const sample& data);
+
 prepared prepare_sqlite(const shape& of, const sample& data);
 prepared prepare_floor(const shape& of, const sample& data);
 

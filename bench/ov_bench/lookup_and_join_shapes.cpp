@@ -146,6 +146,12 @@ expression many_is_v(const table_variable& left, const table_variable& right) { 
 expression same_many_and_b(const table_variable& left, const table_variable& right) {
   return both(same_many(left, right), eq(right["b"], left["b"]));
 }
+expression same_tens_and_many(const table_variable& left, const table_variable& right) {
+  return both(eq(right["tens"], left["tens"]), same_many(left, right));
+}
+expression same_half_and_other_b(const table_variable& left, const table_variable& right) {
+  return both(eq(right["half"], left["half"]), ne(right["b"], left["c"]));
+}
 
 template <class Kind>
 shape plain_join(std::string name, condition on, const std::string& sql, Kind kind) {
@@ -199,6 +205,8 @@ std::vector<shape> lookup_and_join_shapes() {
           plain_join("plain_inner", same_many, "JOIN item r ON r.many = l.many", join),
           plain_join("plain_inner_text", same_name, "JOIN item r ON r.name = l.name", join),
           plain_join("plain_inner_two", same_many_and_b, "JOIN item r ON r.many = l.many AND r.b = l.b", join),
+          plain_join("plain_inner_few", same_tens_and_many, "JOIN item r ON r.tens = l.tens AND r.many = l.many", join),
+          plain_join("plain_inner_nulls", same_half_and_other_b, "JOIN item r ON r.half = l.half AND r.b <> l.c", join),
           plain_join("plain_left", many_is_v, "LEFT JOIN item r ON r.many = l.v", left_join),
           semi_join(),
           anti_join(),

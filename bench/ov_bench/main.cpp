@@ -14,14 +14,16 @@
 #include "options.hpp"
 #include "ov_sql_executor/errors/db_exception.hpp"
 #include "report.hpp"
+#include "threads.hpp"
 
 namespace {
 
 std::vector<bench::shape> chosen_shapes(const std::string& pattern) {
   std::vector<bench::shape> chosen;
-  for (const auto& family : {bench::reading_shapes(), bench::lookup_and_join_shapes(), bench::collecting_shapes()}) {
+  for (const auto& family :
+       {bench::reading_shapes(), bench::lookup_and_join_shapes(), bench::trip_shapes(), bench::collecting_shapes()}) {
     for (const bench::shape& each : family) {
-      if (fnmatch(pattern.c_str(), each.name.c_str(), 0) == 0) chosen.push_back(each);
+      if (fnmatch(pattern.c_str(), each.name.c_str(), FNM_EXTMATCH) == 0) chosen.push_back(each);
     }
   }
   if (chosen.empty()) throw bench::usage_error("no shape is called '" + pattern + "'");
@@ -41,6 +43,18 @@ void print_memory(const bench::options& wanted) {
       const double risen = bench::peak_kilobytes(each, data);
       std::printf("%-22s %8zu %12.0f %14.1f\n", each.name.c_str(), rows, risen,
                   risen * 1024 / static_cast<double>(each.steps(rows)));
+    }
+  }
+}
+
+void print_threads(const bench::options& wanted) {
+  std::printf("%-22s %8s   two threads/one, eight times\n", "shape", "rows");
+  for (const std::size_t rows : wanted.sizes) {
+    const bench::sample data(rows);
+    for (const bench::shape& each : chosen_shapes(wanted.pattern)) {
+      std::printf("%-22s %8zu", each.name.c_str(), rows);
+      for (const double factor : bench::speed_of_two_threads(each, data)) std::printf(" %6.2f", factor);
+      std::printf("\n");
     }
   }
 }
@@ -86,6 +100,8 @@ int main(int argument_count, char** arguments) {
       run_one(wanted);
     } else if (wanted.memory) {
       print_memory(wanted);
+    } else if (wanted.threads) {
+      print_threads(wanted);
     } else {
       run(wanted);
     }

@@ -7,12 +7,13 @@ namespace bench {
 
 const char* const usage =
     "usage: ov_bench [--rows N[,N...]] [--shapes PATTERN] [--csv FILE] [--svg FILE]\n"
-    "                [--duckdb LIBRARY | --memory | --instructions]\n"
+    "                [--duckdb LIBRARY | --memory | --threads | --instructions]\n"
     "  --rows          sizes of the data, 10000,100000,1000000 by default\n"
-    "  --shapes        only the shapes whose names match, for example 'group_*'\n"
+    "  --shapes        only the shapes whose names match, for example 'group_*' or '@(follow|join)_*'\n"
     "  --csv, --svg    write the medians to FILE as well; the chart needs gnuplot\n"
     "  --duckdb        measure DuckDB as well, out of its shared library\n"
     "  --memory        print by how much memory rises in one run, instead of times\n"
+    "  --threads       print how much faster two threads with a context each are than one, instead of times\n"
     "  --instructions  count the instructions per row at the first size too; needs valgrind and patience\n";
 
 namespace {
@@ -55,6 +56,8 @@ options read_options(const std::vector<std::string>& words) {
       read.duckdb_library = argument();
     } else if (word == "--memory") {
       read.memory = true;
+    } else if (word == "--threads") {
+      read.threads = true;
     } else if (word == "--instructions") {
       read.instructions = true;
     } else if (word == "--run-once") {

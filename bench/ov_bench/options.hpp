@@ -16,6 +16,7 @@ struct options {
   std::string duckdb_library;  // DuckDB's shared library, to be measured as well; empty: none
   bool memory = false;         // measure the peak memory of a run instead of times
   bool instructions = false;   // count them under callgrind as well
+  bool threads = false;        // measure two threads against one instead of times
   std::string counted_engine;  // what this process runs once, itself under callgrind; empty otherwise
 };
 

@@ -94,6 +94,17 @@ listed hundred_texts() {
   return list;
 }
 
+// A value of every trip, where half and tenth are often NULL.
+template <class Value>
+shape compute_of_trips(std::string name, Value compute_value, const std::string& sql) {
+  const auto make = [compute_value](query& q, std::size_t) {
+    const table_variable t = q.over("trip", "t");
+    const computation result = q.define("result", compute_value(t));
+    return project({result}, extend({result}, scan(t, "by_id")));
+  };
+  return {std::move(name), make, "SELECT " + sql + " FROM trip", reads_of("trip", {"tenth", "half", "c"})};
+}
+
 template <class Value>
 shape compute(std::string name, Value compute_value, const std::string& sql, floor_loop floor) {
   return over_items(
@@ -199,6 +210,19 @@ std::vector<shape> reading_shapes() {
               return static_cast<std::uint64_t>(core.number(at, core.number(at, v) < 500'000 ? b : c));
             });
           }),
+      compute(
+          "arithmetic_ten",
+          [](const auto& t, std::size_t) {
+            const expression first = sub(add(mul(t["b"], t["c"]), t["v"]), mul(t["a"], lit(3)));
+            return add(sub(mul(add(first, t["b"]), lit(2)), t["c"]), mul(lit(5), sub(t["tens"], lit(1))));
+          },
+          "(b * c + v - a * 3 + b) * 2 - c + 5 * (tens - 1)", reads({"b", "c", "v", "a", "b", "c", "tens"})),
+      compute_of_trips(
+          "first_not_null",
+          [](const auto& t) {
+            return when(is_not_null(t["tenth"]), t["tenth"], when(is_not_null(t["half"]), t["half"], t["c"]));
+          },
+          "COALESCE(tenth, half, c)"),
       compute(
           "cast_to_double", [](const auto& t, std::size_t) { return to(value_kind::float64, t["v"]); },
           "CAST(v AS REAL)", reads({"v"})),

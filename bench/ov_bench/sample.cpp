@@ -16,8 +16,8 @@ using ovhost::value_kind;
 // A column of the sample in both databases, and how its values are drawn.
 struct column {
   std::string name;
-  value_kind kind;
-  const char* sqlite_type;
+  std::variant<value_kind, ovhost::refers_to> type;
+  const char* sqlite_type;  // null: not there, since it has no references; ids serve instead
 };
 
 const std::vector<column> item_columns = {
@@ -35,6 +35,7 @@ const std::vector<column> item_columns = {
     {"thousands", value_kind::int64, "INTEGER"},
     {"many", value_kind::int64, "INTEGER"},
     {"owner", value_kind::int64, "INTEGER"},
+    {"half", value_kind::int64, "INTEGER"},
 };
 const std::vector<column> owner_columns = {{"id", value_kind::int64, "INTEGER PRIMARY KEY"},
                                            {"name", value_kind::text, "TEXT"}};
@@ -42,8 +43,32 @@ const std::vector<column> pair_columns = {{"id", value_kind::int64, "INTEGER PRI
                                           {"k", value_kind::int64, "INTEGER"}};
 const std::vector<column> document_columns = {{"id", value_kind::int64, "INTEGER PRIMARY KEY"},
                                               {"body", value_kind::text, "TEXT"}};
+const std::vector<column> country_columns = {{"id", value_kind::int64, "INTEGER PRIMARY KEY"},
+                                             {"name", value_kind::text, "TEXT"}};
+const std::vector<column> state_columns = {{"id", value_kind::int64, "INTEGER PRIMARY KEY"},
+                                           {"country", ovhost::refers_to{"country"}, nullptr},
+                                           {"country_id", value_kind::int64, "INTEGER"},
+                                           {"name", value_kind::text, "TEXT"}};
+const std::vector<column> town_columns = {{"id", value_kind::int64, "INTEGER PRIMARY KEY"},
+                                          {"state", ovhost::refers_to{"state"}, nullptr},
+                                          {"state_id", value_kind::int64, "INTEGER"},
+                                          {"name", value_kind::text, "TEXT"}};
+const std::vector<column> trip_columns = {
+    {"id", value_kind::int64, "INTEGER PRIMARY KEY"},
+    {"town", ovhost::refers_to{"town"}, nullptr},
+    {"town_id", value_kind::int64, "INTEGER"},
+    {"k", value_kind::int64, "INTEGER"},
+    {"half", value_kind::int64, "INTEGER"},
+    {"tenth", value_kind::int64, "INTEGER"},
+    {"c", value_kind::int64, "INTEGER"},
+};
 
-using cell = std::variant<std::int64_t, ovcoredb::decimal, std::string>;
+const std::vector<std::pair<std::string, const std::vector<column>&>> tables = {
+    {"item", item_columns},       {"owner", owner_columns}, {"pair", pair_columns}, {"document", document_columns},
+    {"country", country_columns}, {"state", state_columns}, {"town", town_columns}, {"trip", trip_columns},
+};
+
+using cell = std::variant<std::monostate, std::int64_t, ovcoredb::decimal, std::string, OV_OBJ_REF>;
 
 // Fills one table in both databases.
 class table_loader {
@@ -52,17 +77,26 @@ class table_loader {
                const std::vector<column>& columns)
       : core_(core), tag_(ovhost::catalog().table(name).tag), insert_(sqlite.get(), create(sqlite, name, columns)) {}
 
-  void add(const std::vector<cell>& cells) {
+  OV_OBJ_REF add(const std::vector<cell>& cells) {
     std::vector<std::u16string> texts(cells.size());
     std::vector<ovcoredb::cell> for_core(cells.size());
+    int position = 0;
     for (std::size_t i = 0; i < cells.size(); ++i) {
-      const int position = static_cast<int>(i) + 1;
-      if (const auto* number = std::get_if<std::int64_t>(&cells[i])) {
+      if (const auto* reference = std::get_if<OV_OBJ_REF>(&cells[i])) {
+        for_core[i] = *reference;
+        continue;
+      }
+      ++position;
+      if (std::holds_alternative<std::monostate>(cells[i])) {
+        sqlite3_bind_null(insert_.get(), position);
+      } else if (const auto* number = std::get_if<std::int64_t>(&cells[i])) {
         for_core[i] = *number;
         sqlite3_bind_int64(insert_.get(), position, *number);
       } else if (const auto* decimal = std::get_if<ovcoredb::decimal>(&cells[i])) {
         for_core[i] = *decimal;
         sqlite3_bind_double(insert_.get(), position, static_cast<double>(decimal->millionths) / 1e6);
+      } else if (std::holds_alternative<std::monostate>(cells[i])) {
+        sqlite3_bind_null(insert_.get(), position);
       } else {
         const std::string& text = std::get<std::string>(cells[i]);
         texts[i].assign(text.begin(), text.end());
@@ -70,9 +104,9 @@ class table_loader {
         sqlite3_bind_text(insert_.get(), position, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
       }
     }
-    core_.insert(tag_, for_core);
     if (sqlite3_step(insert_.get()) != SQLITE_DONE) throw std::runtime_error("SQLite: an insertion failed");
     sqlite3_reset(insert_.get());
+    return core_.insert(tag_, for_core);
   }
 
  private:
@@ -87,6 +121,7 @@ std::string table_loader::create(sqlite_database& sqlite, const std::string& nam
   std::string list;
   std::string marks;
   for (const column& each : columns) {
+    if (each.sqlite_type == nullptr) continue;
     list += (list.empty() ? "" : ", ") + each.name + " " + each.sqlite_type;
     marks += marks.empty() ? "?" : ",?";
   }
@@ -96,20 +131,20 @@ std::string table_loader::create(sqlite_database& sqlite, const std::string& nam
 
 ovhost::table_definition definition(const std::string& name, const std::vector<column>& columns) {
   ovhost::table_definition defined{name, {}};
-  for (const column& each : columns) defined.members.push_back({each.name, each.kind});
+  for (const column& each : columns) defined.members.push_back({each.name, each.type});
   return defined;
 }
 
 void define_schema(ovcoredb::database& core) {
   ovhost::schema schema(core);
-  schema.define_table(definition("item", item_columns));
-  schema.define_table(definition("owner", owner_columns));
-  schema.define_table(definition("pair", pair_columns));
-  schema.define_table(definition("document", document_columns));
-  for (const char* table : {"item", "owner", "pair", "document"}) {
-    schema.define_index({table, "by_id", {{"id"}}, true});
+  for (const auto& [name, columns] : tables) {
+    schema.define_table(definition(name, columns));
+    schema.define_index({name, "by_id", {{"id"}}, true});
   }
   schema.define_index({"item", "by_a", {{"a"}}});
+  schema.define_index({"trip", "by_k", {{"k"}}});
+  schema.define_index({"trip", "by_town", {{"town"}}});
+  schema.define_index({"town", "by_state", {{"state"}}});
 }
 
 class random_values {
@@ -131,6 +166,42 @@ class random_values {
   std::mt19937_64 random_{20'260'101};
 };
 
+void load_trips(ovcoredb::database& core, sqlite_database& sqlite, random_values& random, std::size_t rows) {
+  const auto any_of = [&](const std::vector<OV_OBJ_REF>& all, std::int64_t& id) {
+    id = random.below(all.size());
+    return all[static_cast<std::size_t>(id)];
+  };
+  std::vector<OV_OBJ_REF> countries(rows / 1'000);
+  std::vector<OV_OBJ_REF> states(rows / 100);
+  std::vector<OV_OBJ_REF> towns(rows / 10);
+  std::int64_t id = 0;
+  table_loader country_loader(core, sqlite, "country", country_columns);
+  for (OV_OBJ_REF& each : countries) each = country_loader.add({id++, random.letters(12)});
+  std::int64_t above = 0;
+  id = 0;
+  table_loader state_loader(core, sqlite, "state", state_columns);
+  for (OV_OBJ_REF& each : states) {
+    const OV_OBJ_REF country = any_of(countries, above);
+    each = state_loader.add({id++, country, above, random.letters(12)});
+  }
+  id = 0;
+  table_loader town_loader(core, sqlite, "town", town_columns);
+  for (OV_OBJ_REF& each : towns) {
+    const OV_OBJ_REF state = any_of(states, above);
+    each = town_loader.add({id++, state, above, random.letters(12)});
+  }
+  table_loader trip_loader(core, sqlite, "trip", trip_columns);
+  for (id = 0; id < static_cast<std::int64_t>(rows); ++id) {
+    const OV_OBJ_REF town = any_of(towns, above);
+    const auto in_one_of = [&](std::size_t count) {
+      return random.below(count) == 0 ? cell(random.below(1'000'000)) : cell();
+    };
+    const cell half = in_one_of(2);
+    const cell tenth = in_one_of(10);
+    trip_loader.add({id, town, above, random.below(rows / 4), half, tenth, random.below(1'000)});
+  }
+}
+
 }  // namespace
 
 sample::sample(std::size_t rows) : rows_(rows) {
@@ -147,7 +218,7 @@ sample::sample(std::size_t rows) : rows_(rows) {
     items.add({static_cast<std::int64_t>(id), random.below(rows), random.below(1'000'000), random.below(1'000),
                random.below(1'000), random.money(), random.money(), random.letters(12), random.words(words),
                words[static_cast<std::size_t>(random.below(words.size()))], random.below(10), random.below(10'000),
-               random.below(rows / 2), random.below(owners)});
+               random.below(rows / 2), random.below(owners), id % 2 == 0 ? cell() : static_cast<std::int64_t>(id)});
   }
   table_loader owner_loader(core_, sqlite_, "owner", owner_columns);
   for (std::size_t id = 0; id < owners; ++id) owner_loader.add({static_cast<std::int64_t>(id), random.letters(12)});
@@ -157,8 +228,12 @@ sample::sample(std::size_t rows) : rows_(rows) {
   for (std::size_t id = 0; id < rows / 100; ++id) {
     documents.add({static_cast<std::int64_t>(id), random.letters(200, 2)});
   }
+  load_trips(core_, sqlite_, random, rows);
   sqlite_.execute("COMMIT");
   sqlite_.execute("CREATE INDEX by_a ON item(a)");
+  sqlite_.execute("CREATE INDEX by_k ON trip(k)");
+  sqlite_.execute("CREATE INDEX by_town ON trip(town_id)");
+  sqlite_.execute("CREATE INDEX by_state ON town(state_id)");
 }
 
 }  // namespace bench

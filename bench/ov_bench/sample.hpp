@@ -21,15 +21,23 @@ namespace bench {
 //   name   12 random letters; note: words, 30 to 40 letters; word: one of 1,000 of 8 letters
 //   tens, thousands, many  keys of 10, 10,000 and rows / 2 groups
 //   owner  the id of an owner
+//   half   the id where that is odd, otherwise NULL
 // Table owner: id (unique index by_id), name; one for ten items.
 // Table pair: id (unique index by_id) and k below 1,000; 1,000 objects.
 // Table document: id (unique index by_id) and body, 200 letters; one for a hundred items.
+// Table trip, with `rows` objects: id (unique index by_id); town, a reference (index by_town), and town_id, its id; k
+// random below rows / 4 (index by_k); half and tenth, random below 1,000,000, NULL but in one of two and one of ten; c
+// below 1,000.
+// Tables town, state, country: a tenth of the one before; id (unique index by_id) and name; towns (index by_state) and
+// states also a reference to one of the next table, and its id.
+// SQLite has no references: its indexes are those of the ids.
 class sample {
  public:
   explicit sample(std::size_t rows);
 
   std::size_t rows() const { return rows_; }
   std::uint64_t context() const { return session_->context(); }
+  const ovcoredb::database& core() const { return core_; }
   sqlite3* sqlite() const { return sqlite_.get(); }
 
  private:

@@ -20,6 +20,10 @@ using floor_loop = std::function<std::uint64_t(core_loop&, std::int64_t paramete
 // A floor that reads some columns of every item: the numbers' sum and the texts' units.
 floor_loop reads(std::vector<std::string> numbers, std::vector<std::string> texts = {}, std::size_t passes = 1);
 
+// The same for another table.
+floor_loop reads_of(const std::string& table, std::vector<std::string> numbers, std::vector<std::string> texts = {},
+                    std::size_t passes = 1);
+
 struct shape {
   std::string name;
   std::function<ovhost::plan(ovhost::query&, std::size_t rows)> make;
@@ -44,6 +48,7 @@ struct shape {
 
 std::vector<shape> reading_shapes();
 std::vector<shape> lookup_and_join_shapes();
+std::vector<shape> trip_shapes();        // joins along references, self-joins
 std::vector<shape> collecting_shapes();  // grouping, ordering, limits, unions
 
 }  // namespace bench

@@ -349,6 +349,51 @@ TEST_F(Scan, opens_nothing_when_a_bound_fails_and_ignores_a_free_that_fails) {
   EXPECT_EQ(scanned(index, {{2, true}}, {}, true), filtered({{2, true}}, {}, true));
 }
 
+bool has_exact_type(std::size_t key, const value& bound) {
+  if (key == 3) return std::holds_alternative<std::int64_t>(bound);
+  return key == 7 ? std::holds_alternative<OV_OBJ_REF>(bound) : std::holds_alternative<std::uint64_t>(bound);
+}
+
+// A key that comes again at once is answered from memory, if it found little and all of that had been asked for.
+TEST_F(Scan, restarted_as_a_lookup_finds_what_a_filter_finds) {
+  for (int round = 0; round < 30; ++round) {
+    const std::size_t key = std::vector<std::size_t>{0, 2, 3, 7}[below(4)];
+    const bool ascending = below(2) == 0;
+    const std::uint64_t index = index_over({{key, true}});
+    execution_context run{{}, {null()}, {}, context.handle()};
+    std::vector<std::vector<key_condition>> equality(1);
+    equality[0].push_back({key_operation::equal, true,
+                           operators::operand(std::make_unique<operators::value_from_context>(
+                               operators::context_list::variables, std::int16_t{0}))});
+    const scan tested(std::move(equality), index, {{key_types[key], true}}, ascending);
+    const auto source = tested.open(run, all_rows);
+    bool knows_all = false;
+    for (int start = 0; start < 40; ++start) {
+      const bool same = below(2) == 0;
+      if (!same) run.variables[0] = key == 0 ? u(below(objects.size() + 2)) : bound_for(key);
+      const numbers wanted = filtered({{key, true}}, {{{key_operation::equal, run.variables[0], true}}}, ascending);
+      core_shim::reset();
+      source->restart(run, {});
+      const bool is_exact = !is_null(run.variables[0]) && has_exact_type(key, run.variables[0]);
+      const bool repeats = same && knows_all && is_exact && wanted.size() <= 4;
+      EXPECT_TRUE(!repeats || core_shim::opening_flags().empty());
+
+      std::size_t at = below(3) == 0 ? below(4) : 0;
+      const bool skips = at != 0;
+      at = source->skip(run, at);
+      const std::size_t end = below(4) == 0 ? below(3) : wanted.size() + 1;
+      while (at < end && source->push_next(run)) {
+        ASSERT_LT(at, wanted.size());
+        EXPECT_EQ(std::get<OV_OBJ_REF>(run.row_stack.back()).object_number, wanted[at++]);
+        run.row_stack.pop_back();
+        EXPECT_TRUE(!source->is_at_end() || at == wanted.size());
+      }
+      EXPECT_TRUE(end <= wanted.size() || at == wanted.size());
+      knows_all = end > wanted.size() && (!skips || (same && knows_all));
+    }
+  }
+}
+
 using meta_data::key_column;
 using column_list = std::vector<key_column>;
 using enum type_code;

@@ -7,6 +7,7 @@
 #include <random>
 
 #include "host_test.hpp"
+#include "keeping_policies.hpp"
 #include "ovhost/plans/expressions.hpp"
 #include "ovhost/plans/query.hpp"
 
@@ -379,14 +380,25 @@ TEST_F(RandomQueries, agree_with_sqlite) {
   for (int filling = 0; filling < fillings; ++filling) {
     refill(random);
     for (int number = 0; number < 60; ++number) {
-      query_pair made = random_query(random).make(number % 7);
-      std::vector<std::string> ours;
-      const ovhost::statement statement(std::move(made.plan));
-      for (const row& each : statement.rows(reading.context())) ours.push_back(spell_signed(each));
-      std::vector<std::string> theirs = ask_sqlite(made.sql);
+      std::string sql;
+      const std::mt19937 before = random;
+      const auto plan = [&] {
+        query_pair made = random_query(random = before).make(number % 7);
+        sql = made.sql;
+        return ovhost::statement(std::move(made.plan));
+      };
+      const auto run = [&](const ovhost::statement& statement) {
+        std::vector<std::string> spelled;
+        for (const row& each : statement.rows(reading.context())) spelled.push_back(spell_signed(each));
+        return spelled;
+      };
+      std::vector<std::string> ours = compare_policies(plan, run, [&](std::size_t policy, const auto& found) {
+        ADD_FAILURE() << testing::PrintToString(found) << " with policy " << policy << ", seed " << seed << ": " << sql;
+      });
+      std::vector<std::string> theirs = ask_sqlite(sql);
       std::sort(ours.begin(), ours.end());
       std::sort(theirs.begin(), theirs.end());
-      ASSERT_EQ(ours, theirs) << "seed " << seed << ", filling " << filling << ", " << number << ": " << made.sql;
+      ASSERT_EQ(ours, theirs) << "seed " << seed << ", filling " << filling << ", " << number << ": " << sql;
     }
   }
 }

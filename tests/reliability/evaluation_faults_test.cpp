@@ -3,6 +3,8 @@
 #include <iostream>
 
 #include "nodes/given_rows.hpp"
+#include "ov_sql_executor/execution/keeping/kept_side.hpp"
+#include "ov_sql_executor/execution/keeping/lookup_filter.hpp"
 #include "ov_sql_executor/expressions/arithmetic.hpp"
 #include "ov_sql_executor/expressions/comparison.hpp"
 #include "ov_sql_executor/expressions/logical.hpp"
@@ -95,6 +97,18 @@ class EvaluationFaults : public testing::Test {
     add("inner join", tree<nested_loop_inner_join>(input(5), partners()));
     add("left join", tree<left_join>(input(5), partners(), width));
     add("full join", tree<full_join>(input(5), input(4), width, width, std::optional(matching())));
+    const auto hashed = [] {
+      auto key = std::make_unique<equal>(at(0), at(3));
+      auto keys = list_of<keyed_equality>(keyed_equality{std::move(key), keyed_equality::key_side::right});
+      return keyed_condition(std::move(keys), list_of(make<logical_not>(make<less_than>(at(5), at(2)))), true);
+    };
+    const auto looked_up = [&] { return tree<lookup_filter>(input(4), hashed(), std::nullopt); };
+    add("kept inner side",
+        tree<nested_loop_inner_join>(input(5), tree<filter>(tree<kept_side>(chosen(9), std::nullopt), matching())));
+    add("hashed inner side", tree<left_join>(input(5), looked_up(), width));
+    add("first of a hashed inner side",
+        tree<left_join>(input(3), tree<limit_offset>(looked_up(), at_constant(1), at_constant(1)), width));
+    add("hashed full join", tree<full_join>(input(5), input(4), width, width, hashed()));
     add("limit", tree<limit_offset>(chosen(1), at_constant(0), at_constant(1)));
     add("union", tree<uniond>(chosen(1), tree<projection>(input(), list_of(at(2), at(1), at(0)))));
     add("one row", tree<generative_assignment>(at_constant(1)));

@@ -36,6 +36,7 @@ plan_catalogue::plan_catalogue() {
   add_scans();
   add_operations();
   add_joins();
+  add_kept_sides();
   add_aggregates();
   add_orders();
   add_errors();
@@ -199,6 +200,44 @@ void plan_catalogue::add_joins() {
       [=] { return left_join(all(), join(of_state(), scan(u, "by_before", {key::equal(s)}))); });
   add("full join inside", names,
       [=] { return join(all(), full_join(eq(s["rank"], u["rank"]), scan(s, "by_state"), matching())); });
+}
+
+// Inner sides that are kept and hashed. Some rows have NULL keys.
+void plan_catalogue::add_kept_sides() {
+  const table_variable t = t_;
+  const table_variable s = s_;
+  const table_variable u = query_.over("Town", "u");
+  const columns names = {t["name"], s["name"]};
+  const auto all = [=] { return scan(t, "by_name"); };
+  const auto among = [=](const table_variable& of, const expression& condition) {
+    return filter(condition, scan(of, "by_rank"));
+  };
+  const auto add_join = [&](const char* name, const expression& condition, const char* error = "") {
+    fail(error, name, names, [=] { return join(all(), among(s, condition)); });
+  };
+  const expression same_state = eq(s["state"], t["state"]);
+  add_join("kept: several keys", both(same_state, both(eq(t["port"], s["port"]), ne(s["name"], t["name"]))));
+  add_join("kept: numbers of two types",
+           both(eq(t["rank"], ovhost::add(s["height"], lit(0.5))), is_not_null(t["size"])));
+  add_join("kept: a computed key", eq(concat({s["name"], t["name"]}), text(u"BernBern")));
+  add_join("kept: texts made of each side",
+           both(eq(concat({s["state"], text(u"/")}), concat({t["state"], text(u"/")})), like(t["name"], s["name"])));
+  add_join("kept: keys of another kind", eq(s["name"], t["rank"]), "7020");
+  add_join("kept: an error after NULL", both(same_state, gt(div(s["rank"], sub(t["rank"], lit(4))), lit(0))), "7041");
+  add("kept: first partner", {t["size"], s["crest"]},
+      [=] { return left_join(all(), limit(lit(1), std::nullopt, among(s, eq(s["crest"], t["crest"])))); });
+  const auto state = query_.define("state", s["state"]);
+  const auto partners = query_.count_rows("partners");
+  add("kept: groups", {t["name"], partners},
+      [=] { return join(all(), filter(eq(state, t["state"]), group({partners}, {state}, scan(s, "by_state")))); });
+  add("kept: the outermost row's", {t["name"], u["name"]},
+      [=] { return join(all(), join(scan(s, "by_name"), among(u, eq(u["before"], t["before"])))); });
+  add("kept: a full join", {s["name"], u["area"]}, [=] {
+    const auto both_sides = [=] {
+      return full_join(eq(s["share"], u["area"]), scan(s, "by_name"), scan(u, "by_rank"));
+    };
+    return join(all(), filter(eq(s["size"], t["size"]), both_sides()));
+  });
 }
 
 void plan_catalogue::add_aggregates() {

@@ -21,8 +21,8 @@ struct catalogued_plan {
   std::string error;                   // how planning or running it ends, as outcome() says it; empty: with rows
 };
 
-// Every node kind, operation, aggregate, key operation and type of column, inner sides of joins, parameters, and
-// statements that end with an error. The tables and what the plans name go with the catalogue.
+// Every node kind, operation, aggregate, key operation and type of column, inner sides of joins, kept sides,
+// parameters, and statements that end with an error. The tables and what the plans name go with the catalogue.
 class plan_catalogue {
  public:
   plan_catalogue();
@@ -42,6 +42,7 @@ class plan_catalogue {
   void add_scans();
   void add_operations();
   void add_joins();
+  void add_kept_sides();
   void add_aggregates();
   void add_orders();
   void add_errors();

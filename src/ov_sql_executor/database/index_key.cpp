@@ -109,7 +109,7 @@ void write_component(std::uint8_t* out, const key_bound& bound) {
 }
 
 // Counts the end mark and the padding after `size` bytes of components.
-std::size_t end_size(std::size_t size) { return 8 - size % 8; }
+constexpr std::size_t end_size(std::size_t size) { return 8 - size % 8; }
 
 void write_end(std::uint8_t* out, std::size_t count) {
   assert(count >= 1 && count <= key_end.size());
@@ -155,6 +155,14 @@ std::uint8_t* growing_key::extend_long(std::size_t before) {
 }
 
 void growing_key::append(const key_bound& bound) { write_component(extend(component_size(bound)), bound); }
+
+number_key key_of_number(std::uint64_t number) {
+  number_key key;
+  write_number(key.data(), number);
+  static_assert(key.size() == number_size + end_size(number_size));
+  write_end(key.data() + number_size, key.size() - number_size);
+  return key;
+}
 
 void growing_key::append_number(std::uint64_t number) { write_number(extend(number_size), number); }
 

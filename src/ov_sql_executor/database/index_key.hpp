@@ -55,6 +55,10 @@ constexpr std::uint64_t key_number(std::int64_t value) {
 // Orders two bounds. Requires: both are of one alternative, or one is the lowest marker, which is below every value.
 std::strong_ordering order_bounds(const key_bound& left, const key_bound& right);
 
+// A key of one number, terminated.
+using number_key = std::array<std::uint8_t, 16>;
+number_key key_of_number(std::uint64_t number);
+
 // A key of any length. Nearly all are short and need no heap.
 class growing_key {
  public:

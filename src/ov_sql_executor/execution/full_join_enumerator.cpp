@@ -26,8 +26,8 @@ void full_join_enumerator::restart(execution_context& context, opening how) {
   left_.start(context, how.for_all_rows());
   right_.start(context, how.for_all_rows());
   right_rows_ = kept_rows(kept_rows::access::repeated);
-  index_ = {};
-  candidates_ = {};
+  if (keyed_condition_) index_ = keyed_condition_->make_index();
+  candidates_.reset();
   state_ = state::needs_left_row;
 }
 
@@ -74,13 +74,14 @@ bool full_join_enumerator::push_matching_right_row(execution_context& context, s
 // The first left row is tested with every right row.
 std::optional<candidate> full_join_enumerator::next_candidate() {
   if (cursor_ == right_rows_.size()) return is_hashed() ? candidates_.next(index_) : std::nullopt;
-  return candidate{static_cast<std::uint32_t>(cursor_++), candidate::equality::unknown};
+  return candidate{static_cast<std::uint32_t>(cursor_++), false};
 }
 
 bool full_join_enumerator::holds(const candidate& right_row, execution_context& context) {
   if (condition_) return condition_->holds(context);
-  if (right_row.row_number == index_.size()) return keyed_condition_->holds(context, index_);
-  return keyed_condition_->holds(context, right_row.known);
+  if (right_row.has_equal_keys) return keyed_condition_->rest_holds(context);
+  if (right_row.row_number == index_.size()) return keyed_condition_->holds(context, index_, keys_);
+  return keyed_condition_->holds(context);
 }
 
 bool full_join_enumerator::push_unmatched_right_row(execution_context& context) {

@@ -27,7 +27,9 @@ class full_join_enumerator final : public row_source {
         left_width_(left_width),
         right_width_(right_width),
         left_(std::move(left)),
-        right_(std::move(right)) {}
+        right_(std::move(right)) {
+    if (keyed_condition_) index_ = keyed_condition_->make_index();
+  }
 
   bool push_next(execution_context& context) override;
   void restart(execution_context& context, opening how) override;
@@ -54,9 +56,10 @@ class full_join_enumerator final : public row_source {
   row left_row_;      // the current one, while it is not on the row stack
   kept_rows right_rows_{kept_rows::access::repeated};
   std::vector<bool> right_matched_;
-  std::size_t cursor_ = 0;     // the next of the right rows to look at, if not by candidates
-  equality_index index_;       // of the right rows, once they have been tested
-  candidate_rows candidates_;  // for the current left row
+  std::size_t cursor_ = 0;  // the next of the right rows to look at, if not by candidates
+  equality_index index_;    // of the right rows, once they have been tested
+  pinned_values keys_{keyed_condition_ ? keyed_condition_->key_count() : 0};         // of the right row in hand
+  candidate_rows candidates_{keyed_condition_ ? keyed_condition_->key_count() : 0};  // for the current left row
 };
 
 }  // namespace ov::sql_executor

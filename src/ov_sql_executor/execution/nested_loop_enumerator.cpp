@@ -45,6 +45,10 @@ bool nested_loop_enumerator::push_outer_row(execution_context& context) {
 bool nested_loop_enumerator::push_inner_row(execution_context& context, std::size_t outer_start) {
   const std::size_t inner_start = context.row_stack.size();
   if (!inner_.push_next(context)) return false;
+  if (inner_.is_at_end()) {
+    state_ = state::needs_outer_row;
+    return true;
+  }
   copy_from_stack(context, outer_start, inner_start, outer_row_);
   state_ = state::outer_row_matched;
   return true;

@@ -15,7 +15,8 @@ namespace ov::sql_executor {
 //    while    ... enclosing rows ... | outer row |             the inner side is opened and pulled
 //    result   ... enclosing rows ... | outer row | inner row
 //
-// The outer row is copied once for each result and moved otherwise. A new inner enumerator is made before the one for
+// The outer row is copied once for each result and moved otherwise; not so for the last one, where the inner side knows
+// that it is the last. A new inner enumerator is made before the one for
 // the previous outer row goes.
 class nested_loop_enumerator : public row_source {
  public:

@@ -36,6 +36,9 @@ class row_source : public enumerator {
   // call, with the stack as it was.
   virtual bool push_next(execution_context& context) = 0;
 
+  // Whether it is known that no row follows. Where it is not, push_next finds out.
+  bool is_at_end() const { return is_at_end_; }
+
   // Passes over the next rows, at most count, and returns how many there were; fewer only at the end. What evaluating
   // them throws is thrown here, too.
   virtual std::uint64_t skip(execution_context& context, std::uint64_t count);
@@ -46,6 +49,9 @@ class row_source : public enumerator {
 
   // Moves the next row off the stack.
   std::optional<row> next(execution_context& context) override;
+
+ protected:
+  bool is_at_end_ = false;  // set by sources that know it
 };
 
 class input;
@@ -140,6 +146,10 @@ class input_rows {
     const bool found = source_->push_next(context);
     assert(has_grown_by(context.row_stack.size() - before, found));
     return found;
+  }
+  bool is_at_end() const {
+    assert(is_open());
+    return source_->is_at_end();
   }
   std::uint64_t skip(execution_context& context, std::uint64_t count) {
     assert(is_open());

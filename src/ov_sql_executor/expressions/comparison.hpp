@@ -20,6 +20,9 @@ class comparison final : public truth_operator {
 
   truth test(execution_context& context) const override;
 
+  const operand& left() const { return left_; }
+  const operand& right() const { return right_; }
+
  private:
   operand left_;
   operand right_;

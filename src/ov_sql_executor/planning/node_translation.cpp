@@ -15,6 +15,7 @@
 #include "ov_sql_executor/execution/filter.hpp"
 #include "ov_sql_executor/execution/full_join.hpp"
 #include "ov_sql_executor/execution/generative_assignment.hpp"
+#include "ov_sql_executor/execution/keeping/keeping_policy.hpp"
 #include "ov_sql_executor/execution/keeping/kept_side.hpp"
 #include "ov_sql_executor/execution/keeping/lookup_filter.hpp"
 #include "ov_sql_executor/execution/left_join.hpp"
@@ -51,8 +52,8 @@ using ov::sql_executor::operators::value_from_context;
 
 class node_translator {
  public:
-  node_translator(std::vector<value>& constants, const scope& outer, std::size_t changing_from)
-      : constants_(constants), outer_(outer), changing_{std::min(changing_from, outer.size()), outer.size()} {}
+  node_translator(translation_lists& lists, const scope& outer, const position_list& changing_from)
+      : lists_(lists), constants_(lists.constants), outer_(outer), changing_from_(changing_from) {}
 
   translation operator()(const Scan& plan) const {
     const std::uint64_t handle = meta_data::index_handle(plan.index);
@@ -69,11 +70,13 @@ class node_translator {
   translation operator()(const Filter& plan) const {
     translation child = translate_input(plan.child, outer_);
     const visible_columns inner(outer_, child.columns);
-    const bool may_have_key = changing_.begin < changing_.end && is_constant(child.reads);
-    split_condition condition(plan.predicate, constants_, inner,
+    const bool may_have_key =
+        keeps_anything() && !changing_from_.empty() && !changing(changing_from_.back()).contains_any(child.reads);
+    split_condition condition(plan.predicate, constants_, inner, lists_.computed,
                               may_have_key ? split_condition::use::by_key : split_condition::use::as_a_whole);
-    if (may_have_key && !is_constant(condition.reads()) &&
-        condition.find_key({outer_.size(), outer_.size() + child.columns.size()}, changing_)) {
+    const auto changed = find_changing(condition.reads());
+    if (may_have_key && changed && !changed->contains_any(child.reads) &&
+        condition.find_keys({outer_.size(), outer_.size() + child.columns.size()}, *changed)) {
       read_list kept_by = child.reads;
       add_reads(kept_by, condition.key_reads());
       child.node = std::make_unique<ov::sql_executor::lookup_filter>(std::move(child.node), condition.take_keyed(),
@@ -107,6 +110,7 @@ class node_translator {
     auto expression = translate_expression(plan.expression, constants_, enclosing);
     translation one_row{{require_value(plan.column)},
                         std::make_unique<ov::sql_executor::generative_assignment>(std::move(expression))};
+    note_computed(plan.column);
     one_row.reads = enclosing.take_reads();
     one_row.is_cheap = true;
     return one_row;
@@ -142,8 +146,7 @@ class node_translator {
   // Neither side sees the other. Without a condition the right side is read again for each left row.
   translation operator()(const FullJoin& plan) const {
     translation left = translate_input(plan.left, outer_);
-    translation right =
-        plan.condition ? translate_input(plan.right, outer_) : translate_input(plan.right, outer_, outer_.size());
+    translation right = plan.condition ? translate_input(plan.right, outer_) : translate_inner_side(plan.right, outer_);
     const std::size_t left_width = left.columns.size();
     const std::size_t right_width = right.columns.size();
     if (!plan.condition) {
@@ -155,10 +158,11 @@ class node_translator {
     }
     const scope both = join_scopes(left.columns, right.columns);
     const visible_columns inner(outer_, both);
-    split_condition condition(*plan.condition, constants_, inner, split_condition::use::by_key);
+    split_condition condition(*plan.condition, constants_, inner, lists_.computed,
+                              keeps_anything() ? split_condition::use::by_key : split_condition::use::as_a_whole);
     keep_changing_sides(left, right, condition.reads());
     const std::size_t right_start = outer_.size() + left_width;
-    if (condition.find_key({right_start, right_start + right_width}, {outer_.size(), right_start})) {
+    if (condition.find_keys({right_start, right_start + right_width}, {outer_.size(), right_start})) {
       left.node = std::make_unique<ov::sql_executor::full_join>(std::move(left.node), std::move(right.node), left_width,
                                                                 right_width, condition.take_keyed());
     } else {
@@ -265,8 +269,16 @@ class node_translator {
     return values;
   }
 
-  static void append_columns(scope& columns, const std::vector<assignment>& assignments) {
-    for (const assignment& each : assignments) columns.push_back(require_value(each.column));
+  void append_columns(scope& columns, const std::vector<assignment>& assignments) const {
+    for (const assignment& each : assignments) {
+      columns.push_back(require_value(each.column));
+      note_computed(each.column);
+    }
+  }
+
+  void note_computed(const physical_queryplan::column_ref& column) const {
+    const auto* const object = std::get_if<physical_queryplan::variable>(&column);
+    if (object != nullptr) lists_.computed.push_back(*object);
   }
 
   static void append(scope& columns, scope more) {
@@ -274,23 +286,44 @@ class node_translator {
   }
 
   translation translate_input(const child_ptr& plan, const scope& outer) const {
-    return translate_input(plan, outer, changing_.begin < changing_.end ? changing_.begin : nothing_changes);
+    return translate_input(plan, outer, changing_from_);
   }
-  translation translate_input(const child_ptr& plan, const scope& outer, std::size_t changing_from) const {
+  translation translate_input(const child_ptr& plan, const scope& outer, const position_list& changing_from) const {
     if (plan == nullptr) error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");
-    return translate(*plan, constants_, outer, changing_from);
+    return translate(*plan, lists_, outer, changing_from);
   }
 
-  // Whether rows that read this of the row stack are the same each time this part of an inner side is started.
-  bool is_constant(const read_list& reads) const { return !changing_.contains_any(reads); }
+  // Of a join whose outer row begins where the outer rows of this node end.
+  translation translate_inner_side(const child_ptr& plan, const scope& visible) const {
+    position_list changing_from = changing_from_;
+    changing_from.push_back(outer_.size());
+    return translate_input(plan, visible, changing_from);
+  }
+
+  // What changes with an outer row that begins there.
+  position_range changing(std::size_t from) const { return {from, outer_.size()}; }
+
+  // What changes each time that something which reads this of the row stack has to be made anew; nothing where it is
+  // always the same.
+  std::optional<position_range> find_changing(const read_list& reads) const {
+    for (auto from = changing_from_.rbegin(); from != changing_from_.rend(); ++from) {
+      if (changing(*from).contains_any(reads)) return changing(*from);
+    }
+    return std::nullopt;
+  }
 
   static std::optional<std::size_t> last_of(const read_list& reads) {
     if (reads.empty()) return std::nullopt;
     return static_cast<std::size_t>(*std::max_element(reads.begin(), reads.end()));
   }
 
+  static bool keeps_anything() {
+    using ov::sql_executor::keeping_policy;
+    return ov::sql_executor::current_keeping_policy.keeps_from != keeping_policy::from::never;
+  }
+
   static void keep(translation& part) {
-    if (part.is_cheap) return;
+    if (part.is_cheap || !keeps_anything()) return;
     part.node = std::make_unique<ov::sql_executor::kept_side>(std::move(part.node), last_of(part.reads));
   }
 
@@ -301,20 +334,27 @@ class node_translator {
     }
   }
 
-  // Keeps the child's rows where they are always the same, but what its parent makes of them is not.
+  // Keeps the child's rows where they stay the same while what its parent makes of them changes.
   void keep_unless_constant(translation& child, const read_list& parent_reads) const {
-    if (is_constant(child.reads) && !is_constant(parent_reads)) keep(child);
+    const auto changed = find_changing(parent_reads);
+    if (changed) keep_constant(child, *changed);
     add_reads(child.reads, parent_reads);
     child.is_cheap = false;
   }
 
+  static void keep_constant(translation& part, position_range changed) {
+    if (!changed.contains_any(part.reads)) keep(part);
+  }
+
   // Likewise for two sides, of which one may change the other's parent.
   void keep_changing_sides(translation& left, translation& right, const read_list& parent_reads) const {
-    const bool is_left_constant = is_constant(left.reads);
-    const bool is_right_constant = is_constant(right.reads);
-    if (is_left_constant && is_right_constant && is_constant(parent_reads)) return;
-    if (is_left_constant) keep(left);
-    if (is_right_constant) keep(right);
+    read_list all = parent_reads;
+    add_reads(all, left.reads);
+    add_reads(all, right.reads);
+    if (const auto changed = find_changing(all)) {
+      keep_constant(left, *changed);
+      keep_constant(right, *changed);
+    }
     add_reads(left.reads, parent_reads);
   }
 
@@ -330,9 +370,9 @@ class node_translator {
   std::pair<translation, translation> dependent_sides(const Alternative& plan) const {
     translation left = translate_input(plan.left, outer_);
     const scope visible = join_scopes(outer_, left.columns);
-    translation right = translate_input(plan.right, visible, outer_.size());
-    if (!position_range{outer_.size(), visible.size()}.contains_any(right.reads)) keep(right);
-    if (is_constant(left.reads) && !is_constant(right.reads)) keep(left);
+    translation right = translate_inner_side(plan.right, visible);
+    keep_constant(right, {outer_.size(), visible.size()});
+    if (const auto changed = find_changing(right.reads)) keep_constant(left, *changed);
     return {std::move(left), std::move(right)};
   }
 
@@ -343,16 +383,17 @@ class node_translator {
     return std::make_unique<value_from_context>(context_list::constants, position);
   }
 
-  std::vector<value>& constants_;
+  translation_lists& lists_;
+  std::vector<value>& constants_;  // of the lists
   const scope& outer_;
-  position_range changing_;  // of the outer rows; empty where nothing changes
+  const position_list& changing_from_;
 };
 
 }  // namespace
 
-translation translate(const PredicateVariant& plan, std::vector<value>& constants, const scope& outer,
-                      std::size_t changing_from) {
-  return std::visit(node_translator(constants, outer, changing_from), require_value(plan));
+translation translate(const PredicateVariant& plan, translation_lists& lists, const scope& outer,
+                      const position_list& changing_from) {
+  return std::visit(node_translator(lists, outer, changing_from), require_value(plan));
 }
 
 }  // namespace physical_to_exec

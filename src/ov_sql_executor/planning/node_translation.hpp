@@ -1,7 +1,7 @@
 #ifndef OV_SQL_EXECUTOR_PLANNING_NODE_TRANSLATION_HPP_
 #define OV_SQL_EXECUTOR_PLANNING_NODE_TRANSLATION_HPP_
 
-#include <limits>
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -24,14 +24,21 @@ struct translation {
   bool is_cheap = false;  // making its rows again costs less than keeping them
 };
 
+// What the parts of a plan add to while they are translated.
+struct translation_lists {
+  std::vector<ov::sql_executor::value>& constants;  // literals
+  variable_list computed = {};                      // variables that something else than a scan gives a value
+};
+
+// Positions of the row stack, in order.
+using position_list = std::vector<std::size_t>;
+
 // Turns a plan into a tree of nodes. outer describes the values that stand on the row stack when the node's enumerator
 // runs: the rows of the enclosing nodes. Every expression of a node sees them, followed by the node's input row.
-// Literals are appended to constants. changing_from: on an inner side of a join, the position of the outer row, which
-// is another one each time the side is started. Throws as Plan does.
-inline constexpr std::size_t nothing_changes = std::numeric_limits<std::size_t>::max();
-translation translate(const physical_queryplan::QueryPlan::PredicateVariant& plan,
-                      std::vector<ov::sql_executor::value>& constants, const ov::sql_executor::scope& outer,
-                      std::size_t changing_from = nothing_changes);
+// changing_from: where the outer row of each join begins that has the plan on its inner side, which is started again
+// with other values from there on. Throws as Plan does.
+translation translate(const physical_queryplan::QueryPlan::PredicateVariant& plan, translation_lists& lists,
+                      const ov::sql_executor::scope& outer = {}, const position_list& changing_from = {});
 
 }  // namespace physical_to_exec
 

@@ -21,7 +21,8 @@ std::tuple<ov::sql_executor::runnable, std::vector<column_type>> Plan(
   const bool is_deep = need > ov::sql_executor::stack_weights::unchecked;
   if (is_deep) ov::sql_executor::require_stack(need);
   std::vector<ov::sql_executor::value> constants;
-  translation translated = translate(plan, constants, {});
+  translation_lists lists{constants};
+  translation translated = translate(plan, lists);
   const auto* root = std::get_if<physical_queryplan::QueryPlan::Projection>(&plan);
   if (root == nullptr) {
     error_handling::raise_not_implemented(error_handling::no_detail, L"Not implemented error");

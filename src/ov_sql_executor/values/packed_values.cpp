@@ -127,7 +127,8 @@ bool packed_values::equals(std::size_t position, const value_view& other) const 
 
 std::size_t packed_values::byte_count() const {
   constexpr std::size_t out_of_line_size = sizeof(value) + 64;  // with what most of them have on the heap
-  return words_.size() * (sizeof words_[0] + sizeof kinds_[0]) + bytes_.size() + out_of_line_count() * out_of_line_size;
+  return words_.capacity() * (sizeof words_[0] + sizeof kinds_[0]) + bytes_.capacity() +
+         out_of_line_count() * out_of_line_size;
 }
 
 void packed_values::give(std::size_t position, std::vector<value>& list) {

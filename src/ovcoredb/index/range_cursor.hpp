@@ -31,6 +31,9 @@ class range_cursor {
   // cursor has to be opened again. `scratch` only saves an allocation. Throws: std::bad_alloc.
   bool open(const ordered_index& index, const key_range& range, range_end& scratch);
 
+  // Whether it has been opened on this index last.
+  bool walks(const ordered_index& index) const { return index_ == &index; }
+
   // Whether the batch has an entry.
   bool has_entry() const { return at_ != limit_; }
 

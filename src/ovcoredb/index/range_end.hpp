@@ -7,13 +7,14 @@
 
 #include "ovcoredb/index/index_entry.hpp"
 #include "ovcoredb/index/key_component.hpp"
+#include "ovcoredb/storage/own_lines.hpp"
 
 namespace ovcoredb {
 
 // Lies before or after the entries whose keys begin with its components.
 struct range_end {
-  std::vector<key_component> components;  // at most as many as the key has parts
-  std::vector<std::uint8_t> bytes;        // what the components' spans refer to
+  std::vector<key_component, own_lines_allocator<key_component>> components;  // at most as many as the key has parts
+  std::vector<std::uint8_t, own_lines_allocator<std::uint8_t>> bytes;         // what the components' spans refer to
   bool after_equal = false;
 
   // Those of an entry that would lie at the end, as far as the first component tells.

@@ -1,5 +1,6 @@
 #include "ovcoredb/interface/iterator_pool.hpp"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -11,17 +12,31 @@ namespace {
 
 constexpr std::size_t iterators_of_a_context_limit = 65536;
 
+// So many closed ones are kept for different indexes: joins of several tables open their inner sides in turns.
+constexpr std::size_t usual_indexes = 8;
+
 std::atomic<std::size_t> used_slots = 1;
 
 }  // namespace
 
-iterator_state* iterator_pool::open() {
-  if (closed_.empty() && !add()) return nullptr;
+iterator_state* iterator_pool::open(const ordered_index& index) {
+  if (closed_.empty() || !closed_.back()->cursor.walks(index)) put_best_last(index);
+  if (closed_.empty()) return nullptr;
   iterator_state* const opened = closed_.back();
   closed_.pop_back();
   is_used_ = true;
   opened->handle.store(++opened->generation * iterator_limit + opened->slot, std::memory_order_relaxed);
   return opened;
+}
+
+void iterator_pool::put_best_last(const ordered_index& index) {
+  const auto first = closed_.end() - static_cast<std::ptrdiff_t>(std::min(closed_.size(), usual_indexes));
+  const auto best = std::find_if(first, closed_.end(), [&](const auto* each) { return each->cursor.walks(index); });
+  if (best != closed_.end()) {
+    std::swap(*best, closed_.back());
+  } else if (closed_.size() < usual_indexes) {
+    add();
+  }
 }
 
 void iterator_pool::close(iterator_state& iterator) {

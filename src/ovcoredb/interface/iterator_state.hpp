@@ -8,11 +8,12 @@
 
 #include "ovcoredb/index/range_cursor.hpp"
 #include "ovcoredb/interface/slots.hpp"
+#include "ovcoredb/storage/own_lines.hpp"
 #include "ovcoredb/storage/place_directory.hpp"
 
 namespace ovcoredb {
 
-struct iterator_state {
+struct alignas(line_size) iterator_state {
   std::atomic<std::uint64_t> handle{0};  // 0: not open
 
   place_run run;  // that the object handed out last belongs to, by number; kept for the next range

@@ -64,7 +64,7 @@ uint32_t orv_context_create_iterator(uint64_t context, uint64_t index, uint32_t 
   if (reader == nullptr) return ORV_BAD_CONTEXT;
   const ordered_index* const walked = reader->database->find_index(index);
   if (walked == nullptr) return ORV_BAD_INDEX;
-  iterator_state* const opened = reader->iterators.open();
+  iterator_state* const opened = reader->iterators.open(*walked);
   if (opened == nullptr) return ORV_TOO_MANY_ITERATORS;
   const std::uint32_t status =
       try_to_open(opened->cursor, *walked, range_of(first_key, last_key, flags), reader->scratch_end);

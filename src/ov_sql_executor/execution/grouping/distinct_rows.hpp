@@ -55,6 +55,11 @@ class distinct_rows {
 
   std::size_t size() const { return size_; }
 
+  // How much memory the set takes.
+  std::size_t byte_count() const {
+    return keys_.byte_count() + tags_.capacity() * sizeof(tags_[0]) + slots_.capacity() * sizeof(slot);
+  }
+
   // Valid until: the set grows. Requires: index < size(); column < width.
   value_view value_at(std::size_t index, std::size_t column) const {
     assert(index < size_ && column < width_);

@@ -1,6 +1,8 @@
 #include "ov_sql_executor/execution/keeping/equality_index.hpp"
 
+#include <algorithm>
 #include <bit>
+#include <cmath>
 #include <variant>
 
 #include "ov_sql_executor/values/equality_key.hpp"
@@ -23,33 +25,52 @@ unsigned kind_bit(const value_view& any) {
       any);
 }
 
+// Makes equal values alike.
+void make_keys(std::span<value_view> values) {
+  for (value_view& each : values) each = equality_key(each);
+}
+
+template <class View>
+bool shows(const value_view& any) {
+  return std::holds_alternative<View>(any);
+}
+bool equals_nothing(const value_view& key) {
+  const auto* const number = std::get_if<double>(&key);
+  return number != nullptr && std::isnan(*number);
+}
+
 }  // namespace
 
-void equality_index::add(const value_view& key) {
-  if (std::holds_alternative<std::monostate>(key)) throw std::bad_variant_access();
+void equality_index::add(std::span<value_view> keys) {
+  if (std::ranges::any_of(keys, shows<std::monostate>)) throw std::bad_variant_access();
   const auto row_number = static_cast<std::uint32_t>(next_.size());
   next_.push_back(none);
-  if (std::holds_alternative<NullValue>(key)) return nulls_.push_back(row_number);
-  kinds_ |= kind_bit(key);
-  const value_view same[] = {equality_key(key)};
-  const distinct_rows::place place = keys_.find_or_insert(same);
-  if (place.is_new) {
-    rows_.push_back({row_number, row_number});
-  } else {
-    chain& equal = rows_[place.index];
-    next_[equal.last] = row_number;
-    equal.last = row_number;
+  for (std::size_t i = 0; i < keys.size(); ++i) kinds_[i] |= kind_bit(keys[i]);
+  if (std::ranges::any_of(keys, shows<NullValue>)) return nulls_.push_back(row_number);
+  make_keys(keys);
+  if (std::ranges::any_of(keys, equals_nothing)) return;
+  const distinct_rows::place place = keys_.find_or_insert(keys);
+  if (place.is_new) return rows_.push_back({row_number, row_number});
+  chain& equal = rows_[place.index];
+  next_[equal.last] = row_number;
+  equal.last = row_number;
+}
+
+std::size_t equality_index::byte_count() const {
+  return keys_.byte_count() + rows_.capacity() * sizeof(chain) +
+         (next_.capacity() + nulls_.capacity()) * sizeof(std::uint32_t);
+}
+
+bool equality_index::compare_with(std::span<const value_view> values) const {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (shows<std::monostate>(values[i]) || std::popcount(kinds_[i] | kind_bit(values[i])) > 1) return false;
   }
+  return true;
 }
 
-bool equality_index::compares_with(const value_view& any) const {
-  return !std::holds_alternative<std::monostate>(any) && std::popcount(kinds_ | kind_bit(any)) <= 1;
-}
-
-std::uint32_t equality_index::find_first(const value_view& any) const {
-  if (std::holds_alternative<NullValue>(any)) return none;
-  const value_view same[] = {equality_key(any)};
-  const auto found = keys_.find(same);
+std::uint32_t equality_index::find_first(std::span<value_view> values) const {
+  make_keys(values);
+  const auto found = keys_.find(values);
   return found ? rows_[*found].first : none;
 }
 

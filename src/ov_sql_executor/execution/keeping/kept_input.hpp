@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <optional>
 
+#include "ov_sql_executor/execution/keeping/equality_index.hpp"
 #include "ov_sql_executor/execution/row_source.hpp"
 #include "ov_sql_executor/execution/rows/kept_rows.hpp"
 
@@ -31,13 +32,17 @@ class kept_input {
   // Appends a kept row to the row stack.
   void push(std::size_t row_number, execution_context& context) const { kept_.push_copy(row_number, context); }
 
-  // Appends the next row after those that are kept, and keeps it, if rows are kept; false at the end.
-  bool pull(execution_context& context);
+  // Appends the next row after those that are kept, and keeps it, if rows are kept; false at the end. index: of the
+  // kept rows, if the caller has one; its memory counts, too.
+  bool pull(execution_context& context, const equality_index* index = nullptr);
 
   bool is_keeping() const { return phase_ == phase::keeping; }
 
  private:
   enum class phase { new_rows, keeping, given_up };
+
+  phase phase_after_start(bool is_same) const;
+  bool is_full(const equality_index* index) const;
 
   std::optional<std::size_t> last_read_;
   phase phase_ = phase::given_up;

@@ -1,5 +1,7 @@
 #include "ov_sql_executor/execution/keeping/keyed_condition.hpp"
 
+#include <algorithm>
+#include <cassert>
 #include <utility>
 #include <variant>
 
@@ -8,39 +10,48 @@
 
 namespace ov::sql_executor {
 
-using operators::to_truth;
 using operators::truth;
 
-keyed_condition::keyed_condition(std::unique_ptr<operators::operator_base> key,
-                                 std::unique_ptr<operators::operator_base> probe, key_side side, operators_list rest)
-    : key_(std::move(key)), probe_(std::move(probe)), side_(side), rest_(operators::to_operands(std::move(rest))) {}
-
-bool keyed_condition::holds(execution_context& context) const { return rest_holds(context, compare(context, nullptr)); }
-
-bool keyed_condition::holds(execution_context& context, equality_index& index) const {
-  return rest_holds(context, compare(context, &index));
-}
-
-bool keyed_condition::holds(execution_context& context, candidate::equality known) const {
-  if (known == candidate::equality::unknown) return holds(context);
-  return rest_holds(context, known == candidate::equality::holds ? truth::yes : truth::unknown);
+keyed_condition::keyed_condition(std::vector<keyed_equality> keys,
+                                 std::vector<std::unique_ptr<operators::operator_base>> rest, bool rest_may_raise)
+    : keys_(std::move(keys)), rest_(operators::to_operands(std::move(rest))), rest_may_raise_(rest_may_raise) {
+  assert(!keys_.empty());
 }
 
 // The right operand is evaluated first, as by every comparison.
-truth keyed_condition::compare(execution_context& context, equality_index* index) const {
-  const bool key_first = side_ == key_side::right;
-  operators::scratch_space right_scratch;
-  const value_view right = (key_first ? key_ : probe_).pin(context, right_scratch);
-  value left_scratch;
-  const value_view left = (key_first ? probe_ : key_).lend(context, left_scratch);
-  if (index != nullptr) index->add(key_first ? right : left);
-  const auto order = compare_values(left, right);
-  return order ? to_truth(*order == 0) : truth::unknown;
+truth keyed_equality::test_and_show(execution_context& context, operators::scratch_space& scratch,
+                                    value_view& key_view) const {
+  operators::scratch_space probe_scratch;
+  const bool key_first = side == key_side::right;
+  if (key_first) key_view = key().pin(context, scratch);
+  const value_view probe_view = probe().pin(context, probe_scratch);
+  if (!key_first) key_view = key().pin(context, scratch);
+  const auto order = key_first ? compare_values(probe_view, key_view) : compare_values(key_view, probe_view);
+  return order ? operators::to_truth(*order == 0) : truth::unknown;
 }
 
-bool keyed_condition::rest_holds(execution_context& context, truth equality) const {
-  if (equality == truth::no) return false;
-  bool is_known = equality == truth::yes;
+bool keyed_condition::holds(execution_context& context) const { return others_hold(0, truth::yes, context); }
+
+bool keyed_condition::holds(execution_context& context, equality_index& index, pinned_values& keys) const {
+  const truth first = keys_[0].test_and_show(context, keys.scratch[0], keys.views[0]);
+  for (std::size_t i = 1; i < keys_.size(); ++i) keys.views[i] = keys_[i].key().pin(context, keys.scratch[i]);
+  index.add(keys.all());
+  return others_hold(1, first, context);
+}
+
+bool keyed_condition::others_hold(std::size_t first, truth before, execution_context& context) const {
+  if (before == truth::no) return false;
+  bool are_equal = before == truth::yes;
+  for (std::size_t i = first; i < keys_.size(); ++i) {
+    const truth one = keys_[i].test->test(context);
+    if (one == truth::no) return false;
+    are_equal = are_equal && one == truth::yes;
+  }
+  return rest_holds(context) && are_equal;
+}
+
+bool keyed_condition::rest_holds(execution_context& context) const {
+  bool is_known = true;
   for (const operators::operand& each : rest_) {
     const truth one = each.test(context);
     if (one == truth::no) return false;
@@ -49,37 +60,44 @@ bool keyed_condition::rest_holds(execution_context& context, truth equality) con
   return is_known;
 }
 
-void candidate_rows::start(const keyed_condition& condition, const equality_index& index, execution_context& context) {
-  mode_ = mode::matches;
+void keyed_condition::evaluate_probes(pinned_values& probes, execution_context& context) const {
+  for (std::size_t i = 0; i < keys_.size(); ++i) probes.views[i] = keys_[i].probe().pin(context, probes.scratch[i]);
+}
+
+void candidate_rows::reset() {
+  is_every_row_ = false;
   next_match_ = equality_index::none;
   next_null_ = 0;
   next_row_ = 0;
-  wants_nulls_ = condition.has_rest();
+  wants_nulls_ = false;
+}
+
+void candidate_rows::start(const keyed_condition& condition, const equality_index& index, execution_context& context) {
+  reset();
   if (index.size() == 0) return;
-  const value_view probe = condition.evaluate_probe(context, scratch_);
-  const bool is_null = std::holds_alternative<operator_library::NullValue>(probe);
-  if (!index.compares_with(probe) || (is_null && condition.has_rest())) {
-    mode_ = mode::every_row;
-  } else if (is_null) {
-    wants_nulls_ = false;
-  } else {
-    next_match_ = index.find_first(probe);
+  condition.evaluate_probes(probes_, context);
+  look_up(index, condition.rest_may_raise());
+}
+
+void candidate_rows::look_up(const equality_index& index, bool rest_may_raise) {
+  const bool has_null = std::ranges::any_of(
+      probes_.all(), [](const value_view& each) { return std::holds_alternative<operator_library::NullValue>(each); });
+  if (!index.compare_with(probes_.all()) || (has_null && rest_may_raise)) {
+    is_every_row_ = true;
+  } else if (!has_null) {
+    next_match_ = index.find_first(probes_.all());
+    wants_nulls_ = rest_may_raise;
   }
 }
 
 std::optional<candidate> candidate_rows::next(const equality_index& index) {
-  if (mode_ == mode::every_row) {
-    if (next_row_ == index.size()) return std::nullopt;
-    return candidate{next_row_++, candidate::equality::unknown};
-  }
+  if (is_every_row_) return next_row_ < index.size() ? std::optional(candidate{next_row_++, false}) : std::nullopt;
   const std::vector<std::uint32_t>& nulls = index.nulls();
   const std::uint32_t null = wants_nulls_ && next_null_ < nulls.size() ? nulls[next_null_] : equality_index::none;
-  if (next_match_ < null) {
-    return candidate{std::exchange(next_match_, index.next_of(next_match_)), candidate::equality::holds};
-  }
+  if (next_match_ < null) return candidate{std::exchange(next_match_, index.next_of(next_match_)), true};
   if (null == equality_index::none) return std::nullopt;
   ++next_null_;
-  return candidate{null, candidate::equality::is_null};
+  return candidate{null, false};
 }
 
 }  // namespace ov::sql_executor

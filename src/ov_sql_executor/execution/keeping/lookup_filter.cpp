@@ -13,7 +13,11 @@ class lookup_filter_enumerator final : public row_source {
  public:
   lookup_filter_enumerator(const keyed_condition& condition, const input& child, std::optional<std::size_t> last_read,
                            execution_context& context)
-      : condition_(condition), rows_(child, last_read) {
+      : condition_(condition),
+        rows_(child, last_read),
+        index_(condition.make_index()),
+        keys_(condition.key_count()),
+        candidates_(condition.key_count()) {
     rows_.start(context, {});
   }
 
@@ -31,7 +35,7 @@ class lookup_filter_enumerator final : public row_source {
   }
 
   void restart(execution_context& context, opening how) override {
-    if (!rows_.start(context, how)) index_ = {};
+    if (!rows_.start(context, how)) index_ = condition_.make_index();
     step_ = step::unstarted;
   }
 
@@ -42,7 +46,7 @@ class lookup_filter_enumerator final : public row_source {
     const std::size_t size = context.row_stack.size();
     while (const std::optional<candidate> next = candidates_.next(index_)) {
       rows_.push(next->row_number, context);
-      if (condition_.holds(context, next->known)) return true;
+      if (next->has_equal_keys ? condition_.rest_holds(context) : condition_.holds(context)) return true;
       cut_row_stack(context, size);
     }
     return false;
@@ -50,16 +54,23 @@ class lookup_filter_enumerator final : public row_source {
 
   bool push_new(execution_context& context) {
     const std::size_t size = context.row_stack.size();
-    while (rows_.pull(context)) {
-      if (rows_.is_keeping() ? condition_.holds(context, index_) : condition_.holds(context)) return true;
+    while (rows_.pull(context, &index_)) {
+      if (new_row_passes(context)) return true;
       cut_row_stack(context, size);
     }
     return false;
   }
 
+  bool new_row_passes(execution_context& context) {
+    if (rows_.is_keeping()) return condition_.holds(context, index_, keys_);
+    if (index_.size() != 0) index_ = condition_.make_index();
+    return condition_.holds(context);
+  }
+
   const keyed_condition& condition_;  // the node's
   kept_input rows_;
   equality_index index_;  // of the rows that are kept
+  pinned_values keys_;    // of the row in hand
   candidate_rows candidates_;
   step step_ = step::unstarted;
 };

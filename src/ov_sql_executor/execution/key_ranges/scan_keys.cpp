@@ -30,6 +30,13 @@ class key_ends {
     }
   }
 
+  [[gnu::noinline]] void append_evaluated(const key_column& column, const key_condition& condition,
+                                          const value_view& bound) {
+    key_interval interval(column.type, context_, kept_);
+    apply_evaluated(interval, column.type, condition, bound, context_, kept_);
+    append(column, interval);
+  }
+
   // Extends an inclusive end to include all values of the column, an exclusive one to exclude them all.
   void append_unrestricted(const key_column& column) {
     const key_bound maximum = type_maximum(column.type, context_, kept_);
@@ -72,13 +79,6 @@ class key_ends {
     append(column, interval);
   }
 
-  [[gnu::noinline]] void append_evaluated(const key_column& column, const key_condition& condition,
-                                          const value_view& bound) {
-    key_interval interval(column.type, context_, kept_);
-    apply_evaluated(interval, column.type, condition, bound, context_, kept_);
-    append(column, interval);
-  }
-
   void append(const key_column& column, const key_interval& interval) {
     empty_ = empty_ || interval.is_empty();
     const bool forward = column.ascending;
@@ -112,6 +112,18 @@ void write_scan_keys(const std::vector<std::vector<key_condition>>& ranges, cons
     ends.append_restricted(error_handling::element_at(key_columns, i), ranges[i]);
   }
   for (std::size_t i = ranges.size(); i < key_columns.size(); ++i) ends.append_unrestricted(key_columns[i]);
+  ends.finish(ascending);
+}
+
+bool is_lookup(const std::vector<std::vector<key_condition>>& ranges, const std::vector<key_column>& key_columns) {
+  return ranges.size() == 1 && key_columns.size() == 1 && ranges[0].size() == 1 &&
+         ranges[0][0].op == key_operation::equal && has_exact_keys(key_columns[0].type);
+}
+
+void write_lookup_keys(const key_condition& condition, const value_view& bound, const key_column& column,
+                       bool ascending, execution_context& context, scan_keys& keys) {
+  key_ends ends(context, keys);
+  ends.append_evaluated(column, condition, bound);
   ends.finish(ascending);
 }
 

@@ -26,6 +26,16 @@ void write_scan_keys(const std::vector<std::vector<key_condition>>& ranges,
                      const std::vector<meta_data::key_column>& key_columns, bool ascending, execution_context& context,
                      scan_keys& keys);
 
+// Whether a scan is a lookup: of an index of one key column whose values stand one to one for key numbers, by one
+// equality.
+bool is_lookup(const std::vector<std::vector<key_condition>>& ranges,
+               const std::vector<meta_data::key_column>& key_columns);
+
+// Writes the keys of a lookup whose bound has been evaluated, and has no exact key. Throws and requires: as
+// write_scan_keys.
+void write_lookup_keys(const key_condition& condition, const value_view& bound, const meta_data::key_column& column,
+                       bool ascending, execution_context& context, scan_keys& keys);
+
 }  // namespace ov::sql_executor
 
 #endif  // OV_SQL_EXECUTOR_EXECUTION_KEY_RANGES_SCAN_KEYS_HPP_

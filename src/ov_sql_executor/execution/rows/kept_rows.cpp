@@ -42,7 +42,7 @@ void kept_rows::push_copy(std::size_t row_number, execution_context& context) co
 }
 
 std::size_t kept_rows::byte_count() const {
-  return references_.byte_count() + values_.byte_count() + starts_.size() * sizeof(std::size_t);
+  return references_.byte_count() + values_.byte_count() + starts_.capacity() * sizeof(std::size_t);
 }
 
 void kept_rows::give(std::size_t row_number, execution_context& context) {

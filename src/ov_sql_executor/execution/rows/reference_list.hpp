@@ -33,7 +33,7 @@ class reference_list {
     }
   }
 
-  std::size_t byte_count() const { return narrow_.size() * sizeof narrow_[0] + wide_.size() * sizeof wide_[0]; }
+  std::size_t byte_count() const { return narrow_.capacity() * sizeof narrow_[0] + wide_.capacity() * sizeof wide_[0]; }
 
   // Requires: position < size().
   void prefetch(std::size_t position) const {
