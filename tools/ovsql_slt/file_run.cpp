@@ -16,7 +16,9 @@ template <class Function>
 verdict judge(Function&& function) try {
   return function();
 } catch (const ovsql::error& error) {
-  const bool is_unsupported = error.kind() == ovsql::error_kind::unsupported;
+  // Types that other systems convert into each other are refused here.
+  const bool is_unsupported =
+      error.kind() == ovsql::error_kind::unsupported || error.kind() == ovsql::error_kind::type;
   return {is_unsupported ? outcome::unsupported : outcome::error, error.what()};
 } catch (const std::exception& error) {
   return {outcome::error, error.what()};
