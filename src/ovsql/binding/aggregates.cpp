@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iterator>
 #include <string>
 
 #include "ovhost/plans/expressions.hpp"
@@ -50,8 +51,9 @@ value_kind result_of(std::string_view function, value_kind kind) {
   return kind;
 }
 
-[[noreturn]] void refuse_mixture(std::size_t position = error::nowhere) {
-  throw error(error_kind::unsupported, "sum and avg of DISTINCT values go with no aggregate of other DISTINCT values",
+[[noreturn]] void refuse_mixture(std::size_t position) {
+  throw error(error_kind::unsupported,
+              "beside GROUP BY, sum and avg of DISTINCT values go with no aggregate of other DISTINCT values",
               position);
 }
 
@@ -105,7 +107,7 @@ bound binder::bind_aggregate(const syntax::call& written, syntax::place at, cons
   }
   const bool matters = written.distinct && function != "min" && function != "max";
   if (matters && function == "count") return count_distinct(into, std::move(argument), at);
-  if (matters) return aggregate_distinct(into, function, std::move(argument), at);
+  if (matters) return aggregate_distinct(into, written, std::move(argument), at);
   if (function == "avg") argument = as_averaged(std::move(argument));
   std::vector<expression> arguments;
   const value_kind kind = result_of(function, argument.kind);
@@ -145,21 +147,64 @@ bound binder::count_distinct(grouping& into, bound of, syntax::place at) {
 }
 
 // sum(DISTINCT x) and avg(DISTINCT x): the rows are grouped by x as well, and these groups are grouped again.
-bound binder::aggregate_distinct(grouping& into, std::string_view function, bound of, syntax::place at) {
-  if (into.distinct && !same_expression(into.distinct->value, of.value)) {
-    refuse_mixture(at.begin);
-  }
+bound binder::aggregate_distinct(grouping& into, const syntax::call& written, bound of, syntax::place at) {
+  const std::string_view function = written.function.text;
   const value_kind kind = result_of(function, of.kind);
+  into.mixes_distinct |= into.distinct && !same_expression(into.distinct->value, of.value);
   if (!into.distinct) into.distinct = std::move(of);
-  const identifier id = names_.make(function, {});
-  into.distinct_aggregates.emplace_back(function, id);
+  const std::uint32_t number = new_item(*into.scope, at);
+  const identifier id = names_.make(function, {into.scope->block, number});
+  into.distinct_aggregates.push_back({written, at, id, number});
   return {ovhost::with_type_of(kind, [&]<class T>() { return expression(computed<T>{id}); }), kind, at};
+}
+
+bool binder::mixes_distinct(const grouping& groups) const {
+  const auto& all = groups.body->aggregates;
+  return groups.mixes_distinct || std::any_of(all.begin(), all.end(), [&](const aggregate& each) {
+           return std::holds_alternative<QueryPlan::CountDistinct>(each) &&
+                  !same_expression(base_of(each).arguments.front(), groups.distinct->value);
+         });
+}
+
+// Computes each aggregate of distinct values by a query of its own, over the same rows.
+void binder::compute_apart(grouping& groups) {
+  select_scope& scope = *groups.scope;
+  item_list apart;
+  for (const grouping::distinct_aggregate& each : groups.distinct_aggregates) {
+    const syntax::expression value{each.written, each.at};
+    const syntax::select_item item{&value, {}};
+    syntax::select alone = *groups.written;
+    alone.distinct = false;
+    alone.items = {&item, 1};
+    alone.having = nullptr;
+    const grouping* const outside = std::exchange(scope.groups, nullptr);
+    query inner = bind_select(alone, {}, scope.outer);
+    scope.groups = outside;
+    for (const std::uint32_t column : inner.reads) scope.reads.push_back(column);
+    const output result = inner.outputs.front();
+    add_query(std::move(inner), item_kind::subquery, each.at, {&scope, &apart});
+    ovsql::item named;
+    named.kind = item_kind::computed;
+    named.covers.set(each.item);
+    named.needs = items_of(result.column, scope.block, names_);
+    named.computed = assignment{result.column, ovhost::with_type_of(result.kind, [&]<class T>() {
+                                  return column_ref(computed<T>{each.column});
+                                })};
+    apart.items.push_back(std::move(named));
+  }
+  std::vector<item>& after = groups.body->after.items;
+  after.insert(after.begin(), std::make_move_iterator(apart.items.begin()), std::make_move_iterator(apart.items.end()));
 }
 
 // Groups by the distinct values, too, and makes of these partial results what was asked for.
 void binder::regroup(grouping& groups) {
   select_body& body = *groups.body;
   if (!groups.distinct) return;
+  if (mixes_distinct(groups)) {
+    if (!body.group_by.empty()) refuse_mixture(groups.distinct_aggregates.front().at.begin);
+    compute_apart(groups);
+    return;
+  }
   const assignment distinct = define("distinct", groups.distinct->value, groups.distinct->kind, {});
   body.regrouped = true;
   for (aggregate& each : std::exchange(body.aggregates, {})) regroup_aggregate(std::move(each), distinct, groups);
@@ -169,11 +214,12 @@ void binder::regroup(grouping& groups) {
     each = std::move(inner);
   }
   body.group_by.push_back(distinct);
-  for (const auto& [function, id] : groups.distinct_aggregates) {
+  for (const grouping::distinct_aggregate& each : groups.distinct_aggregates) {
+    const std::string_view function = each.written.function.text;
     bound argument{read_of(distinct), groups.distinct->kind};
     if (function == "avg") argument = as_averaged(std::move(argument));
     body.outer_aggregates.push_back(
-        make_named(function, {argument.value}, result_of(function, groups.distinct->kind), id));
+        make_named(function, {argument.value}, result_of(function, groups.distinct->kind), each.column));
   }
 }
 
@@ -196,7 +242,6 @@ void binder::regroup_aggregate(aggregate of, const assignment& distinct, groupin
     body.outer_extend.push_back({std::move(value), std::visit(named, whole.column)});
   };
   if (std::holds_alternative<QueryPlan::CountDistinct>(of)) {
-    if (!same_expression(whole.arguments.front(), groups.distinct->value)) refuse_mixture();
     body.outer_aggregates.push_back(make<QueryPlan::CountDistinct>({read_of(distinct)}, kind, id));
   } else if (std::holds_alternative<QueryPlan::CountOf>(of) || std::holds_alternative<QueryPlan::CountRows>(of)) {
     // A count of no rows is 0, which their sum is not.

@@ -38,7 +38,16 @@ struct grouping {
   select_body* body;
   std::vector<group_key> keys{};
   std::optional<bound> distinct{};  // what sum(DISTINCT ...) and avg(DISTINCT ...) are of: one for the whole SELECT
-  std::vector<std::pair<std::string_view, identifier>> distinct_aggregates{};  // their functions and columns
+  struct distinct_aggregate {
+    syntax::call written;
+    syntax::place at;
+    identifier column;
+    std::uint32_t item;  // that makes the column, where it is computed apart
+  };
+  std::vector<distinct_aggregate> distinct_aggregates{};  // the calls of these
+  bool mixes_distinct = false;                            // they are of different values
+  const syntax::select* written = nullptr;
+  select_scope* scope = nullptr;
 };
 
 class binder {
@@ -106,7 +115,9 @@ class binder {
   bound add_count(grouping& into, std::vector<expression> of, syntax::place at);
   bound add_aggregate(grouping& into, aggregate of, value_kind kind, syntax::place at);
   bound count_distinct(grouping& into, bound of, syntax::place at);
-  bound aggregate_distinct(grouping& into, std::string_view function, bound of, syntax::place at);
+  bound aggregate_distinct(grouping& into, const syntax::call& written, bound of, syntax::place at);
+  bool mixes_distinct(const grouping& groups) const;
+  void compute_apart(grouping& groups);
   void regroup(grouping& groups);
   void regroup_aggregate(aggregate of, const assignment& distinct, grouping& groups);
   static value_kind kind_of_column(const assignment& of);

@@ -58,6 +58,8 @@ query binder::bind_select(const syntax::select& written, const syntax::query& wh
   if (written.where != nullptr) bind_conditions(*written.where, rows);
 
   grouping groups{&body};
+  groups.written = &written;
+  groups.scope = &scope;
   body.grouped =
       !written.group_by.empty() || written.having != nullptr || syntax::has_aggregates(written, whole.order_by);
   if (body.grouped) {

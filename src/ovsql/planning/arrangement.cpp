@@ -61,6 +61,7 @@ plan limited_to_one(plan rows) { return ovhost::limit(ovhost::lit(std::uint64_t{
 
 arrangement::arrangement(const planner& by, item_list list, std::uint32_t block, const item_set& known)
     : by_(by), block_(block), items_(std::move(list.items)), is_placed_(items_.size()), known_(known) {
+  for (const item& each : items_) known_ &= ~each.covers;
   conditions_.reserve(list.conditions.size());
   for (expression& each : list.conditions) {
     const item_set reads = items_of(each, block_, by_.names_);
