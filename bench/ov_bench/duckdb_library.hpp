@@ -68,7 +68,6 @@ class duckdb_library {
     find(append_int64, "duckdb_append_int64");
     find(append_double, "duckdb_append_double");
     find(append_text, "duckdb_append_varchar_length");
-    find(append_null, "duckdb_append_null");
     find(end_row, "duckdb_appender_end_row");
     find(appender_destroy, "duckdb_appender_destroy");
   }
@@ -98,7 +97,6 @@ class duckdb_library {
   int (*append_int64)(void* appender, std::int64_t value) = nullptr;
   int (*append_double)(void* appender, double value) = nullptr;
   int (*append_text)(void* appender, const char* bytes, std::uint64_t length) = nullptr;
-  int (*append_null)(void* appender) = nullptr;
   int (*end_row)(void* appender) = nullptr;
   int (*appender_destroy)(void** appender) = nullptr;
 
