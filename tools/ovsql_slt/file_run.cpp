@@ -17,8 +17,7 @@ verdict judge(Function&& function) try {
   return function();
 } catch (const ovsql::error& error) {
   // Types that other systems convert into each other are refused here.
-  const bool is_unsupported =
-      error.kind() == ovsql::error_kind::unsupported || error.kind() == ovsql::error_kind::type;
+  const bool is_unsupported = error.kind() == ovsql::error_kind::unsupported || error.kind() == ovsql::error_kind::type;
   return {is_unsupported ? outcome::unsupported : outcome::error, error.what()};
 } catch (const std::exception& error) {
   return {outcome::error, error.what()};

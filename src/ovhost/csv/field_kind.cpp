@@ -9,9 +9,9 @@
 namespace ovhost {
 namespace {
 
-constexpr std::string_view digits = "0123456789";
+constexpr std::string_view decimal_digits = "0123456789";
 
-bool all_digits(std::string_view text) { return text.find_first_not_of(digits) == std::string_view::npos; }
+bool all_digits(std::string_view text) { return text.find_first_not_of(decimal_digits) == std::string_view::npos; }
 
 // A number without a point or an exponent.
 bool is_whole(std::string_view number) { return all_digits(number.substr(number.starts_with('-') ? 1 : 0)); }
@@ -19,7 +19,7 @@ bool is_whole(std::string_view number) { return all_digits(number.substr(number.
 // A number that begins with digits that it would lose.
 bool has_leading_zeros(std::string_view number) {
   if (number.starts_with('-')) number.remove_prefix(1);
-  return number.size() > 1 && number.front() == '0' && digits.find(number[1]) != std::string_view::npos;
+  return number.size() > 1 && number.front() == '0' && decimal_digits.find(number[1]) != std::string_view::npos;
 }
 
 // Leaves the words out that stand for numbers, inf and nan.

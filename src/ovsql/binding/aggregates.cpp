@@ -106,7 +106,7 @@ bound binder::bind_aggregate(const syntax::call& written, syntax::place at, cons
         ovhost::when_as(argument.kind, std::move(filter->value), std::move(argument.value), ovhost::null());
   }
   const bool matters = written.distinct && function != "min" && function != "max";
-  if (matters && function == "count") return count_distinct(into, std::move(argument), at);
+  if (matters && function == "count") return count_distinct(into, argument, at);
   if (matters) return aggregate_distinct(into, written, std::move(argument), at);
   if (function == "avg") argument = as_averaged(std::move(argument));
   std::vector<expression> arguments;
@@ -135,7 +135,7 @@ bound binder::add_count(grouping& into, std::vector<expression> of, syntax::plac
 }
 
 // The executor counts NULL as one more distinct value: it is taken back.
-bound binder::count_distinct(grouping& into, bound of, syntax::place at) {
+bound binder::count_distinct(grouping& into, const bound& of, syntax::place at) {
   const value_kind counted = value_kind::int64;
   bound distinct =
       add_aggregate(into, make<QueryPlan::CountDistinct>({of.value}, value_kind::uint64, names_.make("distinct", {})),
@@ -187,9 +187,9 @@ void binder::compute_apart(grouping& groups) {
     named.kind = item_kind::computed;
     named.covers.set(each.item);
     named.needs = items_of(result.column, scope.block, names_);
-    named.computed = assignment{result.column, ovhost::with_type_of(result.kind, [&]<class T>() {
-                                  return column_ref(computed<T>{each.column});
-                                })};
+    named.computed =
+        assignment{result.column,
+                   ovhost::with_type_of(result.kind, [&]<class T>() { return column_ref(computed<T>{each.column}); })};
     apart.items.push_back(std::move(named));
   }
   std::vector<item>& after = groups.body->after.items;
@@ -207,7 +207,7 @@ void binder::regroup(grouping& groups) {
   }
   const assignment distinct = define("distinct", groups.distinct->value, groups.distinct->kind, {});
   body.regrouped = true;
-  for (aggregate& each : std::exchange(body.aggregates, {})) regroup_aggregate(std::move(each), distinct, groups);
+  for (const aggregate& each : std::exchange(body.aggregates, {})) regroup_aggregate(each, distinct, groups);
   for (assignment& each : body.group_by) {
     assignment inner = define("key", each.expression, kind_of_column(each), {});
     body.outer_group_by.push_back({read_of(inner), each.column});
@@ -224,7 +224,7 @@ void binder::regroup(grouping& groups) {
 }
 
 // Computes an aggregate of the groups of distinct values, and from these results what was asked for.
-void binder::regroup_aggregate(aggregate of, const assignment& distinct, grouping& groups) {
+void binder::regroup_aggregate(const aggregate& of, const assignment& distinct, grouping& groups) {
   select_body& body = *groups.body;
   const QueryPlan::aggregation& whole = base_of(of);
   const value_kind kind = static_cast<value_kind>(whole.column.index());

@@ -107,19 +107,19 @@ class binder {
   physical_queryplan::variable variable_for(const bound& reference, const expression_site& site, syntax::place at);
   static std::vector<std::string_view> output_names(const relation& of);
   bool is_same_tree(const syntax::expression& left, const syntax::expression& right, const expression_site& site) const;
-  bound group_key_of(const select_scope& where, bound column, syntax::place at) const;
+  bound group_key_of(const select_scope& where, const bound& column, syntax::place at) const;
   [[noreturn]] void refuse_column(const syntax::column& written, syntax::place at, const select_scope& scope) const;
 
   // ---- Aggregates: aggregates.cpp
   bound bind_aggregate(const syntax::call& written, syntax::place at, const expression_site& site);
   bound add_count(grouping& into, std::vector<expression> of, syntax::place at);
   bound add_aggregate(grouping& into, aggregate of, value_kind kind, syntax::place at);
-  bound count_distinct(grouping& into, bound of, syntax::place at);
+  bound count_distinct(grouping& into, const bound& of, syntax::place at);
   bound aggregate_distinct(grouping& into, const syntax::call& written, bound of, syntax::place at);
   bool mixes_distinct(const grouping& groups) const;
   void compute_apart(grouping& groups);
   void regroup(grouping& groups);
-  void regroup_aggregate(aggregate of, const assignment& distinct, grouping& groups);
+  void regroup_aggregate(const aggregate& of, const assignment& distinct, grouping& groups);
   static value_kind kind_of_column(const assignment& of);
 
   // ---- Subqueries: subqueries.cpp

@@ -168,8 +168,8 @@ physical_queryplan::variable binder::variable_for(const bound& reference, const 
   made.kind = item_kind::computed;
   made.covers.set(number);
   made.needs = needs;
-  const physical_queryplan::variable variable(reference.target->info.object, reference.target->members,
-                                              names_.make(reference.target->name(), {scope.block, number}));
+  physical_queryplan::variable variable(reference.target->info.object, reference.target->members,
+                                        names_.make(reference.target->name(), {scope.block, number}));
   made.computed = assignment{reference.value, variable};
   list->items.push_back(std::move(made));
   if (list == scope.from) scope.followed.emplace_back(reference.value, variable);
@@ -208,7 +208,7 @@ binder::resolved_column binder::resolve(const syntax::expression& written, selec
 }
 
 // Inside a subquery, a column of the grouped SELECT around it stands for the group's key.
-bound binder::group_key_of(const select_scope& where, bound column, syntax::place at) const {
+bound binder::group_key_of(const select_scope& where, const bound& column, syntax::place at) const {
   for (const group_key& each : where.groups->keys) {
     if (same_expression(each.before, column.value)) {
       bound made = each.column;

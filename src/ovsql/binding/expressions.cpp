@@ -267,9 +267,8 @@ bound binder::bind_cast(const syntax::cast& written, syntax::place at, const exp
                 "nothing converts " + std::string(sql_name(operand.kind)) + " to " + std::string(sql_name(*kind)),
                 at.begin);
   }
-  bound made{promoted(std::move(operand), *kind), *kind, at};
-  made.size = operand.size + 1;
-  return made;
+  const std::uint32_t size = operand.size + 1;
+  return {promoted(std::move(operand), *kind), *kind, at, nullptr, {}, size};
 }
 
 bound binder::cast_text(std::string_view digits, value_kind kind, syntax::place at) {

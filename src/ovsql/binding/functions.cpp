@@ -95,7 +95,7 @@ bound binder::bind_nullif(const syntax::call& written, syntax::place at, const e
 
 bound binder::bind_abs(const syntax::call& written, syntax::place at, const expression_site& site) {
   require_arguments(written, 1, 1, at);
-  const bound operand = share(as_number(bind(*written.arguments[0], site), "abs"), site);
+  bound operand = share(as_number(bind(*written.arguments[0], site), "abs"), site);
   if (operand.kind == value_kind::uint64 || operand.kind == value_kind::null) return operand;
   bound made{expression(), operand.kind, at};
   made.size = 3 * operand.size + 4;

@@ -122,7 +122,7 @@ std::vector<output> binder::bind_items(const syntax::select& written, const expr
 void binder::expand_all(const syntax::all_columns& written, syntax::place at, const select_scope& scope,
                         std::vector<output>& outputs) const {
   const auto add = [&](std::string_view name, bound value) {
-    if (scope.groups != nullptr) value = group_key_of(scope, std::move(value), at);
+    if (scope.groups != nullptr) value = group_key_of(scope, value, at);
     outputs.push_back({name, std::move(value.value), value.kind, value.target});
   };
   const bool all = written.of.empty();

@@ -84,10 +84,7 @@ access_path path_through(const index& through, const std::vector<column_bound>& 
     const bool is_prefix =
         std::any_of(here.begin(), here.end(), [](const column_bound& each) { return each.comparison == prefix; });
     // A range of texts and a prefix are not mixed.
-    if (is_prefix)
-      here.erase(
-          std::remove_if(here.begin(), here.end(), [](const column_bound& each) { return each.comparison != prefix; }),
-          here.end());
+    if (is_prefix) std::erase_if(here, [](const column_bound& each) { return each.comparison != prefix; });
     made.rows *= share_of(here);
     equalities += here.front().comparison == equal ? 1 : 0;
     made.bounds.push_back(std::move(here));

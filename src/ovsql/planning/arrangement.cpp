@@ -246,7 +246,7 @@ bool arrangement::is_hashed(const condition& of, const item_set& own) const {
   return (left_inner && (right & own).none()) || (right_inner && (left & own).none());
 }
 
-plan arrangement::test(plan rows, const item_set& own, std::vector<condition*> conditions) const {
+plan arrangement::test(plan rows, const item_set& own, const std::vector<condition*>& conditions) const {
   std::vector<expression> local;
   std::vector<expression> equalities;
   std::vector<expression> others;
@@ -276,7 +276,7 @@ plan arrangement::add(std::optional<plan> base, item next, std::vector<order_key
       made = join_with(read_table(std::move(next), conditions, order));
       break;
     case item_kind::subquery:
-      made = join_with(test(by_.make(std::move(*next.query)), own, std::move(conditions)));
+      made = join_with(test(by_.make(std::move(*next.query)), own, conditions));
       break;
     case item_kind::left_join:
       made = join_with(read_left_join(std::move(next), conditions));
@@ -286,7 +286,7 @@ plan arrangement::add(std::optional<plan> base, item next, std::vector<order_key
       plan left = arrangement(by_, std::move(*next.left), block_, known_).make(std::nullopt, none);
       plan right = arrangement(by_, std::move(*next.right), block_, known_).make(std::nullopt, none);
       plan both = ovhost::full_join(std::move(next.condition), std::move(left), std::move(right));
-      made = join_with(test(std::move(both), {}, std::move(conditions)));
+      made = join_with(test(std::move(both), {}, conditions));
       break;
     }
     case item_kind::optional:
@@ -297,12 +297,12 @@ plan arrangement::add(std::optional<plan> base, item next, std::vector<order_key
       if (!base) base = one_row();
       made = next.kind == item_kind::test ? ovhost::join(*std::move(base), std::move(inner))
                                           : ovhost::left_join(*std::move(base), std::move(inner));
-      made = test(std::move(made), {}, std::move(conditions));
+      made = test(std::move(made), {}, conditions);
       break;
     }
     case item_kind::computed:
       made = ovhost::extend({*std::move(next.computed)}, base ? *std::move(base) : one_row());
-      made = test(std::move(made), {}, std::move(conditions));
+      made = test(std::move(made), {}, conditions);
       break;
   }
   known_ |= own;
@@ -337,8 +337,7 @@ plan arrangement::read_table(item next, std::vector<condition*> conditions, std:
   const std::vector<column_bound> bounds = find_bounds(next, given, known_);
   access_path path = choose_path(*next.table, bounds, by_.row_count_(*next.table));
   if (path.bounds.empty()) {
-    if (auto listed = read_listed(next, conditions))
-      return test(*std::move(listed), next.covers, std::move(conditions));
+    if (auto listed = read_listed(next, conditions)) return test(*std::move(listed), next.covers, conditions);
   }
   bool ascending = true;
   if (!order.empty()) serve_order(next, path, bounds, order, ascending);
@@ -351,7 +350,7 @@ plan arrangement::read_table(item next, std::vector<condition*> conditions, std:
   for (std::size_t at = 0; at < conditions.size(); ++at) {
     if (!is_exact[at]) left.push_back(conditions[at]);
   }
-  return test(std::move(rows), next.covers, std::move(left));
+  return test(std::move(rows), next.covers, left);
 }
 
 void arrangement::serve_order(const item& next, access_path& path, const std::vector<column_bound>& bounds,
@@ -389,7 +388,7 @@ plan arrangement::read_left_join(item next, std::vector<condition*>& conditions)
   }
   plan left = arrangement(by_, std::move(*next.left), block_, known_).make(std::nullopt, none);
   plan right = arrangement(by_, std::move(*next.right), block_, known_ | left_own).make(std::nullopt, none);
-  return test(ovhost::left_join(std::move(left), std::move(right)), {}, std::move(above));
+  return test(ovhost::left_join(std::move(left), std::move(right)), {}, above);
 }
 
 }  // namespace ovsql

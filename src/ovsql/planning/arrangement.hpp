@@ -42,7 +42,7 @@ class arrangement {
   void serve_order(const item& next, access_path& path, const std::vector<column_bound>& bounds,
                    std::vector<order_key>& order, bool& ascending) const;
   plan read_left_join(item next, std::vector<condition*>& conditions);
-  plan test(plan rows, const item_set& own, std::vector<condition*> conditions) const;
+  plan test(plan rows, const item_set& own, const std::vector<condition*>& conditions) const;
   bool is_hashed(const condition& of, const item_set& own) const;
 
   const planner& by_;

@@ -66,8 +66,6 @@ std::optional<std::int64_t> millionths_of(const value& of) {
   return static_cast<std::int64_t>(*whole) * million;
 }
 
-bool is_number(const value& of) { return family_of(static_cast<value_kind>(of.index())) == family::number; }
-
 }  // namespace
 
 row_of_cells::row_of_cells(const catalog& names, const table& of)

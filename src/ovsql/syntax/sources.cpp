@@ -8,13 +8,8 @@ namespace {
 
 // [AS] name [(a, b)]
 void parse_alias(reader& in, source& of) {
-  if (in.accept("as"_k)) {
-    of.alias = in.take_name("a name");
-  } else if (in.at_name()) {
-    of.alias = in.take_name("a name");
-  } else {
-    return;
-  }
+  if (!in.accept("as"_k) && !in.at_name()) return;
+  of.alias = in.take_name("a name");
   if (in.at(token_kind::open)) of.columns = in.take_names_in_brackets("a column");
 }
 
