@@ -25,8 +25,10 @@ foreach(package IN ITEMS ov_sql_executor ovhost ovsql)
   install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()
 
-# What the headers refer to: the meaning of the operations, and programs that need nothing but the install tree.
-install(FILES ${PROJECT_SOURCE_DIR}/docs/operations.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+# What the headers refer to: the meaning of the operations, the dialect, and programs that need nothing but the install
+# tree.
+install(FILES ${PROJECT_SOURCE_DIR}/docs/operations.md ${PROJECT_SOURCE_DIR}/docs/sql.md
+  DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES
   ${PROJECT_SOURCE_DIR}/tests/packaging/consumer/first_query.cpp
   ${PROJECT_SOURCE_DIR}/tests/packaging/consumer/first_sql.cpp
