@@ -41,6 +41,8 @@ class full_join final : public source_node {
   }
 
  private:
+  std::unique_ptr<row_source> join(input_rows left, input_rows right) const;
+
   input left_;
   input right_;
   std::uint64_t left_width_;

@@ -25,10 +25,15 @@ bool full_join_enumerator::push_next(execution_context& context) {
 void full_join_enumerator::restart(execution_context& context, opening how) {
   left_.start(context, how.for_all_rows());
   right_.start(context, how.for_all_rows());
+  forget_right_side();
+  state_ = state::needs_left_row;
+}
+
+// Out of line: what is made anew would make the frame of each level larger.
+[[gnu::noinline]] void full_join_enumerator::forget_right_side() {
   right_rows_ = kept_rows(kept_rows::access::repeated);
   if (keyed_condition_) index_ = keyed_condition_->make_index();
   candidates_.reset();
-  state_ = state::needs_left_row;
 }
 
 void full_join_enumerator::read_right_side(execution_context& context) {

@@ -37,6 +37,7 @@ class full_join_enumerator final : public row_source {
  private:
   enum class state { needs_left_row, left_row_unmatched, left_row_matched, left_exhausted };
 
+  void forget_right_side();
   void read_right_side(execution_context& context);
   bool push_left_row(execution_context& context);
   bool push_matching_right_row(execution_context& context, std::size_t left_start);
