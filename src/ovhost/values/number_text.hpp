@@ -19,9 +19,10 @@ std::optional<T> parse_number(std::string_view text) {
   return number;
 }
 
-// Writes the shortest text that reads back as the same number.
+// Writes the shortest text that reads back as the same number. Every NaN is "nan", whatever its sign.
 template <class T>
 std::string number_text(T number) {
+  if (number != number) return "nan";
   std::array<char, 64> buffer{};
   return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), number).ptr};
 }

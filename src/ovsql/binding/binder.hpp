@@ -148,6 +148,7 @@ class binder {
   static void rename(query& of, syntax::name_list names, syntax::place at);
   void settle_outputs(query& of, bool distinct);
   void bind_limits(const syntax::query& written, query& into);
+  static void add_conditions(expression of, std::vector<expression>& into);
   void bind_conditions(const syntax::expression& written, const expression_site& site);
   void bind_groups(const syntax::select& written, grouping& groups, const expression_site& site);
   std::vector<output> bind_items(const syntax::select& written, const expression_site& site,

@@ -1,6 +1,7 @@
 #include "ovsql/binding/bound.hpp"
 
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <iterator>
 #include <optional>
@@ -26,9 +27,13 @@ std::optional<T> whole_number(std::string_view digits) {
   return read;
 }
 
-double floating(std::string_view digits) {
+// Requires digits of a number. One too small for a double is 0, one too large an error.
+double floating(std::string_view digits, syntax::place at) {
   double read = 0;
-  std::from_chars(digits.data(), digits.data() + digits.size(), read);
+  const auto [end, status] = std::from_chars(digits.data(), digits.data() + digits.size(), read);
+  if (status != std::errc::result_out_of_range) return read;
+  read = std::strtod(std::string(digits).c_str(), nullptr);
+  if (std::isinf(read)) throw error(error_kind::value, "the number is out of range", at.begin);
   return read;
 }
 
@@ -53,7 +58,7 @@ std::optional<expression> decimal_of(std::string_view digits) {
 
 void take_type_of(bound& literal, const bound& other) {
   if (literal.digits.empty() || !is_floating(other.kind) || literal.kind != value_kind::decimal) return;
-  literal.value = ovhost::lit(floating(literal.digits));
+  literal.value = ovhost::lit(floating(literal.digits, literal.at));
   literal.kind = value_kind::float64;
 }
 
@@ -88,7 +93,7 @@ bound number(std::string_view digits, syntax::place at) {
       return made;
     }
   }
-  made.value = ovhost::lit(floating(digits));
+  made.value = ovhost::lit(floating(digits, at));
   return made;
 }
 
@@ -154,7 +159,7 @@ value_kind common_kind(const bound& left, const bound& right, syntax::place at) 
 expression promoted(bound of, value_kind kind) {
   if (of.kind == kind || kind == value_kind::null) return std::move(of.value);
   if (of.kind == value_kind::null) return ovhost::when_as(kind, ovhost::lit(true), std::move(of.value), ovhost::null());
-  if (!of.digits.empty() && kind == value_kind::float64) return ovhost::lit(floating(of.digits));
+  if (!of.digits.empty() && kind == value_kind::float64) return ovhost::lit(floating(of.digits, of.at));
   return ovhost::to(kind, std::move(of.value));
 }
 

@@ -190,9 +190,11 @@ bound binder::bind_constant(const syntax::expression& written, std::string_view 
   return bind(written, {&empty, nullptr, nullptr, clause});
 }
 
-// Nothing says a parameter's type; what it is used with takes it as it comes.
+// A parameter is of the type of its value, where that is known.
 bound binder::bind_as(const syntax::parameter& written, syntax::place at) {
-  return {ovhost::parameter(names_.parameter(written, numbered_parameters_), value_kind::null), value_kind::null, at};
+  const std::size_t number = names_.parameter(written, numbered_parameters_);
+  const value_kind kind = names_.kind_of_parameter(number);
+  return {ovhost::parameter(number, kind), kind, at};
 }
 
 bound binder::bind_chain(const syntax::chain& written, syntax::place at, const expression_site& site) {
@@ -271,10 +273,35 @@ bound binder::bind_cast(const syntax::cast& written, syntax::place at, const exp
   return {promoted(std::move(operand), *kind), *kind, at, nullptr, {}, size};
 }
 
+// [+-] digits [. digits] [e [+-] digits], with a digit before or behind the point.
+static bool is_number(std::string_view text) {
+  const auto skip = [&text](std::string_view any) {
+    const std::size_t end = std::min(text.find_first_not_of(any), text.size());
+    text.remove_prefix(end);
+    return end;
+  };
+  const auto skip_one = [&text](std::string_view any) {
+    if (!text.empty() && any.find(text.front()) != std::string_view::npos) text.remove_prefix(1);
+  };
+  constexpr std::string_view digits = "0123456789";
+  skip_one("+-");
+  std::size_t count = skip(digits);
+  if (text.starts_with('.')) {
+    text.remove_prefix(1);
+    count += skip(digits);
+  }
+  if (count == 0) return false;
+  if (text.empty() || (text.front() != 'e' && text.front() != 'E')) return text.empty();
+  text.remove_prefix(1);
+  skip_one("+-");
+  return skip(digits) != 0 && text.empty();
+}
+
 bound binder::cast_text(std::string_view digits, value_kind kind, syntax::place at) {
-  const bool is_number = !digits.empty() && digits.find_first_not_of("+-0123456789.eE") == std::string_view::npos &&
-                         digits.find_first_of("0123456789") != std::string_view::npos;
-  if (!is_number) {
+  if (kind == value_kind::boolean && (same_name(digits, "true") || same_name(digits, "false"))) {
+    return {lit(same_name(digits, "true")), kind, at};
+  }
+  if (!is_number(digits)) {
     throw error(error_kind::value, "the text \"" + std::string(digits) + "\" is no " + std::string(sql_name(kind)),
                 at.begin);
   }

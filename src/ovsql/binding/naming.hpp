@@ -13,6 +13,7 @@
 #include "ov_sql_executor/expressions/expression.hpp"
 #include "ov_sql_executor/expressions/expression_order.hpp"
 #include "ovhost/plans/column_names.hpp"
+#include "ovhost/values/value_kind.hpp"
 #include "ovsql/binding/item_set.hpp"
 #include "ovsql/syntax/tree.hpp"
 
@@ -58,6 +59,16 @@ class naming {
   std::size_t parameter(const syntax::parameter& written, std::uint32_t numbered);
   const std::vector<parameter_info>& parameters() const { return parameters_; }
 
+  // The types of the parameters' values, by number; what has none is of no known type.
+  void set_parameter_kinds(std::vector<ovhost::value_kind> kinds) { parameter_kinds_ = std::move(kinds); }
+  ovhost::value_kind kind_of_parameter(std::size_t number) const {
+    return number < parameter_kinds_.size() ? parameter_kinds_[number] : ovhost::value_kind::null;
+  }
+
+  bool is_null_parameter(std::size_t number) const {
+    return number < parameter_kinds_.size() && parameter_kinds_[number] == ovhost::value_kind::null;
+  }
+
   // Keeps a text as long as this lives.
   std::string_view keep(std::string text) { return kept_.emplace_back(std::move(text)); }
 
@@ -77,6 +88,7 @@ class naming {
   std::vector<std::string_view> names_ = {{}};
   std::uint32_t blocks_ = 0;
   std::vector<parameter_info> parameters_;
+  std::vector<ovhost::value_kind> parameter_kinds_;
   std::list<std::string> kept_;
 };
 

@@ -181,7 +181,17 @@ void binder::bind_conditions(const syntax::expression& written, const expression
     return;
   }
   if (bind_as_test(written, site)) return;
-  site.list->conditions.push_back(as_truth(bind(written, site), site.clause).value);
+  add_conditions(as_truth(bind(written, site), site.clause).value, site.list->conditions);
+}
+
+// The parts of an AND are conditions of their own: BETWEEN is one, too.
+void binder::add_conditions(expression of, std::vector<expression>& into) {
+  auto* const both = std::get_if<physical_queryplan::And>(&of);
+  if (both == nullptr) {
+    into.push_back(std::move(of));
+    return;
+  }
+  for (expression& each : both->operands) add_conditions(std::move(each), into);
 }
 
 void binder::bind_order(const syntax::query& written, const std::vector<const syntax::expression*>& trees, query& into,

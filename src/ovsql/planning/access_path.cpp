@@ -58,11 +58,13 @@ bool reads_column(const expression& of, std::uint32_t variable) {
   return found;
 }
 
-// What one more bounded column leaves of the rows.
-double share_of(const std::vector<column_bound>& bounds) {
-  if (bounds.front().comparison == equal || bounds.front().comparison == null) return 0.1;
-  if (bounds.front().comparison == prefix) return 0.1;
-  return bounds.size() > 1 ? 0.1 : 0.3;
+constexpr double rows_of_key = 10;  // of an index that is not unique, while nothing else is known
+
+// What one more bounded column leaves of some rows.
+double rows_within(const std::vector<column_bound>& bounds, double rows) {
+  if (bounds.front().comparison == equal || bounds.front().comparison == null) return std::min(rows / 10, rows_of_key);
+  if (bounds.front().comparison == prefix) return rows / 10;
+  return bounds.size() > 1 ? rows / 10 : rows / 3;
 }
 
 access_path path_through(const index& through, const std::vector<column_bound>& bounds, double row_count) {
@@ -85,7 +87,7 @@ access_path path_through(const index& through, const std::vector<column_bound>& 
         std::any_of(here.begin(), here.end(), [](const column_bound& each) { return each.comparison == prefix; });
     // A range of texts and a prefix are not mixed.
     if (is_prefix) std::erase_if(here, [](const column_bound& each) { return each.comparison != prefix; });
-    made.rows *= share_of(here);
+    made.rows = rows_within(here, made.rows);
     equalities += here.front().comparison == equal ? 1 : 0;
     made.bounds.push_back(std::move(here));
     if (!pins) break;
@@ -140,8 +142,9 @@ access_path choose_path(const table& of, const std::vector<column_bound>& bounds
   for (const index& each : of.indexes) {
     access_path path = path_through(each, bounds, row_count);
     if (path.bounds.empty()) continue;
-    const bool better = best.bounds.empty() || (path.is_unique && !best.is_unique) ||
-                        (path.is_unique == best.is_unique && path.rows < best.rows);
+    const bool fewer = path.rows < best.rows || (path.rows == best.rows && each.key.size() < best.through->key.size());
+    const bool better =
+        best.bounds.empty() || (path.is_unique && !best.is_unique) || (path.is_unique == best.is_unique && fewer);
     if (better) best = std::move(path);
   }
   return best;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <stdexcept>
 #include <utility>
 
 #include "ovhost/plans/expressions.hpp"
@@ -71,14 +72,23 @@ arrangement::arrangement(const planner& by, item_list list, std::uint32_t block,
 
 plan arrangement::make(std::optional<plan> base, std::vector<order_key>& order) {
   std::vector<order_key> none;
-  const bool is_single = items_.size() == 1 && !base;
+  // Nested loops keep the order of the only table that they read.
+  const auto is_other = [](const item& each) {
+    const bool is_one_row = each.kind == item_kind::subquery && each.query->is_one_row;
+    return is_source(each.kind) && each.kind != item_kind::table && !is_one_row;
+  };
+  const auto tables = std::count_if(items_.begin(), items_.end(), [](const item& each) { return each.kind == item_kind::table; });
+  const bool is_single = !base && tables == 1 && std::none_of(items_.begin(), items_.end(), is_other);
   for (std::size_t count = 0; count < items_.size(); ++count) {
     const std::size_t next = choose(base.has_value());
     is_placed_[next] = true;
     base = add(std::move(base), std::move(items_[next]), is_single ? order : none);
   }
   if (!base) base = one_row();
-  return test(*std::move(base), {}, take_conditions({}));
+  plan made = test(*std::move(base), {}, take_conditions({}));
+  const bool is_done = std::all_of(conditions_.begin(), conditions_.end(), [](const condition& each) { return each.is_used; });
+  if (!is_done) throw std::logic_error("a condition reads what nothing makes");
+  return made;
 }
 
 // ---- The order
@@ -209,8 +219,7 @@ arrangement::step arrangement::estimate(const item& of, double outer_rows, const
             outer_rows * (lookup_cost + read)};
   }
   if (by_hash) {
-    const double matches = std::max(1.0, rows / std::max(rows, outer_rows));
-    return {outer_rows * matches, read * (1 + keeping_cost) + outer_rows * (1 + matches)};
+    return {outer_rows, read * (1 + keeping_cost) + 2 * outer_rows};
   }
   return {outer_rows * rows, read * keeping_cost + outer_rows * rows};
 }
@@ -276,6 +285,7 @@ plan arrangement::add(std::optional<plan> base, item next, std::vector<order_key
       made = join_with(read_table(std::move(next), conditions, order));
       break;
     case item_kind::subquery:
+      hand_down(*next.query, conditions);
       made = join_with(test(by_.make(std::move(*next.query)), own, conditions));
       break;
     case item_kind::left_join:
@@ -332,6 +342,39 @@ std::optional<plan> arrangement::read_listed(const item& next, std::vector<condi
   return std::nullopt;
 }
 
+// Tests conditions on a subquery's columns inside it, where an index may serve them: those on columns that it has from
+// its tables as they are. Grouping, DISTINCT and limits are in the way of that.
+void arrangement::hand_down(query& to, std::vector<condition*>& conditions) const {
+  auto* const body = std::get_if<select_body>(&to.body);
+  if (body == nullptr || body->grouped || to.distinct || to.limit || to.offset) return;
+  item_set inside;
+  for (const item& each : body->from.items) inside |= each.covers;
+  const auto is_made_inside = [&](std::uint32_t number) {
+    const auto made_by = by_.names_.item_of(number, body->block);
+    return made_by && inside.test(*made_by);
+  };
+  const auto is_computed_last = [&](std::uint32_t number) {
+    return std::any_of(body->extend.begin(), body->extend.end(),
+                       [&](const assignment& each) { return column_number(read_of(each)) == number; });
+  };
+  std::vector<condition*> left;
+  for (condition* each : conditions) {
+    bool reads = false;
+    bool fits = true;
+    for_each_column(each->test, [&](std::uint32_t number) {
+      reads = reads || is_made_inside(number);
+      const bool is_inner = by_.names_.item_of(number, body->block).has_value();
+      fits = fits && !is_computed_last(number) && (!is_inner || is_made_inside(number));
+    });
+    if (reads && fits) {
+      body->from.conditions.push_back(std::move(each->test));
+    } else {
+      left.push_back(each);
+    }
+  }
+  conditions = std::move(left);
+}
+
 plan arrangement::read_table(item next, std::vector<condition*> conditions, std::vector<order_key>& order) {
   const std::vector<const condition*> given(conditions.begin(), conditions.end());
   const std::vector<column_bound> bounds = find_bounds(next, given, known_);
@@ -364,7 +407,6 @@ void arrangement::serve_order(const item& next, access_path& path, const std::ve
     if (gives_order(*path.through, pinned, next, order, ascending)) order.clear();
     return;
   }
-  if (!bounds.empty()) return;
   for (const index& each : next.table->indexes) {
     if (!gives_order(each, 0, next, order, ascending)) continue;
     path.through = &each;

@@ -38,6 +38,7 @@ class arrangement {
   std::vector<const condition*> known_conditions(const item& next, const item_set& known) const;
   plan add(std::optional<plan> base, item next, std::vector<order_key>& order);
   plan read_table(item next, std::vector<condition*> conditions, std::vector<order_key>& order);
+  void hand_down(query& to, std::vector<condition*>& conditions) const;
   std::optional<plan> read_listed(const item& next, std::vector<condition*>& conditions) const;
   void serve_order(const item& next, access_path& path, const std::vector<column_bound>& bounds,
                    std::vector<order_key>& order, bool& ascending) const;

@@ -51,8 +51,10 @@ void compile_query(database_state& db, const syntax::query& of, const source_tex
   });
 }
 
-std::unique_ptr<compiled> compile(database_state& db, const syntax::statement& tree, std::string_view text) {
+std::unique_ptr<compiled> compile(database_state& db, const syntax::statement& tree, std::string_view text,
+                                  std::vector<value_kind> kinds) {
   auto made = std::make_unique<compiled>();
+  made->names.set_parameter_kinds(std::move(kinds));
   const source_text from = {text, tree.question_marks};
   if (const auto* const query = std::get_if<const syntax::query*>(&tree.is)) {
     compile_query(db, **query, from, *made);

@@ -24,7 +24,7 @@ statement make_statement(database_state& db, const syntax::statement& tree, std:
   made->offset = tree.at.begin;
   const metadata_scope metadata(db);
   made->version = db.version;
-  made->code = compile(db, tree, script);
+  made->code = compile(db, tree, script, {});
   made->parameters.resize(std::max<std::size_t>(made->code->names.parameters().size(), tree.question_marks));
   return statement(std::move(made));
 }

@@ -2,6 +2,7 @@
 #include <cctype>
 
 #include "ovsql/binding/binder.hpp"
+#include "ovsql/session/cells.hpp"
 #include "ovsql/session/run_errors.hpp"
 #include "ovsql/session/statement_state.hpp"
 #include "ovsql/syntax/parser.hpp"
@@ -52,7 +53,18 @@ struct key_definition {
   syntax::place at;
 };
 
-std::vector<key_definition> keys_of(const syntax::create_table& of) {
+// A key's column, by the name that the table has for it, its own or its base's.
+std::string key_column(const database_state& db, const syntax::create_table& of, const syntax::name& written) {
+  for (const syntax::column_definition& each : of.columns) {
+    if (same_name(each.column.text, written.text)) return std::string(each.column.text);
+  }
+  const table* const base = of.inherits.text.empty() ? nullptr : db.catalog.find_table(of.inherits.text);
+  const auto inherited = base != nullptr ? base->find_column(written.text) : std::nullopt;
+  if (!inherited) refuse("the table has no column " + quoted(written.text), written.at);
+  return base->columns[*inherited].property.name;
+}
+
+std::vector<key_definition> keys_of(const database_state& db, const syntax::create_table& of) {
   std::vector<key_definition> keys;
   for (const syntax::column_definition& each : of.columns) {
     if (each.primary_key || each.unique)
@@ -60,8 +72,12 @@ std::vector<key_definition> keys_of(const syntax::create_table& of) {
   }
   for (const syntax::key_constraint& each : of.keys) {
     key_definition key{{}, each.primary, each.columns.front().at};
-    for (const syntax::name& column : each.columns) key.columns.emplace_back(column.text);
+    for (const syntax::name& column : each.columns) key.columns.push_back(key_column(db, of, column));
     keys.push_back(std::move(key));
+  }
+  for (auto each = keys.begin(); each != keys.end(); ++each) {
+    const auto same = [&](const key_definition& other) { return other.columns == each->columns; };
+    if (std::any_of(keys.begin(), each, same)) refuse("two keys have the same columns", each->at);
   }
   const auto primary = std::count_if(keys.begin(), keys.end(), [](const key_definition& each) { return each.primary; });
   if (primary > 1) refuse("a table has one PRIMARY KEY", keys.back().at);
@@ -103,10 +119,11 @@ void add_rules(database_state& db, const syntax::create_table& of, const std::ve
     column_rule rule{each.not_null};
     if (each.default_value != nullptr) {
       naming names;
+      const syntax::place at = each.default_value->at;
       const bound value = binder(db.catalog, {}, false, 0, names).bind_constant(*each.default_value, "DEFAULT");
       const auto* const literal = std::get_if<physical_queryplan::literal>(&value.value);
-      if (literal == nullptr) {
-        throw error(error_kind::unsupported, "a default value is written out", each.default_value->at.begin);
+      if (literal == nullptr || !names.parameters().empty()) {
+        throw error(error_kind::unsupported, "a default value is written out", at.begin);
       }
       std::visit(
           [&]<class T>(const T& held) {
@@ -114,7 +131,9 @@ void add_rules(database_state& db, const syntax::create_table& of, const std::ve
           },
           *literal);
     }
-    db.catalog.set_rule(made, *made.find_column(each.column.text), std::move(rule));
+    const std::size_t column = *made.find_column(each.column.text);
+    if (rule.default_value) row_of_cells(db.catalog, made).set(column, *rule.default_value);
+    db.catalog.set_rule(made, column, std::move(rule));
   }
   for (const key_definition& key : keys) {
     if (!key.primary) continue;
@@ -161,13 +180,17 @@ void define(database_state& db, const syntax::create_table& of) {
   ovhost::table_definition made{std::string(of.table.text), {}};
   if (!of.inherits.text.empty()) made.base = find_table(db, of.inherits).name();
   for (const syntax::column_definition& each : of.columns) {
+    if (same_name(each.column.text, "object_number") || same_name(each.column.text, "object_type")) {
+      refuse("every table has a column " + quoted(each.column.text) + " of its own", each.column.at);
+    }
     for (const ovhost::member_definition& other : made.members) {
-      if (same_name(other.name, each.column.text))
+      if (same_name(other.name, each.column.text)) {
         refuse("two columns are called " + quoted(other.name), each.column.at);
+      }
     }
     made.members.push_back({std::string(each.column.text), type_of(db, of, each)});
   }
-  const std::vector<key_definition> keys = keys_of(of);
+  const std::vector<key_definition> keys = keys_of(db, of);
   check_key_types(made, keys);
   change made_here(db);
   db.schema->define_table(made);
@@ -235,11 +258,41 @@ void define(database_state& db, const syntax::create_index& of) {
       }
       break;
     }
-    made.columns.push_back({on.columns[*column].property.name, !each.descending});
+    const std::string& name = on.columns[*column].property.name;
+    const auto is_it = [&](const ovhost::index_column& other) { return other.property == name; };
+    if (std::any_of(made.columns.begin(), made.columns.end(), is_it)) {
+      refuse("column " + quoted(name) + " is named twice", each.column.at);
+    }
+    made.columns.push_back({name, !each.descending});
   }
   if (made.columns.empty()) return;
-  db.schema->define_index(made);
+  try {
+    db.schema->define_index(made);
+  } catch (const ovcoredb::unique_violation& raised) {
+    throw error(error_kind::constraint,
+                "two rows of table " + quoted(on.name()) + " have the same key (one is object number " +
+                    std::to_string(raised.holder()) + "): the index cannot be unique",
+                of.index.at.begin);
+  }
   db.read_catalog();
+}
+
+// A view does not read itself, nor take parameters.
+static void compile_view(database_state& db, const syntax::create_view& of, const source_text& from, compiled& into) {
+  const auto replaced = db.catalog.views().find(of.view.text);
+  const std::shared_ptr<const view> before = replaced != db.catalog.views().end() ? replaced->second : nullptr;
+  const std::string name = before != nullptr ? replaced->first : std::string();
+  if (before != nullptr) db.catalog.drop_view(name);
+  try {
+    compile_query(db, *of.of, from, into);
+  } catch (...) {
+    if (before != nullptr) db.catalog.add_view(name, before);
+    throw;
+  }
+  if (before != nullptr) db.catalog.add_view(name, before);
+  if (!into.names.parameters().empty()) {
+    throw error(error_kind::unsupported, "a view takes no parameters", of.view.at.begin);
+  }
 }
 
 void define(database_state& db, const syntax::create_view& of, const source_text& from) {
@@ -247,10 +300,10 @@ void define(database_state& db, const syntax::create_view& of, const source_text
     if (!is_free(db, of.view, of.if_not_exists)) return;
   }
   compiled checked;
-  compile_query(db, *of.of, from, checked);
+  compile_view(db, of, from, checked);
   if (of.columns.size() > checked.columns.size()) {
     refuse(
-        "the view has " + std::to_string(checked.columns.size()) + " columns, not " + std::to_string(of.columns.size()),
+        "the view's columns are " + std::to_string(checked.columns.size()) + ", not " + std::to_string(of.columns.size()),
         of.columns.front().at);
   }
   auto kept = std::make_shared<view>();
@@ -282,7 +335,7 @@ void drop(database_state& db, const syntax::drop& of) {
       }
     }
     const std::string what = of.what == syntax::dropped::table ? "table" : "index";
-    if (exists) throw error(error_kind::unsupported, "the core cannot drop a " + what, each.at.begin);
+    if (exists) throw error(error_kind::unsupported, "the core drops no " + what, each.at.begin);
     if (!of.if_exists) refuse("there is no " + what + " " + quoted(each.text), each.at);
   }
 }

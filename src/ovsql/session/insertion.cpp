@@ -45,12 +45,15 @@ bool read_literals(const database_state& db, const syntax::values& of, std::size
 // Says what is wrong with a row in terms of the index and the object that holds the key.
 [[noreturn]] void raise_violation(const database_state& db, const table& of, const ovcoredb::unique_violation& raised) {
   const ovhost::catalog metadata(db.context->handle());
-  for (const ovhost::index_info& each : metadata.indexes(of.info)) {
-    if (each.handle != raised.index()) continue;
-    std::string columns;
-    for (const auto& column : each.columns) columns += (columns.empty() ? "" : ", ") + column.property.name;
-    throw error(error_kind::constraint, "table " + quoted(of.name()) + " has a row with the same " + columns +
-                                            " already (object number " + std::to_string(raised.holder()) + ")");
+  for (const table* owner = &of; owner != nullptr; owner = db.catalog.table_of(owner->info.base)) {
+    for (const ovhost::index_info& each : metadata.indexes(owner->info)) {
+      if (each.handle != raised.index()) continue;
+      std::string columns;
+      for (const auto& column : each.columns) columns += (columns.empty() ? "" : ", ") + column.property.name;
+      throw error(error_kind::constraint,
+                  "table " + quoted(owner->name()) + " has a row with the same " + columns +
+                      " already (object number " + std::to_string(raised.holder()) + ")");
+    }
   }
   throw error(error_kind::constraint, raised.what());
 }
@@ -97,8 +100,8 @@ void compile_insert(database_state& db, const syntax::insert& of, const source_t
   compile_query(db, *of.rows, from, into);
   if (into.columns.size() != into.targets.size()) {
     throw error(error_kind::type,
-                "there are " + std::to_string(into.columns.size()) + " values for " +
-                    std::to_string(into.targets.size()) + " columns",
+                "a row has " + std::to_string(into.columns.size()) + " of the " +
+                    std::to_string(into.targets.size()) + " values that it needs",
                 of.rows->at.begin);
   }
   into.columns.clear();

@@ -66,12 +66,27 @@ struct other_statement {
   }
 };
 
+// The types of the parameters' values.
+std::vector<value_kind> kinds_of(const statement_state& of) {
+  std::vector<value_kind> kinds;
+  for (const std::optional<value>& each : of.parameters) {
+    kinds.push_back(each ? static_cast<value_kind>(each->index()) : value_kind::null);
+  }
+  return kinds;
+}
+
+void compile_again(statement_state& of, std::vector<value_kind> kinds) {
+  with_tree(of, [&](const syntax::statement& tree) { of.code = compile(*of.db, tree, of.sql, kinds); });
+  const auto offset = static_cast<std::uint32_t>(of.offset);
+  for (syntax::place& each : of.code->names.divisions) each = {each.begin + offset, each.end + offset};
+  of.version = of.db->version;
+  of.kinds = std::move(kinds);
+}
+
 void start(statement_state& of) {
   database_state& db = *of.db;
-  if (of.version != db.version) {
-    with_tree(of, [&](const syntax::statement& tree) { of.code = compile(db, tree, of.sql); });
-    of.version = db.version;
-  }
+  std::vector<value_kind> kinds = kinds_of(of);
+  if (of.version != db.version || of.kinds != kinds) compile_again(of, std::move(kinds));
   of.changes = 0;
   of.is_open = true;
   if (of.code->is_explanation) {

@@ -56,6 +56,7 @@ struct statement_state {
   std::uint64_t version = 0;  // of the catalog that it was compiled with
   std::unique_ptr<compiled> code{};
   std::vector<std::optional<value>> parameters{};
+  std::vector<value_kind> kinds{};  // of the parameters, that it was compiled with
 
   std::unique_ptr<run> running{};
   std::size_t explained = 0;  // how many lines were given
@@ -68,7 +69,9 @@ struct statement_state {
 // ---- compile.cpp
 
 // Binds and plans a query, an INSERT or an EXPLAIN; of other statements only the kind is looked at.
-std::unique_ptr<compiled> compile(database_state& db, const syntax::statement& tree, std::string_view text);
+// kinds: the types of the parameters' values, as far as they are known.
+std::unique_ptr<compiled> compile(database_state& db, const syntax::statement& tree, std::string_view text,
+                                  std::vector<value_kind> kinds);
 
 // Plans a query and fills in plan and columns.
 void compile_query(database_state& db, const syntax::query& of, const source_text& from, compiled& into);
