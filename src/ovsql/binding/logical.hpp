@@ -84,8 +84,13 @@ struct select_body {
   std::vector<assignment> extend;  // is computed last
 };
 
+struct values_row {
+  std::vector<assignment> columns;
+  item_list needs;  // what the values are computed from: subqueries
+};
 struct values_body {
-  std::vector<std::vector<assignment>> rows;
+  std::uint32_t block = 0;
+  std::vector<values_row> rows;
 };
 
 struct union_body {

@@ -63,8 +63,9 @@ void binder::add_order_key(const syntax::order_item& written, expression key, qu
 }
 
 query binder::bind_values(const syntax::values& written, select_scope* outer) {
-  select_scope empty{outer};
-  const expression_site site = {&empty, nullptr, nullptr, "VALUES"};
+  values_body body;
+  body.block = names_.new_block();
+  select_scope empty{outer, body.block};
   const std::size_t width = written.rows.front().size();
   std::vector<std::vector<bound>> rows;
   std::vector<value_kind> kinds(width, value_kind::null);
@@ -76,20 +77,19 @@ query binder::bind_values(const syntax::values& written, select_scope* outer) {
           row.front()->at.begin);
     }
     std::vector<bound>& made = rows.emplace_back();
+    const expression_site site = {&empty, &body.rows.emplace_back().needs, nullptr, "VALUES"};
     for (std::size_t at = 0; at < width; ++at) {
       made.push_back(bind(*row[at], site));
       kinds[at] = common_kind(kinds[at], made.back().kind, row[at]->at);
     }
   }
   query result;
-  values_body body;
   for (std::size_t at = 0; at < width; ++at) {
     const std::string_view name = names_.keep("column" + std::to_string(at + 1));
     const assignment column = define(name, ovhost::null(), kinds[at], {});
     result.outputs.push_back({name, read_of(column), kinds[at]});
     for (std::size_t row = 0; row < rows.size(); ++row) {
-      if (at == 0) body.rows.emplace_back();
-      body.rows[row].push_back({promoted(std::move(rows[row][at]), kinds[at]), column.column});
+      body.rows[row].columns.push_back({promoted(std::move(rows[row][at]), kinds[at]), column.column});
     }
   }
   result.body = std::move(body);

@@ -55,7 +55,14 @@ plan planner::make_body(select_body of, std::vector<order_key>& order, bool is_p
 plan planner::make_body(values_body of) const {
   std::vector<plan> rows;
   rows.reserve(of.rows.size());
-  for (std::vector<assignment>& each : of.rows) {
+  for (auto& [each, needs] : of.rows) {
+    if (!needs.items.empty()) {
+      std::vector<order_key> none;
+      const std::vector<expression> columns = columns_of(each);
+      plan row = arrangement(*this, std::move(needs), of.block, {}).make(std::nullopt, none);
+      rows.push_back(ovhost::project(columns, ovhost::extend(std::move(each), std::move(row))));
+      continue;
+    }
     plan row = ovhost::generate(std::move(each.front()));
     std::vector<assignment> rest(std::make_move_iterator(each.begin() + 1), std::make_move_iterator(each.end()));
     rows.push_back(rest.empty() ? std::move(row) : ovhost::extend(std::move(rest), std::move(row)));
