@@ -146,7 +146,7 @@ class binder {
   void tag_sides(bool except, union_body& body, query& into);
   aggregate extreme_of(bool greatest, expression argument);
   static void rename(query& of, syntax::name_list names, syntax::place at);
-  void settle_outputs(query& of, bool distinct);
+  void settle_outputs(query& of, bool distinct, const select_scope& scope);
   void bind_limits(const syntax::query& written, query& into);
   void bind_conditions(const syntax::expression& written, const expression_site& site);
   void bind_groups(const syntax::select& written, grouping& groups, const expression_site& site);
@@ -177,7 +177,7 @@ class binder {
 
   std::uint32_t new_item(select_scope& scope, syntax::place at) const;
   assignment define(std::string_view name, expression value, value_kind kind, column_owner owner);
-  bool is_own_column(const expression& of, std::uint32_t block) const;
+  bool is_own_column(const expression& of, const select_scope& scope) const;
 
   const catalog& catalog_;
   std::string_view text_;
