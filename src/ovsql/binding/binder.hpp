@@ -75,6 +75,7 @@ class binder {
   bound calculate(syntax::binary_operator op, bound left, bound right, syntax::place sign, const expression_site& at);
   bound divide(bound left, bound right, bool remainder, syntax::place sign, const expression_site& at);
   bound bind_chain(const syntax::chain& written, syntax::place at, const expression_site& site);
+  bound bind_part(const syntax::chain& of, std::size_t& next, syntax::place at, const expression_site& site);
   bound bind_case(const syntax::conditional& written, syntax::place at, const expression_site& site);
   bound bind_cast(const syntax::cast& written, syntax::place at, const expression_site& site);
   bound cast_text(std::string_view digits, value_kind kind, syntax::place at);
