@@ -254,7 +254,7 @@ bound binder::bind_case(const syntax::conditional& written, syntax::place at, co
     made.kind = common_kind(made.kind, otherwise->kind, otherwise->at);
     made.size += otherwise->size;
   }
-  const value_kind kind = made.kind;
+  const value_kind kind = stored_kind(made.kind);
   made.value = otherwise ? std::move(otherwise->value) : ovhost::null();
   for (auto each = branches.rbegin(); each != branches.rend(); ++each) {
     made.value = ovhost::when_as(kind, std::move(each->first), std::move(each->second.value), std::move(made.value));
@@ -428,11 +428,10 @@ expression read_of(const assignment& of) {
   return std::visit([](const auto& held) { return expression(held); }, of.column);
 }
 
-// A column of unknown type is one of texts for the plan; what it holds is NULL, or a parameter as it comes.
+// A column of unknown type is one of texts for the plan; it holds NULL, or a parameter as it comes.
 assignment binder::define(std::string_view name, expression value, value_kind kind, column_owner owner) {
   const identifier id = names_.make(name, owner);
-  const value_kind stored = kind == value_kind::null ? value_kind::text : kind;
-  return ovhost::with_type_of(stored, [&]<class T>() {
+  return ovhost::with_type_of(stored_kind(kind), [&]<class T>() {
     return assignment{std::move(value), physical_queryplan::column_ref(physical_queryplan::computed<T>{id})};
   });
 }
