@@ -98,7 +98,7 @@ bound binder::bind_aggregate(const syntax::call& written, syntax::place at, cons
   if (function == "sum" || function == "avg") argument = as_number(std::move(argument), function);
   const bool is_untyped = argument.kind == value_kind::null;
   if (is_untyped) {
-    argument.kind = function == "sum" || function == "avg" ? value_kind::int64 : value_kind::text;
+    argument.kind = function == "sum" || function == "avg" ? value_kind::float64 : value_kind::text;
     argument.value = ovhost::when_as(argument.kind, lit(true), std::move(argument.value), ovhost::null());
   }
   if (filter) {
@@ -116,7 +116,7 @@ bound binder::bind_aggregate(const syntax::call& written, syntax::place at, cons
   bound made =
       add_aggregate(into, make_named(function, std::move(arguments), kind, names_.make(function, {})), kind, at);
   made.target = target;
-  if (is_untyped && kind == value_kind::text) made.kind = value_kind::null;
+  if (is_untyped && function != "count") made.kind = value_kind::null;
   return made;
 }
 

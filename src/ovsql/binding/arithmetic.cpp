@@ -95,8 +95,9 @@ bound binder::divide(bound left, bound right, bool remainder, syntax::place sign
   }
   made.value = std::move(quotient);
   if (!checks) return made;
+  const value_kind kind = made.kind == value_kind::null ? value_kind::float64 : made.kind;
   expression on_zero = null_on_division_by_zero_ ? ovhost::null() : ovhost::div(lit(1), lit(0));
-  made.value = ovhost::when_as(made.kind, ovhost::eq(right.value, lit(0)), std::move(on_zero), std::move(made.value));
+  made.value = ovhost::when_as(kind, ovhost::eq(right.value, lit(0)), std::move(on_zero), std::move(made.value));
   made.size += right.size + 5;
   return made;
 }

@@ -75,6 +75,7 @@ class binder {
   bound calculate(syntax::binary_operator op, bound left, bound right, syntax::place sign, const expression_site& at);
   bound divide(bound left, bound right, bool remainder, syntax::place sign, const expression_site& at);
   bound bind_chain(const syntax::chain& written, syntax::place at, const expression_site& site);
+  bound bind_part(const syntax::chain& of, std::size_t& next, syntax::place at, const expression_site& site);
   bound bind_case(const syntax::conditional& written, syntax::place at, const expression_site& site);
   bound bind_cast(const syntax::cast& written, syntax::place at, const expression_site& site);
   bound cast_text(std::string_view digits, value_kind kind, syntax::place at);
@@ -146,7 +147,7 @@ class binder {
   void tag_sides(bool except, union_body& body, query& into);
   aggregate extreme_of(bool greatest, expression argument);
   static void rename(query& of, syntax::name_list names, syntax::place at);
-  void settle_outputs(query& of, bool distinct);
+  void settle_outputs(query& of, bool distinct, const select_scope& scope);
   void bind_limits(const syntax::query& written, query& into);
   static void add_conditions(expression of, std::vector<expression>& into);
   void bind_conditions(const syntax::expression& written, const expression_site& site);
@@ -178,7 +179,7 @@ class binder {
 
   std::uint32_t new_item(select_scope& scope, syntax::place at) const;
   assignment define(std::string_view name, expression value, value_kind kind, column_owner owner);
-  bool is_own_column(const expression& of, std::uint32_t block) const;
+  bool is_own_column(const expression& of, const select_scope& scope) const;
 
   const catalog& catalog_;
   std::string_view text_;

@@ -204,8 +204,8 @@ bound binder::bind_chain(const syntax::chain& written, syntax::place at, const e
   operands.reserve(written.operands.size());
   bound made{expression(), is_text ? value_kind::text : value_kind::boolean, at};
   expression_site rest = site;
-  for (const syntax::expression* each : written.operands) {
-    bound operand = bind(*each, rest);
+  for (std::size_t next = 0; next < written.operands.size();) {
+    bound operand = bind_part(written, next, at, rest);
     operand = is_text ? as_text(std::move(operand), use) : as_truth(std::move(operand), use);
     made.size += operand.size;
     operands.push_back(std::move(operand.value));
@@ -215,6 +215,21 @@ bound binder::bind_chain(const syntax::chain& written, syntax::place at, const e
                : written.op == syntax::chain_operator::conjunction ? all_of(std::move(operands))
                                                                    : any_of(std::move(operands));
   return made;
+}
+
+// Binds an operand, or those together that are a group's key: brackets around a part of a chain are dissolved.
+bound binder::bind_part(const syntax::chain& of, std::size_t& next, syntax::place at, const expression_site& site) {
+  const std::vector<group_key> none;
+  for (const group_key& each : site.scope->groups != nullptr ? site.scope->groups->keys : none) {
+    const auto* const key = std::get_if<syntax::chain>(&each.written->is);
+    if (key == nullptr || key->op != of.op || next + key->operands.size() > of.operands.size()) continue;
+    const syntax::expression part{syntax::chain{of.op, of.operands.subspan(next, key->operands.size())}, at};
+    std::optional<bound> made = as_group_key(part, site);
+    if (!made) continue;
+    next += key->operands.size();
+    return *std::move(made);
+  }
+  return bind(*of.operands[next++], site);
 }
 
 bound binder::bind_case(const syntax::conditional& written, syntax::place at, const expression_site& site) {
@@ -241,7 +256,7 @@ bound binder::bind_case(const syntax::conditional& written, syntax::place at, co
     made.kind = common_kind(made.kind, otherwise->kind, otherwise->at);
     made.size += otherwise->size;
   }
-  const value_kind kind = made.kind;
+  const value_kind kind = stored_kind(made.kind);
   made.value = otherwise ? std::move(otherwise->value) : ovhost::null();
   for (auto each = branches.rbegin(); each != branches.rend(); ++each) {
     made.value = ovhost::when_as(kind, std::move(each->first), std::move(each->second.value), std::move(made.value));
@@ -440,11 +455,10 @@ expression read_of(const assignment& of) {
   return std::visit([](const auto& held) { return expression(held); }, of.column);
 }
 
-// A column of unknown type is one of texts for the plan; what it holds is NULL, or a parameter as it comes.
+// A column of unknown type is one of texts for the plan; it holds NULL, or a parameter as it comes.
 assignment binder::define(std::string_view name, expression value, value_kind kind, column_owner owner) {
   const identifier id = names_.make(name, owner);
-  const value_kind stored = kind == value_kind::null ? value_kind::text : kind;
-  return ovhost::with_type_of(stored, [&]<class T>() {
+  return ovhost::with_type_of(stored_kind(kind), [&]<class T>() {
     return assignment{std::move(value), physical_queryplan::column_ref(physical_queryplan::computed<T>{id})};
   });
 }

@@ -78,29 +78,32 @@ bound binder::bind_coalesce(const syntax::call& written, syntax::place at, const
   made.value = std::move(operands.back().value);
   for (std::size_t next = operands.size() - 1; next-- > 0;) {
     const expression& operand = operands[next].value;
-    made.value = ovhost::when_as(made.kind, ovhost::is_not_null(operand), operand, std::move(made.value));
+    const value_kind kind = stored_kind(made.kind);
+    made.value = ovhost::when_as(kind, ovhost::is_not_null(operand), operand, std::move(made.value));
   }
   return made;
 }
 
 bound binder::bind_nullif(const syntax::call& written, syntax::place at, const expression_site& site) {
   require_arguments(written, 2, 2, at);
-  const bound left = share(bind(*written.arguments[0], site), site);
-  bound equality = compare(syntax::binary_operator::equal, left, bind(*written.arguments[1], site), at);
+  bound left = share(bind(*written.arguments[0], site), site);
+  bound right = bind(*written.arguments[1], site);
+  if (left.kind == value_kind::null) left.kind = right.kind;
+  bound equality = compare(syntax::binary_operator::equal, left, std::move(right), at);
   bound made{expression(), left.kind, at, left.target};
   made.size = equality.size + left.size + 2;
-  made.value = ovhost::when_as(left.kind, std::move(equality.value), ovhost::null(), left.value);
+  made.value = ovhost::when_as(stored_kind(left.kind), std::move(equality.value), ovhost::null(), left.value);
   return made;
 }
 
 bound binder::bind_abs(const syntax::call& written, syntax::place at, const expression_site& site) {
   require_arguments(written, 1, 1, at);
   bound operand = share(as_number(bind(*written.arguments[0], site), "abs"), site);
-  if (operand.kind == value_kind::uint64 || operand.kind == value_kind::null) return operand;
+  if (operand.kind == value_kind::uint64) return operand;
   bound made{expression(), operand.kind, at};
   made.size = 3 * operand.size + 4;
-  made.value =
-      ovhost::when_as(operand.kind, ovhost::lt(operand.value, lit(0)), ovhost::neg(operand.value), operand.value);
+  const value_kind kind = operand.kind == value_kind::null ? value_kind::float64 : operand.kind;
+  made.value = ovhost::when_as(kind, ovhost::lt(operand.value, lit(0)), ovhost::neg(operand.value), operand.value);
   return made;
 }
 
@@ -115,9 +118,10 @@ bound binder::bind_extreme(const syntax::call& written, syntax::place at, const 
     bound is_better = compare(op, best, next, each->at);
     bound made{expression(), common_kind(best, next, each->at), at};
     made.size = 2 * (best.size + next.size) + is_better.size + 4;
-    made.value = ovhost::when_as(made.kind, std::move(is_better.value), best.value, next.value);
-    made.value = ovhost::when_as(made.kind, ovhost::is_null(next.value), best.value, std::move(made.value));
-    made.value = ovhost::when_as(made.kind, ovhost::is_null(best.value), next.value, std::move(made.value));
+    const value_kind kind = stored_kind(made.kind);
+    made.value = ovhost::when_as(kind, std::move(is_better.value), best.value, next.value);
+    made.value = ovhost::when_as(kind, ovhost::is_null(next.value), best.value, std::move(made.value));
+    made.value = ovhost::when_as(kind, ovhost::is_null(best.value), next.value, std::move(made.value));
     best = std::move(made);
   }
   return best;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <charconv>
 #include <string>
 
@@ -70,7 +71,7 @@ query binder::bind_select(const syntax::select& written, const syntax::query& wh
   std::vector<const syntax::expression*> trees;
   made.outputs = bind_items(written, results, trees);
   if (written.having != nullptr) bind_conditions(*written.having, results);
-  settle_outputs(made, written.distinct);
+  settle_outputs(made, written.distinct, scope);
   bind_order(whole, trees, made, &results);
   if (body.grouped) regroup(groups);
   made.is_one_row = body.grouped && written.group_by.empty() && written.having == nullptr;
@@ -80,26 +81,29 @@ query binder::bind_select(const syntax::select& written, const syntax::query& wh
 
 // What is no column of this SELECT's rows becomes one. Columns of enclosing queries do, too: they must be NULL where
 // this query has no row.
-void binder::settle_outputs(query& of, bool distinct) {
+void binder::settle_outputs(query& of, bool distinct, const select_scope& scope) {
   auto& body = std::get<select_body>(of.body);
   if (distinct) of.distinct.emplace();
   for (output& each : of.outputs) {
     if (distinct) {
       of.distinct->push_back(define(each.name, std::move(each.column), each.kind, {body.block, 0}));
       each.column = read_of(of.distinct->back());
-    } else if (each.kind == value_kind::null || !is_own_column(each.column, body.block)) {
+    } else if (each.kind == value_kind::null || !is_own_column(each.column, scope)) {
       body.extend.push_back(define(each.name, std::move(each.column), each.kind, {body.block, 0}));
       each.column = read_of(body.extend.back());
     }
   }
 }
 
-bool binder::is_own_column(const expression& of, std::uint32_t block) const {
+bool binder::is_own_column(const expression& of, const select_scope& scope) const {
   if (physical_queryplan::find_operation(of) != nullptr) return false;
   if (std::holds_alternative<physical_queryplan::literal>(of)) return false;
   bool own = true;
-  for_each_column(
-      of, [&](std::uint32_t number) { own = own && (names_.is_free(number) || names_.item_of(number, block)); });
+  for_each_column(of, [&](std::uint32_t number) {
+    // The keys of an enclosing SELECT are nobody's, too.
+    const bool is_outer = std::find(scope.reads.begin(), scope.reads.end(), number) != scope.reads.end();
+    own = own && !is_outer && (names_.is_free(number) || names_.item_of(number, scope.block));
+  });
   return own;
 }
 

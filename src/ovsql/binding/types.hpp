@@ -20,6 +20,10 @@ family family_of(value_kind kind);
 inline bool is_integer(value_kind kind) { return kind == value_kind::int64 || kind == value_kind::uint64; }
 inline bool is_floating(value_kind kind) { return kind == value_kind::float64 || kind == value_kind::float32; }
 
+// What holds values of a kind; those of an unknown one are NULL or texts: the executor makes anything else of them
+// NULL.
+inline value_kind stored_kind(value_kind kind) { return kind == value_kind::null ? value_kind::text : kind; }
+
 // The type of a column or a CAST, by its words in lower case ("double precision"); nothing for words that name none.
 std::optional<value_kind> kind_named(std::string_view words);
 
