@@ -42,7 +42,8 @@ void binder::bind_limits(const syntax::query& written, query& into) {
     if (of == nullptr || std::holds_alternative<syntax::null_literal>(of->is)) return std::nullopt;
     bound count = as_number(bind_constant(*of, clause), clause);
     const auto* const written_parameter = std::get_if<syntax::parameter>(&of->is);
-    if (written_parameter != nullptr && names_.is_null_parameter(names_.parameter(*written_parameter, numbered_parameters_))) {
+    if (written_parameter != nullptr &&
+        names_.is_null_parameter(names_.parameter(*written_parameter, numbered_parameters_))) {
       return std::nullopt;
     }
     if (count.digits.starts_with('-')) {

@@ -62,6 +62,7 @@ plan limited_to_one(plan rows) { return ovhost::limit(ovhost::lit(std::uint64_t{
 
 arrangement::arrangement(const planner& by, item_list list, std::uint32_t block, const item_set& known)
     : by_(by), block_(block), items_(std::move(list.items)), is_placed_(items_.size()), known_(known) {
+  // What is placed here is known once it is placed: one of them may read another.
   for (const item& each : items_) known_ &= ~each.covers;
   conditions_.reserve(list.conditions.size());
   for (expression& each : list.conditions) {
@@ -77,7 +78,8 @@ plan arrangement::make(std::optional<plan> base, std::vector<order_key>& order) 
     const bool is_one_row = each.kind == item_kind::subquery && each.query->is_one_row;
     return is_source(each.kind) && each.kind != item_kind::table && !is_one_row;
   };
-  const auto tables = std::count_if(items_.begin(), items_.end(), [](const item& each) { return each.kind == item_kind::table; });
+  const auto tables =
+      std::count_if(items_.begin(), items_.end(), [](const item& each) { return each.kind == item_kind::table; });
   const bool is_single = !base && tables == 1 && std::none_of(items_.begin(), items_.end(), is_other);
   for (std::size_t count = 0; count < items_.size(); ++count) {
     const std::size_t next = choose(base.has_value());
@@ -86,7 +88,8 @@ plan arrangement::make(std::optional<plan> base, std::vector<order_key>& order) 
   }
   if (!base) base = one_row();
   plan made = test(*std::move(base), {}, take_conditions({}));
-  const bool is_done = std::all_of(conditions_.begin(), conditions_.end(), [](const condition& each) { return each.is_used; });
+  const bool is_done =
+      std::all_of(conditions_.begin(), conditions_.end(), [](const condition& each) { return each.is_used; });
   if (!is_done) throw std::logic_error("a condition reads what nothing makes");
   return made;
 }

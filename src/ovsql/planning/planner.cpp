@@ -45,10 +45,7 @@ plan planner::make_body(select_body of, std::vector<order_key>& order, bool is_p
   if (of.regrouped) made = ovhost::group(std::move(of.outer_aggregates), std::move(of.outer_group_by), std::move(made));
   if (!of.outer_extend.empty()) made = ovhost::extend(std::move(of.outer_extend), std::move(made));
   if (!of.after.items.empty() || !of.after.conditions.empty()) {
-    // What is placed here is known once it is placed: one of them may read another.
-    item_set below = item_set().set();
-    for (const item& each : of.after.items) below &= ~each.covers;
-    arrangement after(*this, std::move(of.after), of.block, below);
+    arrangement after(*this, std::move(of.after), of.block, item_set().set());
     made = after.make(std::move(made), none);
   }
   if (!of.extend.empty()) made = ovhost::extend(std::move(of.extend), std::move(made));

@@ -4,6 +4,7 @@
 #include <limits>
 #include <optional>
 
+#include "ov_sql_executor/values/int128.hpp"
 #include "ovhost/values/text.hpp"
 #include "ovhost/values/value_words.hpp"
 #include "ovsql/binding/types.hpp"
@@ -15,6 +16,7 @@ namespace {
 using operator_library::Binary;
 using operator_library::Decimal;
 using operator_library::NullValue;
+using ov::sql_executor::int128;
 using ov::sql_executor::value;
 
 constexpr std::int64_t million = 1'000'000;
@@ -22,20 +24,20 @@ constexpr std::int64_t most_millionths = 4'398'046'511'103'999'999;
 
 // A number as a whole one, if it is whole; -2^63 to 2^64 - 1.
 struct whole_reader {
-  std::optional<__int128> operator()(bool of) const { return of ? 1 : 0; }
-  std::optional<__int128> operator()(std::int64_t of) const { return of; }
-  std::optional<__int128> operator()(std::uint64_t of) const { return of; }
-  std::optional<__int128> operator()(Decimal of) const {
+  std::optional<int128> operator()(bool of) const { return of ? 1 : 0; }
+  std::optional<int128> operator()(std::int64_t of) const { return of; }
+  std::optional<int128> operator()(std::uint64_t of) const { return of; }
+  std::optional<int128> operator()(Decimal of) const {
     if (of.raw % million != 0) return std::nullopt;
     return of.raw / million;
   }
-  std::optional<__int128> operator()(double of) const {
+  std::optional<int128> operator()(double of) const {
     if (!(of >= -0x1p63 && of < 0x1p64) || of != std::trunc(of)) return std::nullopt;
-    return static_cast<__int128>(of);
+    return static_cast<int128>(of);
   }
-  std::optional<__int128> operator()(float of) const { return (*this)(static_cast<double>(of)); }
+  std::optional<int128> operator()(float of) const { return (*this)(static_cast<double>(of)); }
   template <class Other>
-  std::optional<__int128> operator()(const Other&) const {
+  std::optional<int128> operator()(const Other&) const {
     return std::nullopt;
   }
 };

@@ -302,9 +302,9 @@ void define(database_state& db, const syntax::create_view& of, const source_text
   compiled checked;
   compile_view(db, of, from, checked);
   if (of.columns.size() > checked.columns.size()) {
-    refuse(
-        "the view's columns are " + std::to_string(checked.columns.size()) + ", not " + std::to_string(of.columns.size()),
-        of.columns.front().at);
+    refuse("the view's columns are " + std::to_string(checked.columns.size()) + ", not " +
+               std::to_string(of.columns.size()),
+           of.columns.front().at);
   }
   auto kept = std::make_shared<view>();
   kept->text = from.text;

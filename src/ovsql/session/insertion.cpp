@@ -50,9 +50,8 @@ bool read_literals(const database_state& db, const syntax::values& of, std::size
       if (each.handle != raised.index()) continue;
       std::string columns;
       for (const auto& column : each.columns) columns += (columns.empty() ? "" : ", ") + column.property.name;
-      throw error(error_kind::constraint,
-                  "table " + quoted(owner->name()) + " has a row with the same " + columns +
-                      " already (object number " + std::to_string(raised.holder()) + ")");
+      throw error(error_kind::constraint, "table " + quoted(owner->name()) + " has a row with the same " + columns +
+                                              " already (object number " + std::to_string(raised.holder()) + ")");
     }
   }
   throw error(error_kind::constraint, raised.what());
@@ -100,8 +99,8 @@ void compile_insert(database_state& db, const syntax::insert& of, const source_t
   compile_query(db, *of.rows, from, into);
   if (into.columns.size() != into.targets.size()) {
     throw error(error_kind::type,
-                "a row has " + std::to_string(into.columns.size()) + " of the " +
-                    std::to_string(into.targets.size()) + " values that it needs",
+                "a row has " + std::to_string(into.columns.size()) + " of the " + std::to_string(into.targets.size()) +
+                    " values that it needs",
                 of.rows->at.begin);
   }
   into.columns.clear();
