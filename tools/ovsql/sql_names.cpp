@@ -22,30 +22,6 @@ std::string sql_name(std::string_view name) {
   return quoted + "\"";
 }
 
-std::string sql_type(ovsql::value_kind kind) {
-  switch (kind) {
-    using enum ovsql::value_kind;
-    case boolean:
-      return "BOOL";
-    case text:
-      return "TEXT";
-    case uint64:
-      return "UNSIGNED BIGINT";
-    case int64:
-      return "INTEGER";
-    case decimal:
-      return "DECIMAL";
-    case float64:
-      return "DOUBLE";
-    case float32:
-      return "FLOAT4";
-    case binary:
-      return "BLOB";
-    default:
-      return "";
-  }
-}
-
 bool is_same_name(std::string_view left, std::string_view right) {
   const auto lower = [](char each) { return each >= 'A' && each <= 'Z' ? static_cast<char>(each + 32) : each; };
   return std::equal(left.begin(), left.end(), right.begin(), right.end(),

@@ -4,15 +4,11 @@
 #include <string>
 #include <string_view>
 
-#include "ovsql/session/statement.hpp"
 
 namespace shell {
 
 // A name as a statement has it, in quotes where it needs them.
 std::string sql_name(std::string_view name);
-
-// The name of a type in SQL.
-std::string sql_type(ovsql::value_kind kind);
 
 // Compares names as SQL does, without regard to the case of ASCII letters.
 bool is_same_name(std::string_view left, std::string_view right);

@@ -15,7 +15,7 @@ namespace ovhost {
 OVHOST_API std::string cell_words(const ov::sql_executor::value& of, std::string_view table_of_reference);
 
 // Writes a value as a literal: 'text' with quotes doubled, everything else as in a table.
-std::string literal_words(const ov::sql_executor::value& of, std::string_view table_of_reference);
+OVHOST_API std::string literal_words(const ov::sql_executor::value& of, std::string_view table_of_reference);
 
 }  // namespace ovhost
 

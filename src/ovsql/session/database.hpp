@@ -71,6 +71,10 @@ class OVSQL_API database {
   std::vector<std::string> tables() const;
   std::vector<std::string> views() const;
 
+  // The statements that make a table and its indexes, or a view, as if it were to be made again. Throws error of kind
+  // name.
+  std::vector<std::string> schema(std::string_view name) const;
+
  private:
   std::unique_ptr<database_state> state_;
 };

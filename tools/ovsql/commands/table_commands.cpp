@@ -22,26 +22,12 @@ std::vector<std::string> tables_and_views(session& on) {
   return names;
 }
 
-std::string type_of(const ovsql::result_column& column) {
-  return column.type == ovsql::value_kind::reference ? "REFERENCES " + sql_name(column.table) : sql_type(column.type);
-}
-
-void show_columns(session& on, const std::string& kind, const std::string& name) {
-  const ovsql::statement all = on.database().prepare("SELECT * FROM " + sql_name(name));
-  std::string columns;
-  for (std::size_t at = 0; at < all.column_count(); ++at) {
-    columns += (at == 0 ? "\n  " : ",\n  ") + sql_name(all.column(at).name) + " " + type_of(all.column(at));
-  }
-  on.out() << kind << " " << sql_name(name) << " (" << columns << "\n);\n";
-}
-
 // Returns how many there were.
-std::size_t show_all(session& on, const std::string& kind, const std::vector<std::string>& names,
-                     const std::vector<std::string>& wanted) {
+std::size_t show_all(session& on, const std::vector<std::string>& names, const std::vector<std::string>& wanted) {
   std::size_t shown = 0;
   for (const std::string& each : names) {
     if (!wanted.empty() && !is_same_name(each, wanted.front())) continue;
-    show_columns(on, kind, each);
+    for (const std::string& statement : on.database().schema(each)) on.out() << statement << '\n';
     ++shown;
   }
   return shown;
@@ -56,8 +42,8 @@ void show_tables(session& on, const std::vector<std::string>& arguments) {
 }
 
 void show_schema(session& on, const std::vector<std::string>& arguments) {
-  const std::size_t tables = show_all(on, "CREATE TABLE", on.database().tables(), arguments);
-  const std::size_t views = show_all(on, "VIEW", on.database().views(), arguments);
+  const std::size_t tables = show_all(on, on.database().tables(), arguments);
+  const std::size_t views = show_all(on, on.database().views(), arguments);
   if (!arguments.empty() && tables + views == 0) throw std::runtime_error("there is no table " + arguments.front());
 }
 
