@@ -10,6 +10,7 @@ packages=(
   libabsl-dev           # core_bench: a B-tree to compare the indexes with
   libicu-dev            # the embedded core: case folding; the host: UTF-8
   libcsv-dev            # the host: CSV files
+  python3               # scripts and tests in Python
   libmd-dev             # ovsql_slt: MD5
   libedit-dev           # ovsql: line editing
   libgtest-dev libgmock-dev libbenchmark-dev libsqlite3-dev
