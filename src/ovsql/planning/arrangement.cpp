@@ -386,7 +386,7 @@ plan arrangement::read_table(item next, std::vector<condition*> conditions, std:
     if (auto listed = read_listed(next, conditions)) return test(*std::move(listed), next.covers, conditions);
   }
   bool ascending = true;
-  if (!order.empty()) serve_order(next, path, bounds, order, ascending);
+  if (!order.empty()) serve_order(next, path, order, ascending);
   std::vector<bool> is_exact(conditions.size());
   for (const auto& column : path.bounds) {
     for (const column_bound& each : column) is_exact[each.condition] = true;
@@ -399,8 +399,8 @@ plan arrangement::read_table(item next, std::vector<condition*> conditions, std:
   return test(std::move(rows), next.covers, left);
 }
 
-void arrangement::serve_order(const item& next, access_path& path, const std::vector<column_bound>& bounds,
-                              std::vector<order_key>& order, bool& ascending) const {
+void arrangement::serve_order(const item& next, access_path& path, std::vector<order_key>& order,
+                              bool& ascending) const {
   if (!path.bounds.empty()) {
     std::size_t pinned = 0;
     for (const auto& column : path.bounds) {

@@ -40,8 +40,7 @@ class arrangement {
   plan read_table(item next, std::vector<condition*> conditions, std::vector<order_key>& order);
   void hand_down(query& to, std::vector<condition*>& conditions) const;
   std::optional<plan> read_listed(const item& next, std::vector<condition*>& conditions) const;
-  void serve_order(const item& next, access_path& path, const std::vector<column_bound>& bounds,
-                   std::vector<order_key>& order, bool& ascending) const;
+  void serve_order(const item& next, access_path& path, std::vector<order_key>& order, bool& ascending) const;
   plan read_left_join(item next, std::vector<condition*>& conditions);
   plan test(plan rows, const item_set& own, const std::vector<condition*>& conditions) const;
   bool is_hashed(const condition& of, const item_set& own) const;

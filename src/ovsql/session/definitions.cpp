@@ -120,8 +120,8 @@ void add_rules(database_state& db, const syntax::create_table& of, const std::ve
     if (each.default_value != nullptr) {
       naming names;
       const syntax::place at = each.default_value->at;
-      const bound value = binder(db.catalog, {}, false, 0, names).bind_constant(*each.default_value, "DEFAULT");
-      const auto* const literal = std::get_if<physical_queryplan::literal>(&value.value);
+      const bound given = binder(db.catalog, {}, false, 0, names).bind_constant(*each.default_value, "DEFAULT");
+      const auto* const literal = std::get_if<physical_queryplan::literal>(&given.value);
       if (literal == nullptr || !names.parameters().empty()) {
         throw error(error_kind::unsupported, "a default value is written out", at.begin);
       }
