@@ -17,7 +17,7 @@ csv_survey survey(const std::string& text, const csv_survey_options& options = {
 }
 
 // The kind of a column of the fields of a text, between spaces.
-std::string kind_of(const std::string& fields) {
+std::string kind_of_fields(const std::string& fields) {
   std::string file = "heading,\n";
   std::istringstream words(fields);
   for (std::string field; words >> field;) file += field + ",\n";
@@ -53,7 +53,7 @@ TEST(CsvSurvey, FindsTheNarrowestKindThatKeepsEveryDigit) {
                                                        {"12:30", "text"},
                                                        {"", "text"}};
   for (const auto& [fields, kind] : cases) {
-    EXPECT_EQ(kind_of(fields), kind) << fields;
+    EXPECT_EQ(kind_of_fields(fields), kind) << fields;
   }
 }
 

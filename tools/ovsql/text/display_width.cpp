@@ -35,12 +35,12 @@ std::size_t take_character(std::string_view utf8, std::size_t& at) {
   return width_of(character);
 }
 
-bool is_plain(char byte) { return byte >= ' ' && byte <= '~'; }
+bool is_printable_ascii(char byte) { return byte >= ' ' && byte <= '~'; }
 
 }  // namespace
 
 std::size_t display_width(std::string_view utf8) {
-  if (std::all_of(utf8.begin(), utf8.end(), is_plain)) return utf8.size();
+  if (std::all_of(utf8.begin(), utf8.end(), is_printable_ascii)) return utf8.size();
   std::size_t width = 0;
   for (std::size_t at = 0; at < utf8.size();) width += take_character(utf8, at);
   return width;
