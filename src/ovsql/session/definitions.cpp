@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cctype>
+#include <set>
 
 #include "ovsql/binding/binder.hpp"
 #include "ovsql/session/run_errors.hpp"
@@ -160,10 +161,10 @@ void define(database_state& db, const syntax::create_table& of) {
   if (!is_free(db, of.table, of.if_not_exists)) return;
   ovhost::table_definition made{std::string(of.table.text), {}};
   if (!of.inherits.text.empty()) made.base = find_table(db, of.inherits).name();
+  std::set<std::string_view, name_order> taken;
   for (const syntax::column_definition& each : of.columns) {
-    for (const ovhost::member_definition& other : made.members) {
-      if (same_name(other.name, each.column.text))
-        refuse("two columns are called " + quoted(other.name), each.column.at);
+    if (!taken.insert(each.column.text).second) {
+      refuse("two columns are called " + quoted(each.column.text), each.column.at);
     }
     made.members.push_back({std::string(each.column.text), type_of(db, of, each)});
   }
