@@ -1,8 +1,10 @@
 #include "ovsql/binding/bound.hpp"
 
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <iterator>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -26,10 +28,16 @@ std::optional<T> whole_number(std::string_view digits) {
   return read;
 }
 
+// A number that is too large is infinite, one that is too small is 0.
 double floating(std::string_view digits) {
   double read = 0;
-  std::from_chars(digits.data(), digits.data() + digits.size(), read);
-  return read;
+  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), read);
+  if (result.ec != std::errc::result_out_of_range) return read;
+  const std::size_t exponent = digits.find_first_of("eE");
+  const bool is_large = exponent != std::string_view::npos
+                            ? digits[exponent + 1] != '-'
+                            : digits.substr(0, digits.find('.')).find_first_of("123456789") != std::string_view::npos;
+  return is_large ? std::numeric_limits<double>::infinity() : 0;
 }
 
 // Trailing zeros of a fraction say nothing.
@@ -88,7 +96,9 @@ bound number(std::string_view digits, syntax::place at) {
       return made;
     }
   }
-  made.value = ovhost::lit(floating(digits));
+  const double read = floating(digits);
+  if (std::isinf(read)) throw error(error_kind::value, "this number is out of range", at.begin);
+  made.value = ovhost::lit(read);
   return made;
 }
 
