@@ -7,6 +7,7 @@
 #include "ovhost/plans/expressions.hpp"
 #include "ovsql/binding/binder.hpp"
 #include "ovsql/binding/bound.hpp"
+#include "ovsql/binding/stack_room.hpp"
 #include "ovsql/errors/error.hpp"
 #include "ovsql/planning/value_list.hpp"
 
@@ -70,6 +71,7 @@ arrangement::arrangement(const planner& by, item_list list, std::uint32_t block,
 }
 
 plan arrangement::make(std::optional<plan> base, std::vector<order_key>& order) {
+  require_room();
   std::vector<order_key> none;
   const bool is_single = items_.size() == 1 && !base;
   for (std::size_t count = 0; count < items_.size(); ++count) {
