@@ -182,7 +182,12 @@ query binder::bind_view(const view& of, syntax::place at) {
   try {
     made = bind_query(*of.definition->of, nullptr);
   } catch (const error& inside) {
-    throw error(inside.kind(), "in the view " + quoted(of.definition->view.text) + ": " + inside.what(), at.begin);
+    // Of views in each other only the innermost is told.
+    const std::string_view message = inside.what();
+    const bool is_told = message.starts_with("in the view ");
+    throw error(inside.kind(),
+                (is_told ? "" : "in the view " + quoted(of.definition->view.text) + ": ") + std::string(message),
+                at.begin);
   }
   common_ = before;
   text_ = text;

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "ovsql/binding/binder.hpp"
+#include "ovsql/session/cells.hpp"
 #include "ovsql/session/run_errors.hpp"
 #include "ovsql/session/statement_state.hpp"
 #include "ovsql/syntax/parser.hpp"
@@ -98,6 +99,16 @@ void check_key_types(const ovhost::table_definition& made, const std::vector<key
   }
 }
 
+void check_default(const database_state& db, const table& of, const syntax::column_definition& column,
+                   const column_rule& rule) {
+  if (!rule.default_value) return;
+  try {
+    row_of_cells(db.catalog, of).set(*of.find_column(column.column.text), *rule.default_value);
+  } catch (const error& raised) {
+    throw error(raised.kind(), raised.what(), column.default_value->at.begin);
+  }
+}
+
 void add_rules(database_state& db, const syntax::create_table& of, const std::vector<key_definition>& keys) {
   const table& made = *db.catalog.find_table(of.table.text);
   for (const syntax::column_definition& each : of.columns) {
@@ -114,6 +125,7 @@ void add_rules(database_state& db, const syntax::create_table& of, const std::ve
             if constexpr (std::is_constructible_v<ov::sql_executor::value, T>) rule.default_value = held;
           },
           *literal);
+      check_default(db, made, each, rule);
     }
     db.catalog.set_rule(made, *made.find_column(each.column.text), std::move(rule));
   }
@@ -206,7 +218,7 @@ std::uint64_t define_as(database_state& db, const syntax::create_table& of, cons
   db.schema->define_table(made);
   define_keys(db, made.name, {});
   db.read_catalog();
-  const std::uint64_t count = insert(db, rows, {});
+  const std::uint64_t count = with_errors(rows.names.divisions, [&] { return insert(db, rows, {}); });
   made_here.keep();
   return count;
 }
@@ -254,6 +266,9 @@ void define(database_state& db, const syntax::create_view& of, const source_text
         "the view has " + std::to_string(checked.columns.size()) + " columns, not " + std::to_string(of.columns.size()),
         of.columns.front().at);
   }
+  if (!checked.names.parameters().empty()) {
+    throw error(error_kind::unsupported, "CREATE VIEW takes no parameters", of.view.at.begin);
+  }
   auto kept = std::make_shared<view>();
   kept->text = from.text;
   std::size_t next = 0;
@@ -264,17 +279,11 @@ void define(database_state& db, const syntax::create_view& of, const source_text
 
 void drop(database_state& db, const syntax::drop& of) {
   for (const syntax::name& each : of.names) {
-    const bool is_view = db.catalog.find_view(each.text) != nullptr;
     const bool is_table = db.catalog.find_table(each.text) != nullptr;
     if (of.what == syntax::dropped::view) {
-      if (is_view) {
-        db.catalog.drop_view(each.text);
-        ++db.version;
-      } else if (!of.if_exists) {
-        refuse(is_table ? quoted(each.text) + " is a table, not a view" : "there is no view " + quoted(each.text),
-               each.at);
-      }
-      continue;
+      if (of.if_exists || db.catalog.find_view(each.text) != nullptr) continue;
+      refuse(is_table ? quoted(each.text) + " is a table, not a view" : "there is no view " + quoted(each.text),
+             each.at);
     }
     bool exists = of.what == syntax::dropped::table && is_table;
     if (of.what == syntax::dropped::index) {
@@ -286,6 +295,11 @@ void drop(database_state& db, const syntax::drop& of) {
     if (exists) throw error(error_kind::unsupported, "the core cannot drop a " + what, each.at.begin);
     if (!of.if_exists) refuse("there is no " + what + " " + quoted(each.text), each.at);
   }
+  if (of.what != syntax::dropped::view) return;
+  for (const syntax::name& each : of.names) {
+    if (db.catalog.find_view(each.text) != nullptr) db.catalog.drop_view(each.text);
+  }
+  ++db.version;
 }
 
 }  // namespace ovsql
