@@ -187,7 +187,8 @@ class binder {
   std::uint32_t numbered_parameters_;
   naming& names_;
   const common_tables* common_ = nullptr;
-  std::size_t views_ = 0;  // how deep views are nested
+  std::size_t views_ = 0;    // how deep views are nested
+  std::size_t queries_ = 0;  // how many were bound
 };
 
 // The value that a column computed by an assignment has above it.

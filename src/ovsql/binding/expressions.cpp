@@ -178,7 +178,7 @@ struct expression_visitor {
 };
 
 bound binder::bind(const syntax::expression& written, const expression_site& at) {
-  require_room(written.at);
+  require_room(written.at.begin);
   if (at.scope->groups != nullptr) {
     if (auto key = as_group_key(written, at)) return *std::move(key);
   }

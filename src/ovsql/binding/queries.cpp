@@ -13,7 +13,14 @@ using ovhost::lit;
 }  // namespace
 
 query binder::bind_query(const syntax::query& written, select_scope* outer) {
-  require_room(written.at);
+  require_room(written.at.begin);
+  // What a view, a common table or an IN holds is bound for each use, and uses multiply.
+  constexpr std::size_t most_queries = 20000;
+  if (++queries_ > most_queries) {
+    throw error(error_kind::limit,
+                "the statement has more than 20,000 queries, those of views and common tables included",
+                written.at.begin);
+  }
   const common_tables tables{written.with.data(), written.with.size(), common_, outer};
   const common_tables* const before = common_;
   if (!written.with.empty()) common_ = &tables;
@@ -180,7 +187,12 @@ query binder::bind_view(const view& of, syntax::place at) {
   try {
     made = bind_query(*of.definition->of, nullptr);
   } catch (const error& inside) {
-    throw error(inside.kind(), "in the view " + quoted(of.definition->view.text) + ": " + inside.what(), at.begin);
+    // Of views in each other only the innermost is told.
+    const std::string_view message = inside.what();
+    const bool is_told = message.starts_with("in the view ");
+    throw error(inside.kind(),
+                (is_told ? "" : "in the view " + quoted(of.definition->view.text) + ": ") + std::string(message),
+                at.begin);
   }
   common_ = before;
   text_ = text;

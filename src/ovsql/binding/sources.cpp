@@ -20,7 +20,7 @@ item_set covered_by(const item_list& list) {
 }  // namespace
 
 void binder::bind_source(const syntax::source& written, select_scope& scope, item_list& into) {
-  require_room(written.at);
+  require_room(written.at.begin);
   if (const auto* const join = std::get_if<syntax::joined_source>(&written.is)) {
     bind_join(*join, scope, into);
     return;

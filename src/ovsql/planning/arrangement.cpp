@@ -8,6 +8,7 @@
 #include "ovhost/plans/expressions.hpp"
 #include "ovsql/binding/binder.hpp"
 #include "ovsql/binding/bound.hpp"
+#include "ovsql/binding/stack_room.hpp"
 #include "ovsql/errors/error.hpp"
 #include "ovsql/planning/value_list.hpp"
 
@@ -72,6 +73,7 @@ arrangement::arrangement(const planner& by, item_list list, std::uint32_t block,
 }
 
 plan arrangement::make(std::optional<plan> base, std::vector<order_key>& order) {
+  require_room();
   std::vector<order_key> none;
   // Nested loops keep the order of the only table that they read.
   const auto is_other = [](const item& each) {

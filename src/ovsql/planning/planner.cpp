@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "ovsql/binding/binder.hpp"
+#include "ovsql/binding/stack_room.hpp"
 #include "ovsql/planning/arrangement.hpp"
 
 namespace ovsql {
@@ -78,6 +79,7 @@ plan planner::make_body(union_body of) const {
 }
 
 plan planner::make(query of) const {
+  require_room();
   plan made = std::visit(
       [&]<class Body>(Body& body) {
         if constexpr (std::is_same_v<Body, select_body>) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cctype>
+#include <set>
 
 #include "ovsql/binding/binder.hpp"
 #include "ovsql/session/cells.hpp"
@@ -113,6 +114,16 @@ void check_key_types(const ovhost::table_definition& made, const std::vector<key
   }
 }
 
+void check_default(const database_state& db, const table& of, const syntax::column_definition& column,
+                   const column_rule& rule) {
+  if (!rule.default_value) return;
+  try {
+    row_of_cells(db.catalog, of).set(*of.find_column(column.column.text), *rule.default_value);
+  } catch (const error& raised) {
+    throw error(raised.kind(), raised.what(), column.default_value->at.begin);
+  }
+}
+
 void add_rules(database_state& db, const syntax::create_table& of, const std::vector<key_definition>& keys) {
   const table& made = *db.catalog.find_table(of.table.text);
   for (const syntax::column_definition& each : of.columns) {
@@ -130,9 +141,9 @@ void add_rules(database_state& db, const syntax::create_table& of, const std::ve
             if constexpr (std::is_constructible_v<ov::sql_executor::value, T>) rule.default_value = held;
           },
           *literal);
+      check_default(db, made, each, rule);
     }
     const std::size_t column = *made.find_column(each.column.text);
-    if (rule.default_value) row_of_cells(db.catalog, made).set(column, *rule.default_value);
     db.catalog.set_rule(made, column, std::move(rule));
   }
   for (const key_definition& key : keys) {
@@ -179,14 +190,13 @@ void define(database_state& db, const syntax::create_table& of) {
   if (!is_free(db, of.table, of.if_not_exists)) return;
   ovhost::table_definition made{std::string(of.table.text), {}};
   if (!of.inherits.text.empty()) made.base = find_table(db, of.inherits).name();
+  std::set<std::string_view, name_order> taken;
   for (const syntax::column_definition& each : of.columns) {
     if (same_name(each.column.text, "object_number") || same_name(each.column.text, "object_type")) {
       refuse("every table has a column " + quoted(each.column.text) + " of its own", each.column.at);
     }
-    for (const ovhost::member_definition& other : made.members) {
-      if (same_name(other.name, each.column.text)) {
-        refuse("two columns are called " + quoted(other.name), each.column.at);
-      }
+    if (!taken.insert(each.column.text).second) {
+      refuse("two columns are called " + quoted(each.column.text), each.column.at);
     }
     made.members.push_back({std::string(each.column.text), type_of(db, of, each)});
   }
@@ -228,7 +238,7 @@ std::uint64_t define_as(database_state& db, const syntax::create_table& of, cons
   db.schema->define_table(made);
   define_keys(db, made.name, {});
   db.read_catalog();
-  const std::uint64_t count = insert(db, rows, {});
+  const std::uint64_t count = with_errors(rows.names.divisions, [&] { return insert(db, rows, {}); });
   made_here.keep();
   return count;
 }
@@ -316,17 +326,11 @@ void define(database_state& db, const syntax::create_view& of, const source_text
 
 void drop(database_state& db, const syntax::drop& of) {
   for (const syntax::name& each : of.names) {
-    const bool is_view = db.catalog.find_view(each.text) != nullptr;
     const bool is_table = db.catalog.find_table(each.text) != nullptr;
     if (of.what == syntax::dropped::view) {
-      if (is_view) {
-        db.catalog.drop_view(each.text);
-        ++db.version;
-      } else if (!of.if_exists) {
-        refuse(is_table ? quoted(each.text) + " is a table, not a view" : "there is no view " + quoted(each.text),
-               each.at);
-      }
-      continue;
+      if (of.if_exists || db.catalog.find_view(each.text) != nullptr) continue;
+      refuse(is_table ? quoted(each.text) + " is a table, not a view" : "there is no view " + quoted(each.text),
+             each.at);
     }
     bool exists = of.what == syntax::dropped::table && is_table;
     if (of.what == syntax::dropped::index) {
@@ -338,6 +342,11 @@ void drop(database_state& db, const syntax::drop& of) {
     if (exists) throw error(error_kind::unsupported, "the core drops no " + what, each.at.begin);
     if (!of.if_exists) refuse("there is no " + what + " " + quoted(each.text), each.at);
   }
+  if (of.what != syntax::dropped::view) return;
+  for (const syntax::name& each : of.names) {
+    if (db.catalog.find_view(each.text) != nullptr) db.catalog.drop_view(each.text);
+  }
+  ++db.version;
 }
 
 }  // namespace ovsql
