@@ -107,7 +107,11 @@ bound binder::bind_aggregate(const syntax::call& written, syntax::place at, cons
   }
   const bool matters = written.distinct && function != "min" && function != "max";
   if (matters && function == "count") return count_distinct(into, argument, at);
-  if (matters) return aggregate_distinct(into, written, std::move(argument), at);
+  if (matters) {
+    bound made = aggregate_distinct(into, written, std::move(argument), at);
+    if (is_untyped) made.kind = value_kind::null;
+    return made;
+  }
   if (function == "avg") argument = as_averaged(std::move(argument));
   std::vector<expression> arguments;
   const value_kind kind = result_of(function, argument.kind);
