@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds the demo and runs it: loads airports and flights, and prints for each named query its plan in words, its rows
-# and its time. Arguments are the demo's, for example --list or --query departures_from_vermont. Also draws one plan,
-# as SVG where Graphviz is installed.
+# Builds the shell and the demo, and runs queries over airports and flights. Without arguments: in SQL, with plans
+# beside them, from examples/airports.sql; then draws one plan, as SVG where Graphviz is installed. Arguments are those
+# of the demo whose plans are made by hand, for example --list or --query departures_from_vermont: it prints each plan
+# in words, its rows and its time.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -10,13 +11,16 @@ scripts/install_packages.sh
 build=build/release
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
-if ! { cmake --preset release && cmake --build --preset release --target airports; } >"$log" 2>&1; then
+if ! { cmake --preset release && cmake --build --preset release --target airports ovsql_shell; } >"$log" 2>&1; then
   cat "$log" >&2
   exit 1
 fi
 
-"$build/examples/airports" "$@"
-[ $# -eq 0 ] || exit 0
+if [ $# -gt 0 ]; then
+  "$build/examples/airports" "$@"
+  exit
+fi
+"$build/tools/ovsql" -f examples/airports.sql
 
 picture=departures_from_vermont
 "$build/examples/airports" --dot "$picture" >"$build/$picture.dot"

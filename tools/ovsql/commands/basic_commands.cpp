@@ -23,6 +23,11 @@ void show_help(session& on, const std::vector<std::string>& arguments) {
   }
 }
 
+void print_text(session& on, const std::vector<std::string>& arguments) {
+  for (const std::string& each : arguments) on.out() << (&each == &arguments.front() ? "" : " ") << each;
+  on.out() << '\n';
+}
+
 void quit(session& on, const std::vector<std::string>&) { on.quit(); }
 
 void read_script(session& on, const std::vector<std::string>& arguments) { on.run_file(arguments.front()); }

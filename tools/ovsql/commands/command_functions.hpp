@@ -11,7 +11,7 @@ class session;
 
 using command_function = void(session& on, const std::vector<std::string>& arguments);
 
-command_function show_help, quit, read_script, set_output;
+command_function show_help, print_text, quit, read_script, set_output;
 command_function set_mode, set_headers, set_timer, set_explain, set_limit, set_bail;
 command_function show_tables, show_schema, import_file;
 

@@ -23,9 +23,10 @@ constexpr dot_command commands[] = {
     {"limit", "N", "show at most N rows of a result; 0 for all", 1, 1, set_limit},
     {"mode", "[MODE]", "show results as box, table, csv, json, jsonl, markdown or line", 0, 1, set_mode},
     {"output", "[FILE]", "write results to a file, or to where they went at first", 0, 1, set_output},
+    {"print", "[TEXT]...", "show a text", 0, any_number, print_text},
     {"quit", "", "leave", 0, 0, quit},
     {"read", "FILE", "run the statements and commands of a file", 1, 1, read_script},
-    {"schema", "[TABLE]", "show the columns of tables and views, and their types", 0, 1, show_schema},
+    {"schema", "[TABLE]", "show the statements that make a table and its indexes, or a view", 0, 1, show_schema},
     {"tables", "[PART]", "show the names of tables and views, those that hold PART", 0, 1, show_tables},
     {"timer", "on|off", "show how long statements take", 1, 1, set_timer},
 };
