@@ -13,7 +13,7 @@ using namespace physical_queryplan;
 using ovhost::lit;
 
 template <class Aggregate>
-aggregate make(std::vector<expression> arguments, value_kind result, const identifier& id) {
+aggregate make(std::vector<expression>&& arguments, value_kind result, const identifier& id) {
   Aggregate made;
   made.arguments = std::move(arguments);
   made.column = ovhost::with_type_of(result, [&]<class T>() { return computed_column(computed<T>{id}); });
