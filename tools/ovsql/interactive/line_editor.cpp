@@ -49,16 +49,17 @@ line_editor::~line_editor() {
   el_end(editor_);
 }
 
-// While a line is edited, Ctrl-C is a key and no signal, and so are the others that the terminal knows.
+// The names of functions are wide: the library would keep copies of others and never free them. While a line is edited,
+// Ctrl-C is a key and no signal, and so are the others that the terminal knows.
 void line_editor::bind_keys() {
   el_set(editor_, EL_EDITOR, "emacs");
   el_set(editor_, EL_SIGNAL, 1);
   el_set(editor_, EL_SETTY, "-d", "-isig", nullptr);
-  el_set(editor_, EL_ADDFN, "cancel", "drop the line", &line_editor::cancel);
+  el_wset(editor_, EL_ADDFN, L"cancel", L"drop the line", &line_editor::cancel);
   el_set(editor_, EL_BIND, "^C", "cancel", nullptr);
-  el_set(editor_, EL_ADDFN, "complete", "complete a word", &line_editor::complete);
+  el_wset(editor_, EL_ADDFN, L"complete", L"complete a word", &line_editor::complete);
   el_set(editor_, EL_BIND, "^I", "complete", nullptr);
-  el_set(editor_, EL_ADDFN, "suspend", "stop the process", &line_editor::suspend);
+  el_wset(editor_, EL_ADDFN, L"suspend", L"stop the process", &line_editor::suspend);
   el_set(editor_, EL_BIND, "^Z", "suspend", nullptr);
   el_set(editor_, EL_BIND, "^R", "em-inc-search-prev", nullptr);
   el_source(editor_, nullptr);  // the user's own choices
