@@ -359,6 +359,7 @@ TEST_F(Session, says_where_a_statement_is_wrong) {
                           "SELECT c.~x FROM city c",
                           "SELECT ~d.x FROM city c",
                           "SELECT 1 FROM ~town",
+                          "WITH a AS (SELECT ~nosuch FROM city) SELECT 1",
                           "SELECT ~name FROM city a, city b",
                           "SELECT ~name + 1 FROM city",
                           "SELECT 1 FROM city WHERE ~name",

@@ -174,6 +174,7 @@ class binder {
   void add_subquery(query of, const syntax::source& written, std::string_view alias, select_scope& scope,
                     item_list& into);
   std::optional<query> bind_common_table(std::string_view name, syntax::place at);
+  query bind_common_table(const common_tables& among, std::size_t number, syntax::place at);
   query bind_view(const view& of, syntax::place at);
 
   std::uint32_t new_item(select_scope& scope, syntax::place at) const;
