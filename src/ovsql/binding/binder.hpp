@@ -112,6 +112,7 @@ class binder {
   [[noreturn]] void refuse_column(const syntax::column& written, syntax::place at, const select_scope& scope) const;
 
   // ---- Aggregates: aggregates.cpp
+  static void refuse_outer(const bound& argument, const select_scope& scope);
   bound bind_aggregate(const syntax::call& written, syntax::place at, const expression_site& site);
   bound add_count(grouping& into, std::vector<expression> of, syntax::place at);
   bound add_aggregate(grouping& into, aggregate of, value_kind kind, syntax::place at);
