@@ -189,6 +189,7 @@ class binder {
   naming& names_;
   const common_tables* common_ = nullptr;
   std::size_t views_ = 0;    // how deep views are nested
+  syntax::place view_at_{};  // where the statement names the outermost one
   std::size_t queries_ = 0;  // how many were bound
 };
 

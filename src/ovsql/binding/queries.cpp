@@ -184,6 +184,7 @@ query binder::bind_common_table(const common_tables& among, std::size_t number, 
 query binder::bind_view(const view& of, syntax::place at) {
   constexpr std::size_t deepest = 100;
   if (++views_ > deepest) throw error(error_kind::limit, "views are nested too deeply", at.begin);
+  if (views_ == 1) view_at_ = at;
   const common_tables* const before = std::exchange(common_, nullptr);
   const std::string_view text = std::exchange(text_, of.text);
   query made;
