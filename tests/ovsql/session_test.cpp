@@ -355,10 +355,12 @@ TEST_F(Session, copies_files_whole_or_not_at_all) {
 // ---- Places of errors
 
 TEST_F(Session, says_where_a_statement_is_wrong) {
+  db.execute("CREATE VIEW divided AS SELECT people / (people - 5) AS x FROM city");
   for (std::string sql : {"SELECT ~citty FROM city",
                           "SELECT c.~x FROM city c",
                           "SELECT ~d.x FROM city c",
                           "SELECT 1 FROM ~town",
+                          "WITH a AS (SELECT ~nosuch FROM city) SELECT 1",
                           "SELECT ~name FROM city a, city b",
                           "SELECT ~name + 1 FROM city",
                           "SELECT 1 FROM city WHERE ~name",
@@ -375,6 +377,7 @@ TEST_F(Session, says_where_a_statement_is_wrong) {
                           "SELECT people ~/ (people - 5) FROM city",
                           "SELECT CAST(1 AS ~XYZ)",
                           "SELECT ~1e400",
+                          "SELECT x FROM city, ~divided",
                           "SELECT 1 FROM city c JOIN road USING (~name)",
                           "INSERT INTO city (~nam) VALUES (1)",
                           "CREATE TABLE a (x INT DEFAULT ~'x')",

@@ -78,6 +78,19 @@ aggregate binder::extreme_of(bool greatest, expression argument) {
   return make_named(greatest ? "max" : "min", std::move(arguments), kind, names_.make(greatest ? "most" : "least", {}));
 }
 
+// An aggregate of nothing but columns of an enclosing query would be one of that query.
+void binder::refuse_outer(const bound& argument, const select_scope& scope) {
+  bool reads_outer = false;
+  bool reads_own = false;
+  for_each_column(argument.value, [&](std::uint32_t number) {
+    const bool is_outer = std::find(scope.reads.begin(), scope.reads.end(), number) != scope.reads.end();
+    (is_outer ? reads_outer : reads_own) = true;
+  });
+  if (!reads_outer || reads_own) return;
+  throw error(error_kind::unsupported, "an aggregate in a subquery has to read a column of the subquery's own rows",
+              argument.at.begin);
+}
+
 bound binder::bind_aggregate(const syntax::call& written, syntax::place at, const expression_site& site) {
   const std::string_view function = written.function.text;
   if (site.aggregates == nullptr) {
@@ -94,6 +107,7 @@ bound binder::bind_aggregate(const syntax::call& written, syntax::place at, cons
   std::optional<bound> filter;
   if (written.filter != nullptr) filter = as_truth(bind(*written.filter, inside), "FILTER");
   site.scope->groups = outside;
+  refuse_outer(argument, *site.scope);
 
   if (function == "sum" || function == "avg") argument = as_number(std::move(argument), function);
   const bool is_untyped = argument.kind == value_kind::null;

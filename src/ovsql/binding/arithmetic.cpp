@@ -82,7 +82,7 @@ bound binder::divide(bound left, bound right, bool remainder, syntax::place sign
   if (remainder && !is_integer(made.kind) && made.kind != value_kind::null) {
     throw error(error_kind::type, "% takes integers, and this is " + std::string(sql_name(made.kind)), sign.begin);
   }
-  names_.divisions.push_back(sign);
+  names_.divisions.push_back(views_ == 0 ? sign : view_at_);
   const bool never_zero = !right.digits.empty() && !is_zero(right);
   const bool checks = !never_zero && (null_on_division_by_zero_ || is_floating(made.kind));
   if (checks || remainder) right = share(std::move(right), at);

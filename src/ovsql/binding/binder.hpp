@@ -112,6 +112,7 @@ class binder {
   [[noreturn]] void refuse_column(const syntax::column& written, syntax::place at, const select_scope& scope) const;
 
   // ---- Aggregates: aggregates.cpp
+  static void refuse_outer(const bound& argument, const select_scope& scope);
   bound bind_aggregate(const syntax::call& written, syntax::place at, const expression_site& site);
   bound add_count(grouping& into, std::vector<expression> of, syntax::place at);
   bound add_aggregate(grouping& into, aggregate of, value_kind kind, syntax::place at);
@@ -175,6 +176,7 @@ class binder {
   void add_subquery(query of, const syntax::source& written, std::string_view alias, select_scope& scope,
                     item_list& into);
   std::optional<query> bind_common_table(std::string_view name, syntax::place at);
+  query bind_common_table(const common_tables& among, std::size_t number, syntax::place at);
   query bind_view(const view& of, syntax::place at);
 
   std::uint32_t new_item(select_scope& scope, syntax::place at) const;
@@ -188,6 +190,7 @@ class binder {
   naming& names_;
   const common_tables* common_ = nullptr;
   std::size_t views_ = 0;    // how deep views are nested
+  syntax::place view_at_{};  // where the statement names the outermost one
   std::size_t queries_ = 0;  // how many were bound
 };
 

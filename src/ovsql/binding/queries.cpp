@@ -21,10 +21,15 @@ query binder::bind_query(const syntax::query& written, select_scope* outer) {
                 "the statement has more than 20,000 queries, those of views and common tables included",
                 written.at.begin);
   }
-  const common_tables tables{written.with.data(), written.with.size(), common_, outer};
-  const common_tables* const before = common_;
-  if (!written.with.empty()) common_ = &tables;
+  if (written.with.empty()) return bind_body(written, outer);
+  std::vector<bool> is_used(written.with.size());
+  const common_tables tables{written.with.data(), written.with.size(), common_, outer, &is_used};
+  const common_tables* const before = std::exchange(common_, &tables);
   query made = bind_body(written, outer);
+  // What nobody reads has to make sense, too.
+  for (std::size_t next = is_used.size(); next-- > 0;) {
+    if (!is_used[next]) bind_common_table(tables, next, written.with[next].table.at);
+  }
   common_ = before;
   return made;
 }
@@ -164,23 +169,27 @@ void binder::tag_sides(bool except, union_body& body, query& into) {
 std::optional<query> binder::bind_common_table(std::string_view name, syntax::place at) {
   for (const common_tables* each = common_; each != nullptr; each = each->outer) {
     for (std::size_t next = each->count; next-- > 0;) {
-      const syntax::common_table& found = each->first[next];
-      if (!same_name(found.table.text, name)) continue;
-      // It sees the common tables before it, and what encloses its WITH.
-      const common_tables visible{each->first, next, each->outer, each->scope};
-      const common_tables* const before = std::exchange(common_, &visible);
-      query made = bind_query(*found.of, each->scope);
-      common_ = before;
-      rename(made, found.columns, at);
-      return made;
+      if (same_name(each->first[next].table.text, name)) return bind_common_table(*each, next, at);
     }
   }
   return std::nullopt;
 }
 
+// It sees the common tables before it, and what encloses its WITH.
+query binder::bind_common_table(const common_tables& among, std::size_t number, syntax::place at) {
+  (*among.is_used)[number] = true;
+  const common_tables visible{among.first, number, among.outer, among.scope, among.is_used};
+  const common_tables* const before = std::exchange(common_, &visible);
+  query made = bind_query(*among.first[number].of, among.scope);
+  common_ = before;
+  rename(made, among.first[number].columns, at);
+  return made;
+}
+
 query binder::bind_view(const view& of, syntax::place at) {
   constexpr std::size_t deepest = 100;
   if (++views_ > deepest) throw error(error_kind::limit, "views are nested too deeply", at.begin);
+  if (views_ == 1) view_at_ = at;
   const common_tables* const before = std::exchange(common_, nullptr);
   const std::string_view text = std::exchange(text_, of.text);
   query made;

@@ -44,6 +44,7 @@ struct common_tables {
   std::size_t count = 0;
   const common_tables* outer = nullptr;
   struct select_scope* scope = nullptr;  // the enclosing SELECT of the WITH
+  std::vector<bool>* is_used = nullptr;  // for each of them, whether something reads it
 };
 
 // The names that are visible in one SELECT.
