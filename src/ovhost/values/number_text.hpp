@@ -3,10 +3,12 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <type_traits>
 
 namespace ovhost {
 
@@ -22,7 +24,9 @@ std::optional<T> parse_number(std::string_view text) {
 // Writes the shortest text that reads back as the same number. Every NaN is "nan", whatever its sign.
 template <class T>
 std::string number_text(T number) {
-  if (number != number) return "nan";
+  if constexpr (std::is_floating_point_v<T>) {
+    if (std::isnan(number)) return "nan";
+  }
   std::array<char, 64> buffer{};
   return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), number).ptr};
 }

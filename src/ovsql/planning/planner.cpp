@@ -53,7 +53,7 @@ plan planner::make_body(select_body of, std::vector<order_key>& order, bool is_p
   return made;
 }
 
-plan planner::make_body(values_body of) const {
+plan planner::make_body(values_body&& of) const {
   std::vector<plan> rows;
   rows.reserve(of.rows.size());
   for (auto& [each, needs] : of.rows) {

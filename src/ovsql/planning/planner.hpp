@@ -36,7 +36,7 @@ class planner {
 
   plan make_body(select_body of, std::vector<order_key>& order, bool is_plain) const;
   std::optional<plan> find_extreme(const select_body& of) const;
-  plan make_body(values_body of) const;
+  plan make_body(values_body&& of) const;
   plan make_body(union_body of) const;
 
   naming& names_;

@@ -29,7 +29,7 @@ class memory {
   template <class T>
   T* make(T of) {
     static_assert(std::is_trivially_destructible_v<T>);
-    return new (bytes_.allocate(sizeof(T), alignof(T))) T(std::move(of));
+    return new (bytes_.allocate(bytes_of<T>, alignof(T))) T(std::move(of));
   }
 
   template <class T>
