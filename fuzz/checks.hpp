@@ -17,8 +17,8 @@ void check_equal_plans(std::span<const std::uint8_t> input);
 // Any bytes as a script of SQL: every statement is understood or is an error with a place, and the next one is found.
 void check_parse(std::span<const std::uint8_t> input);
 
-// Any bytes as a script of SQL over a few tables: every statement has rows, the same ones again, or an error that is the
-// statement's and not the engine's.
+// Any bytes as a script of SQL over a few tables: every statement has rows, the same ones again, or an error that is
+// the statement's and not the engine's.
 void check_sql(std::span<const std::uint8_t> input);
 
 }  // namespace fuzz

@@ -4,7 +4,6 @@
 #include <string>
 #include <string_view>
 
-
 namespace shell {
 
 // A name as a statement has it, in quotes where it needs them.

@@ -6,8 +6,9 @@
 
 int main() try {
   ovsql::database db;
-  db.execute("CREATE TABLE town (name TEXT PRIMARY KEY, people INT);"
-             "INSERT INTO town VALUES ('Ely', 20574), ('Wells', 12000)");
+  db.execute(
+      "CREATE TABLE town (name TEXT PRIMARY KEY, people INT);"
+      "INSERT INTO town VALUES ('Ely', 20574), ('Wells', 12000)");
   ovsql::statement biggest = db.prepare("SELECT name, people FROM town WHERE people > ? ORDER BY people DESC");
   biggest.bind(1, 15000);
   while (biggest.step()) std::cout << biggest.text(0) << ' ' << biggest.integer(1) << '\n';
