@@ -23,7 +23,7 @@ std::string mixed(const std::vector<std::string>& words, std::mt19937& random) {
   std::string made;
   std::size_t at = random() % words.size();
   for (std::size_t count = 5 + random() % 40; count > 0; --count) {
-    const unsigned change = random() % 40;
+    const auto change = random() % 40;
     if (change == 0) at = random() % words.size();
     made += (change == 1 ? words[random() % words.size()] : words[at]) + " ";
     if (change != 2) ++at;
