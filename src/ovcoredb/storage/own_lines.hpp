@@ -19,8 +19,9 @@ struct own_lines_allocator {
   own_lines_allocator(const own_lines_allocator<Other>& /*other*/) noexcept {}  // NOLINT: as allocators convert
 
   T* allocate(std::size_t count) {
-    if (count > (static_cast<std::size_t>(-1) - line_size) / sizeof(T)) throw std::bad_array_new_length();
-    const std::size_t size = (count * sizeof(T) + line_size - 1) / line_size * line_size;
+    constexpr std::size_t element = sizeof(T);  // NOLINT(bugprone-sizeof-expression): of pointers, too
+    if (count > (static_cast<std::size_t>(-1) - line_size) / element) throw std::bad_array_new_length();
+    const std::size_t size = (count * element + line_size - 1) / line_size * line_size;
     return static_cast<T*>(::operator new (size, std::align_val_t{line_size}));
   }
   void deallocate(T* memory, std::size_t /*count*/) noexcept {

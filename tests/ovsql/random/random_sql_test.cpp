@@ -125,10 +125,14 @@ rows run(ovsql::database& db, const random_sql::query& of) {
   }
 }
 
-// As SQLite writes it. It keeps what it takes for a NUMERIC that is whole as an integer, and would divide it as one.
+// A table as SQLite is to have it. It keeps what it takes for a NUMERIC that is whole as an integer, and would divide
+// it as one; where a key is unique, it forgets the OFFSET of a DISTINCT.
 std::string for_sqlite(std::string sql) {
-  const std::size_t type = sql.find("d DECIMAL");
-  return type == std::string::npos ? sql : sql.replace(type, 9, "d REAL");
+  for (const auto& [ours, theirs] : {std::pair("d DECIMAL", "d REAL"), std::pair("INT PRIMARY KEY", "INT")}) {
+    const std::size_t at = sql.find(ours);
+    if (at != std::string::npos) sql.replace(at, std::string_view(ours).size(), theirs);
+  }
+  return sql;
 }
 
 unsigned from_environment(const char* name, unsigned otherwise) {
