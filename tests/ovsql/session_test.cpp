@@ -94,31 +94,32 @@ TEST_F(Session, binds_parameters_by_number_and_name) {
   EXPECT_EQ(ask("SELECT count(*) FROM city"), "6");
 }
 
-// They take the type of what they go with; else arithmetic takes any number, and the rest takes texts.
+// They are of the type of what is bound.
 TEST_F(Session, never_loses_a_parameter) {
+  constexpr const char* refused = "type: ";
   struct {
     const char* sql;
     const char* of_number;  // of 2.5
     const char* of_text;    // of x
   } const cases[] = {{"SELECT ?1", "2.5", "x"},
-                     {"SELECT coalesce(?1, 7e0)", "2.5", nullptr},
-                     {"SELECT coalesce(?1, ?1)", nullptr, "x"},
-                     {"SELECT nullif(?1, 'y')", nullptr, "x"},
-                     {"SELECT CASE WHEN TRUE THEN ?1 END", nullptr, "x"},
-                     {"SELECT greatest(?1, ?1)", nullptr, "x"},
-                     {"SELECT abs(-?1)", "2.5", nullptr},
-                     {"SELECT sum(?1), avg(?1) FROM city", "7.5 2.5", nullptr},
+                     {"SELECT coalesce(?1, 7e0)", "2.5", refused},
+                     {"SELECT coalesce(?1, ?1)", "2.5", "x"},
+                     {"SELECT nullif(?1, 'y')", refused, "x"},
+                     {"SELECT CASE WHEN TRUE THEN ?1 END", "2.5", "x"},
+                     {"SELECT greatest(?1, ?1)", "2.5", "x"},
+                     {"SELECT abs(-?1)", "2.5", refused},
+                     {"SELECT sum(?1), avg(?1) FROM city", "7.5 2.5", refused},
                      {"SELECT ?1 UNION SELECT ?1", "2.5", "x"},
-                     {"SELECT ?1 || ?1", nullptr, "xx"}};
+                     {"SELECT ?1 || ?1", refused, "xx"}};
   for (const auto& each : cases) {
     statement asked = db.prepare(each.sql);
     const auto with = [&](auto bound) {
       asked.bind(1, bound);
-      return told([&] { return rows_of(asked); });
+      const std::string found = told([&] { return rows_of(asked); });
+      return found.starts_with(refused) ? std::string(refused) : found;
     };
-    const std::string refused = "type: a value is of a type that does not fit its use";
-    EXPECT_EQ(with(2.5), each.of_number != nullptr ? each.of_number : refused) << each.sql;
-    EXPECT_EQ(with("x"), each.of_text != nullptr ? each.of_text : refused) << each.sql;
+    EXPECT_EQ(with(2.5), each.of_number) << each.sql;
+    EXPECT_EQ(with("x"), each.of_text) << each.sql;
   }
 }
 
@@ -265,7 +266,7 @@ TEST_F(Session, inserts_all_rows_or_none) {
       {"city VALUES ('A', 1, 2)", "value: column \"big\" of table \"city\" is bool and cannot hold 2"},
       {"city VALUES ('A', 1, TRUE), ('B', 'x', TRUE)", "type: column \"people\" of table \"city\" is integer"},
       {"city SELECT name || 'x', 1 / (people - 46), TRUE FROM city", "value: division by zero"},
-      {"city VALUES ('A')", "type: there are 1 values for 3 columns"},
+      {"city VALUES ('A')", "type: a row has 1 of the 3 values that it needs"},
       {"city (name) VALUES ('D'), ('E', 4)", "type: the rows of VALUES have different lengths: 1 and 2"},
       {"city (name, NAME) VALUES ('A', 'B')", "name: column \"NAME\" is named twice"},
       {"town VALUES (1)", "name: there is no table \"town\""},
@@ -307,8 +308,8 @@ TEST_F(Session, defines_all_or_nothing) {
       {"TABLE a AS SELECT 1 / (people - 5) AS x FROM city", "value: division by zero"},
       {"TABLE a AS SELECT ? AS x", "unsupported: CREATE TABLE AS takes no parameters"},
       {"VIEW a AS SELECT nam FROM city", "name: there is no column \"nam\"; did you mean \"name\"?"},
-      {"VIEW a (b, c) AS SELECT name FROM city", "name: the view has 1 columns, not 2"},
-      {"VIEW a AS SELECT ? AS x", "unsupported: CREATE VIEW takes no parameters"},
+      {"VIEW a (b, c) AS SELECT name FROM city", "name: the view's columns are 1, not 2"},
+      {"VIEW a AS SELECT ? AS x", "unsupported: a view takes no parameters"},
       {"OR REPLACE VIEW city AS SELECT 1 AS a", "name: there is a table \"city\" already"},
       {"INDEX a ON city (nam)", "name: table \"city\" has no column \"nam\"; did you mean \"name\"?"}};
   for (const auto& each : cases) {
@@ -321,8 +322,8 @@ TEST_F(Session, defines_all_or_nothing) {
   db.execute("CREATE VIEW v AS SELECT 1 AS x");
   EXPECT_EQ(ask("DROP VIEW v, w"), "name: there is no view \"w\"");
   EXPECT_EQ(ask("SELECT * FROM v"), "1");
-  db.execute("CREATE OR REPLACE VIEW v AS SELECT x FROM v");
-  EXPECT_EQ(ask("SELECT * FROM v"), "limit: in the view \"v\": views are nested too deeply");
+  EXPECT_EQ(ask("CREATE OR REPLACE VIEW v AS SELECT x FROM v").find("name: there is no table \"v\""), 0U);
+  EXPECT_EQ(ask("SELECT * FROM v"), "1");
 }
 
 TEST_F(Session, copies_files_whole_or_not_at_all) {
