@@ -70,6 +70,17 @@ arrangement::arrangement(const planner& by, item_list list, std::uint32_t block,
     const item_set reads = items_of(each, block_, by_.names_);
     conditions_.push_back({std::move(each), reads});
   }
+  if (items_.size() > most_starts) note_readers();
+}
+
+// With many items, an estimate looks only at the conditions that read its item.
+void arrangement::note_readers() {
+  for (const item& each : items_) {
+    std::vector<std::size_t>& readers = readers_[each.covers._Find_first()];
+    for (std::size_t at = 0; at < conditions_.size(); ++at) {
+      if ((conditions_[at].reads & each.covers).any()) readers.push_back(at);
+    }
+  }
 }
 
 plan arrangement::make(std::optional<plan> base, std::vector<order_key>& order) {
@@ -233,8 +244,14 @@ arrangement::step arrangement::estimate(const item& of, double outer_rows, const
 
 std::vector<const condition*> arrangement::known_conditions(const item& next, const item_set& known) const {
   std::vector<const condition*> found;
-  for (const condition& each : conditions_) {
-    if (!each.is_used && contains(known | next.covers, each.reads)) found.push_back(&each);
+  const item_set all = known | next.covers;
+  const auto add = [&](const condition& each) {
+    if (!each.is_used && contains(all, each.reads)) found.push_back(&each);
+  };
+  if (const auto readers = readers_.find(next.covers._Find_first()); readers != readers_.end()) {
+    for (const std::size_t at : readers->second) add(conditions_[at]);
+  } else {
+    for (const condition& each : conditions_) add(each);
   }
   return found;
 }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "ovsql/planning/planner.hpp"
@@ -35,6 +36,7 @@ class arrangement {
   double item_rows(const item& of) const;
 
   std::vector<condition*> take_conditions(const item& next);
+  void note_readers();
   std::vector<const condition*> known_conditions(const item& next, const item_set& known) const;
   plan add(std::optional<plan> base, item next, std::vector<order_key>& order);
   plan read_table(item next, std::vector<condition*> conditions, std::vector<order_key>& order);
@@ -50,6 +52,7 @@ class arrangement {
   std::vector<item> items_;
   std::vector<bool> is_placed_;
   std::vector<condition> conditions_;
+  std::unordered_map<std::size_t, std::vector<std::size_t>> readers_;  // conditions by their item's first number
   item_set known_;
   double rows_ = 1;
 };
