@@ -118,7 +118,7 @@ std::size_t arrangement::choose(bool has_base) const {
       const item& each = items_[at];
       if (!can_place(at) || each.needs.any() || items_.size() == 1) continue;
       const bool runs_once = each.kind == item_kind::subquery && each.query->is_one_row;
-      if (runs_once || each.kind == item_kind::optional) return at;
+      if (runs_once || each.kind == item_kind::optional || each.kind == item_kind::test) return at;
     }
   }
   for (std::size_t at = 0; at < items_.size(); ++at) {
