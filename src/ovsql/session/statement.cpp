@@ -166,16 +166,14 @@ void statement::bind_null(std::size_t number) { bind(number, operator_library::N
 bool statement::step() {
   statement_state& of = *state_;
   try {
-    return with_errors(of.code != nullptr ? of.code->names.divisions : std::vector<syntax::place>(), [&of] {
-      const metadata_scope metadata(*of.db);
-      if (!of.is_open) start(of);
-      of.has_row = next_row(of);
-      if (!of.has_row) end(of);
-      return of.has_row;
-    });
+    const metadata_scope metadata(*of.db);
+    if (!of.is_open) start(of);
+    of.has_row = next_row(of);
+    if (!of.has_row) end(of);
+    return of.has_row;
   } catch (...) {
     end(of);
-    throw;
+    raise_as_error(std::current_exception(), of.code->names.divisions);
   }
 }
 
